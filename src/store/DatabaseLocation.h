@@ -1,0 +1,48 @@
+#pragma once
+
+#include "store/StoreError.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace pvardo {
+struct Session;
+}
+
+namespace pvardo::store {
+
+// "PROVIDER=Microsoft.Jet.OLEDB.4.0;Data Source=" path ";": every open in the
+// program names its file this way, and screens keep the text per screen.
+QString BuildConnectionString(const QString& path);
+
+// The path named by a connection string; empty when it names none.
+QString dataSourceOf(const QString& connectionString);
+
+// The database file of a table's office name, in a folder: "pbproj.mdb" and
+// "\pbproj.mdb" both give folder + "/pbproj.db".
+QString databaseFile(const QString& folder, const QString& officeName);
+
+// The forms folder that goes with a database folder: its parent with "/forms",
+// so a database folder moved elsewhere takes its forms along. A folder without
+// a separator gives the program folder with "/forms".
+QString formsFolderFor(const QString& databaseFolder, const QString& programFolder);
+
+// What CheckDatabases did.
+struct CheckResult {
+    bool missing = false;        // the message about missing databases was shown
+    bool fellBackToDefault = false; // the named folder held no database
+    QStringList seeded;          // files copied from wrk/
+    QStringList failed;          // files that could not be copied, with the reason
+};
+
+// Checks the database folder at start-up and after a change of location: falls
+// back to the program's own databases folder when the named one holds no
+// database, puts an empty seed in place of each missing seeded file, reads the
+// parcel store version, says once that something was missing, and sets the
+// final database and forms folders of the session.
+CheckResult CheckDatabases(Session& session);
+
+// The message CheckDatabases shows when something was missing.
+QString missingDatabasesMessage();
+
+} // namespace pvardo::store
