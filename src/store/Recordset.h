@@ -110,6 +110,14 @@ public:
     // the limits of the columns are the callers' (ColumnMap cuts them).
     virtual StoreStatus setValue(const QString& name, const QVariant& value) = 0;
 
+    // Groups the writes that follow into one transaction of the file, for long
+    // runs of writes such as a roll import: much faster, and a run stopped
+    // half-way leaves the rows of the groups already committed, whole. Other
+    // workstations wait while a group is open, so keep groups short.
+    virtual StoreStatus beginTransaction() = 0;
+    virtual StoreStatus commitTransaction() = 0;
+    virtual void rollbackTransaction() = 0;
+
     // The last failure of a move, a write or a find.
     virtual StoreStatus lastStatus() const = 0;
 };

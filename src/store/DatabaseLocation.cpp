@@ -1,0 +1,141 @@
+#include "store/DatabaseLocation.h"
+
+#include "common/PromptService.h"
+#include "common/Session.h"
+#include "common/TextFiles.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace pvardo::store {
+
+namespace {
+
+const QString kProvider = QStringLiteral("PROVIDER=Microsoft.Jet.OLEDB.4.0;Data Source=");
+
+// The seeded files in the order they are checked.
+const char* const kSeededInOrder[] = {"meeting.db", "pbseqra.db", "pbagency.db", "pbreview.db",
+                                      "db5.db",     "db6.db",     "db7.db",      "sbl.db"};
+
+bool holdsAnyDatabase(const QString& folder)
+{
+    if (folder.trimmed().isEmpty()) {
+        return false;
+    }
+    const QDir dir(folder);
+    return dir.exists() && !dir.entryList({QStringLiteral("*.db")}, QDir::Files).isEmpty();
+}
+
+// Copies a seed into place whole: first under a temporary name, then renamed.
+bool copySeed(const QString& seed, const QString& target, QString* reason)
+{
+    if (!QFileInfo::exists(seed)) {
+        *reason = QStringLiteral("the seed %1 is missing").arg(seed);
+        return false;
+    }
+    const QString partial = target + QStringLiteral(".part");
+    QFile::remove(partial);
+    if (!QFile::copy(seed, partial)) {
+        *reason = QStringLiteral("cannot write %1").arg(partial);
+        return false;
+    }
+    QFile(partial).setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup
+                                  | QFileDevice::WriteGroup | QFileDevice::ReadOther);
+    if (!QFile::rename(partial, target)) {
+        QFile::remove(partial);
+        *reason = QStringLiteral("cannot put %1 in place").arg(target);
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+QString BuildConnectionString(const QString& path)
+{
+    return kProvider + path + QLatin1Char(';');
+}
+
+QString dataSourceOf(const QString& connectionString)
+{
+    const QString key = QStringLiteral("Data Source=");
+    const qsizetype at = connectionString.indexOf(key, 0, Qt::CaseInsensitive);
+    if (at < 0) {
+        return {};
+    }
+    const qsizetype start = at + key.size();
+    const qsizetype end = connectionString.indexOf(QLatin1Char(';'), start);
+    return connectionString.mid(start, end < 0 ? -1 : end - start).trimmed();
+}
+
+QString databaseFile(const QString& folder, const QString& officeName)
+{
+    QString name = officeName;
+    if (name.endsWith(QLatin1String(".mdb"), Qt::CaseInsensitive)) {
+        name.chop(4);
+        name += QStringLiteral(".db");
+    }
+    return joinPath(folder, name);
+}
+
+QString formsFolderFor(const QString& databaseFolder, const QString& programFolder)
+{
+    const qsizetype cut = databaseFolder.lastIndexOf(QLatin1Char('/'));
+    if (cut < 0) {
+        return joinPath(programFolder, QStringLiteral("forms"));
+    }
+    return databaseFolder.left(cut) + QStringLiteral("/forms");
+}
+
+QString missingDatabasesMessage()
+{
+    return QStringLiteral("One or more database pointed by your preferences cannot be located. The program will use "
+                          "the default location, or will set an empty database in its place instead. No further "
+                          "action on your part is necessary.")
+           + QStringLiteral("\n\n") + QStringLiteral("You should set your database location in Preferences from the Admin menu.");
+}
+
+CheckResult CheckDatabases(Session& session)
+{
+    CheckResult result;
+    if (!holdsAnyDatabase(session.DatabaseFolder)) {
+        session.DatabaseFolder = joinPath(session.ProgramFolder, QStringLiteral("databases"));
+        QDir().mkpath(session.DatabaseFolder);
+        result.missing = true;
+        result.fellBackToDefault = true;
+    }
+    const QString seeds = joinPath(session.ProgramFolder, QStringLiteral("wrk"));
+    for (const char* file : kSeededInOrder) {
+        const QString name = QString::fromLatin1(file);
+        const QString target = joinPath(session.DatabaseFolder, name);
+        if (QFileInfo::exists(target)) {
+            continue;
+        }
+        result.missing = true;
+        QString reason;
+        if (copySeed(joinPath(seeds, name), target, &reason)) {
+            result.seeded.append(name);
+        } else {
+            result.failed.append(name + QStringLiteral(": ") + reason);
+        }
+    }
+
+    session.ParcelStoreVersion = 13;
+    if (const auto lines = readTextLines(joinPath(session.DatabaseFolder, QStringLiteral("sblversion.txt")));
+        lines && !lines->isEmpty()) {
+        // The first item of the line, read as a number; no number reads as 0.
+        const QString item = lines->first().trimmed().section(QLatin1Char(','), 0, 0).trimmed();
+        bool ok = false;
+        const int version = item.toInt(&ok);
+        session.ParcelStoreVersion = ok ? version : 0;
+    }
+
+    if (result.missing) {
+        showMessage(missingDatabasesMessage());
+    }
+    session.FormsFolder = formsFolderFor(session.DatabaseFolder, session.ProgramFolder);
+    return result;
+}
+
+} // namespace pvardo::store

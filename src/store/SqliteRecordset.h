@@ -1,0 +1,134 @@
+#pragma once
+
+#include "store/Recordset.h"
+#include "store/SqlSubset.h"
+
+#include <QHash>
+#include <QStringList>
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace pvardo::store {
+
+// The cursor on an SQLite file. It keeps the row ids of the result in the
+// order of the query (a keyset) and reads a row's values only when asked, so
+// a large result opens fast and holds little memory. Every statement is reset
+// as soon as it has run: between calls the cursor holds no lock on the file,
+// and other workstations can write.
+class SqliteRecordset final : public Recordset
+{
+public:
+    ~SqliteRecordset() override;
+
+    static std::unique_ptr<SqliteRecordset> open(const QString& path, const QString& queryText, StoreStatus* status);
+
+    QString queryText() const override { return m_queryText; }
+    QString databasePath() const override { return m_path; }
+    QString tableName() const override { return m_table; }
+
+    bool Bof() const override;
+    bool Eof() const override;
+    int RecordCount() const override;
+    int AbsolutePosition() const override;
+    Bookmark bookmark() const override;
+    bool setBookmark(const Bookmark& mark) override;
+
+    StoreStatus MoveFirst() override;
+    StoreStatus MoveLast() override;
+    StoreStatus MoveNext() override;
+    StoreStatus MovePrevious() override;
+    StoreStatus Move(int rows) override;
+
+    void AddNew() override;
+    bool isEditing() const override { return m_editing; }
+    bool isNewRow() const override { return m_newRow; }
+    StoreStatus Update() override;
+    void CancelUpdate() override;
+    StoreStatus Delete() override;
+    StoreStatus Requery() override;
+    StoreStatus Find(const QString& criteria, int skip, bool forward) override;
+
+    int fieldCount() const override { return static_cast<int>(m_columns.size()); }
+    QString fieldName(int index) const override;
+    FieldKind fieldKind(int index) const override;
+    int fieldIndex(const QString& name) const override;
+    QVariant value(const QString& name) const override;
+    QVariant value(int index) const override;
+    QString text(const QString& name) const override;
+    StoreStatus setValue(const QString& name, const QVariant& value) override;
+
+    StoreStatus beginTransaction() override;
+    StoreStatus commitTransaction() override;
+    void rollbackTransaction() override;
+
+    StoreStatus lastStatus() const override { return m_lastStatus; }
+
+private:
+    struct Column {
+        QString name;
+        FieldKind kind;
+    };
+
+    // One row's values as read: the raw bytes of each column kept in one buffer.
+    struct RowCache {
+        std::int64_t rowId = 0;
+        bool loaded = false;
+        bool missing = false; // the row is gone (another workstation deleted it)
+        std::vector<int> types;
+        std::vector<std::pair<size_t, size_t>> spans; // offset and length in bytes
+        std::vector<double> reals;
+        std::vector<std::int64_t> integers;
+        std::string bytes;
+    };
+
+    SqliteRecordset() = default;
+
+    StoreStatus prepareStatement(const QString& sql, sqlite3_stmt** statement);
+    sqlite3_stmt* cachedStatement(const QString& sql, StoreStatus* status);
+    StoreStatus bindAll(sqlite3_stmt* statement, const QVariantList& binds);
+    StoreStatus loadColumns();
+    StoreStatus runKeysetQuery();
+    StoreStatus fail(long long number, const QString& description);
+    StoreStatus sqliteFailure(int code, const QString& what);
+    std::optional<FieldKind> kindOf(const QString& name, QString* canonical) const;
+    StoreStatus flushPendingEdit();
+    StoreStatus moveTo(qsizetype index);
+    const RowCache& currentRow() const;
+    QVariant convert(int column, const RowCache& row) const;
+    StoreStatus toStored(const Column& column, const QVariant& value, QVariant* stored) const;
+    void rebuildPositions() const;
+    bool onRow() const;
+
+    QString m_path;
+    QString m_queryText;
+    QString m_table;
+    sqlite3* m_db = nullptr;
+    std::vector<Column> m_columns;
+    QHash<QString, int> m_columnIndex; // upper-case name to index
+    QString m_keysetSql;
+    QVariantList m_keysetBinds;
+
+    std::vector<std::int64_t> m_keys;
+    qsizetype m_pos = -1; // -1 before the first row, m_keys.size() after the last
+    bool m_onDeletedRow = false;
+    mutable std::unordered_map<std::int64_t, qsizetype> m_positions;
+    mutable bool m_positionsValid = false;
+
+    mutable RowCache m_row;
+    bool m_editing = false;
+    bool m_newRow = false;
+    std::vector<std::pair<int, QVariant>> m_pending; // column index and stored value
+    qsizetype m_posBeforeNew = -1;
+
+    QHash<QString, sqlite3_stmt*> m_statements;
+    int m_transactionDepth = 0;
+    StoreStatus m_lastStatus;
+};
+
+} // namespace pvardo::store
