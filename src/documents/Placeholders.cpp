@@ -1,0 +1,66 @@
+#include "documents/Placeholders.h"
+
+#include "documents/ValueFormats.h"
+
+#include <QTextDocument>
+
+namespace pvardo::documents {
+
+QTextCursor findPlaceholder(const QTextDocument& document, const QString& token, int from)
+{
+    if (token.isEmpty()) {
+        return {};
+    }
+    return document.find(token, from);
+}
+
+int replaceMatches(QTextDocument& document, const QString& token, const std::function<QString(int match)>& valueFor)
+{
+    int count = 0;
+    int from = 0;
+    for (;;) {
+        QTextCursor match = findPlaceholder(document, token, from);
+        if (match.isNull() || !match.hasSelection()) {
+            break;
+        }
+        const int start = match.selectionStart();
+        QTextCursor first(&document);
+        first.setPosition(start + 1);
+        const QTextCharFormat format = first.charFormat();
+        const QString value = valueFor(count);
+        match.insertText(value, format);
+        ++count;
+        from = value.contains(token, Qt::CaseInsensitive) ? start + int(value.size()) : start + 1;
+    }
+    return count;
+}
+
+int ReplaceLiteral(QTextDocument& buffer, const QString& token, const QString& value, int mode)
+{
+    return replaceMatches(buffer, token,
+                          [&](int) { return mode == 2 ? formatLongDate(value) : value; });
+}
+
+int ReplaceToken(QTextDocument& buffer, const QString& token, const QString& value, int mode)
+{
+    const QChar form = token.size() > 1 ? token.at(1) : QChar();
+    QString current = value;
+    return replaceMatches(buffer, token, [&](int) {
+        if (form == QLatin1Char('$')) {
+            current = formatMoney(current);
+        } else if (form == QLatin1Char('@')) {
+            QDate date = parseDateValue(current);
+            if (!date.isValid()) {
+                date = QDate::currentDate();
+            }
+            current = formatLegalDate(date);
+        } else if (form == QLatin1Char('&')) {
+            current = formatDayCount(current);
+        } else if (form == QLatin1Char('~')) {
+            current = formatClockTime(current);
+        }
+        return mode == 2 ? formatLongDate(current) : current;
+    });
+}
+
+} // namespace pvardo::documents

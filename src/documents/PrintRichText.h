@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class QPagedPaintDevice;
+class QTextDocument;
+
+namespace pvardo::documents {
+
+// The shared print state that PrintRichText reads, with the office's defaults.
+struct PrintSettings {
+    // Margins in inches.
+    double leftMargin = 0.8;
+    double topMargin = 0.8;
+    double rightMargin = 0.8;
+    double bottomMargin = 0.8;
+    // The first line's place on the first page in twips from the printable
+    // area's top; below 1 the first page starts at the top margin like the rest.
+    int startY = -1;
+    // Reserves the footer band at the foot of each page and prints it.
+    bool footer = false;
+    // RTF for the footer band; empty prints an empty band.
+    QString footerRtf;
+    // The page counter, counted up after each page. When null a counter of
+    // the call's own, starting at 1, is used.
+    int* pageCounter = nullptr;
+    // The print-time pass over placeholders: run once on the body before it is
+    // laid out, and on the footer before each page. When empty, only "##"
+    // (the page counter) is filled.
+    std::function<void(QTextDocument&)> expandPrintTokens;
+};
+
+struct PrintOutcome {
+    bool ok = false;
+    int pages = 0;
+    QString error; // "Error " and what went wrong, for the " Printer error" message
+};
+
+// Prints `buffer` on `device` page by page: each page takes the lines that fit
+// between the margins (less 300 twips for the footer band when it is on),
+// then the footer band, from 100 twips above the bottom edge to 160 below
+// it, with the page counter; a new page follows only while text remains, so
+// text that ends exactly at the foot of a page leaves no blank page. The
+// buffer itself is changed only by the print-time placeholder pass.
+PrintOutcome PrintRichText(QTextDocument& buffer, QPagedPaintDevice& device, const PrintSettings& settings);
+
+} // namespace pvardo::documents

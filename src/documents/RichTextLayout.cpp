@@ -1,0 +1,155 @@
+#include "documents/RichTextLayout.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QPainter>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextFrame>
+#include <QTextLayout>
+#include <QTextTable>
+
+#include <algorithm>
+
+namespace pvardo::documents {
+
+RichTextLayout::RichTextLayout(const QTextDocument& document, QPaintDevice* device, qreal width)
+    : m_document(document.clone()), m_width(std::max<qreal>(width, 1))
+{
+    m_document->setUndoRedoEnabled(false);
+    m_document->documentLayout()->setPaintDevice(device);
+    m_document->setDocumentMargin(0);
+    m_document->setTextWidth(m_width);
+    m_textLength = std::max(0, m_document->characterCount() - 1);
+    collectUnits();
+}
+
+RichTextLayout::~RichTextLayout() = default;
+
+void RichTextLayout::collectUnits()
+{
+    QAbstractTextDocumentLayout* layout = m_document->documentLayout();
+    layout->documentSize(); // finishes the layout
+    bool breakNext = false;
+
+    auto addBlockLines = [&](const QTextBlock& block) {
+        const QTextLayout* textLayout = block.layout();
+        const QTextBlockFormat format = block.blockFormat();
+        const QPointF origin = layout->blockBoundingRect(block).topLeft();
+        const bool empty = block.length() <= 1;
+        const int lines = textLayout ? textLayout->lineCount() : 0;
+        bool breakBefore = breakNext || (format.pageBreakPolicy() & QTextFormat::PageBreak_AlwaysBefore);
+        breakNext = format.pageBreakPolicy() & QTextFormat::PageBreak_AlwaysAfter;
+        if (lines == 0) {
+            const QRectF rect = layout->blockBoundingRect(block);
+            m_units.push_back({rect.top(), rect.bottom(), block.position(), breakBefore, empty});
+            return;
+        }
+        for (int i = 0; i < lines; ++i) {
+            const QTextLine line = textLayout->lineAt(i);
+            const qreal top = origin.y() + line.y();
+            m_units.push_back({top, top + line.height(), block.position() + line.textStart(), breakBefore, empty});
+            breakBefore = false;
+        }
+    };
+
+    QTextFrame* root = m_document->rootFrame();
+    for (QTextFrame::iterator it = root->begin(); !it.atEnd(); ++it) {
+        if (QTextFrame* frame = it.currentFrame()) {
+            const QRectF frameRect = layout->frameBoundingRect(frame);
+            const bool breakBefore
+                = breakNext || (frame->frameFormat().pageBreakPolicy() & QTextFormat::PageBreak_AlwaysBefore);
+            breakNext = false;
+            auto* table = qobject_cast<QTextTable*>(frame);
+            if (!table) {
+                m_units.push_back({frameRect.top(), frameRect.bottom(), frame->firstPosition(), breakBefore, false});
+                continue;
+            }
+            // Table rows are never split; each row is one unit, from its top to
+            // the next row's top.
+            const size_t firstRowUnit = m_units.size();
+            for (int row = 0; row < table->rows(); ++row) {
+                qreal top = frameRect.bottom();
+                int position = -1;
+                for (int column = 0; column < table->columns(); ++column) {
+                    const QTextTableCell cell = table->cellAt(row, column);
+                    if (!cell.isValid() || cell.row() != row) {
+                        continue;
+                    }
+                    const QTextBlock first = m_document->findBlock(cell.firstPosition());
+                    const QTextTableCellFormat cellFormat = cell.format().toTableCellFormat();
+                    const qreal inset = cellFormat.topPadding() + cellFormat.topBorder();
+                    top = std::min(top, layout->blockBoundingRect(first).top() - inset);
+                    if (position < 0 || cell.firstPosition() < position) {
+                        position = cell.firstPosition();
+                    }
+                }
+                if (position < 0) {
+                    continue; // a row wholly covered by cells merged from above
+                }
+                if (row == 0) {
+                    top = std::min(top, frameRect.top());
+                }
+                m_units.push_back({top, top, position, row == 0 && breakBefore, false});
+            }
+            for (size_t i = firstRowUnit; i < m_units.size(); ++i) {
+                m_units[i].bottom = i + 1 < m_units.size() ? m_units[i + 1].top : frameRect.bottom();
+                m_units[i].bottom = std::max(m_units[i].bottom, m_units[i].top);
+            }
+            continue;
+        }
+        const QTextBlock block = it.currentBlock();
+        if (block.isValid()) {
+            addBlockLines(block);
+        }
+    }
+
+    m_onlyEmptyFrom.assign(m_units.size() + 1, true);
+    for (size_t i = m_units.size(); i-- > 0;) {
+        m_onlyEmptyFrom[i] = m_units[i].empty && m_onlyEmptyFrom[i + 1];
+    }
+}
+
+int RichTextLayout::formatRange(QPainter* painter, int firstChar, const QRectF& target) const
+{
+    if (firstChar >= m_textLength || m_units.empty()) {
+        return m_textLength;
+    }
+    // The unit holding the first character.
+    auto it = std::upper_bound(m_units.begin(), m_units.end(), firstChar,
+                               [](int position, const Unit& unit) { return position < unit.position; });
+    size_t first = it == m_units.begin() ? 0 : size_t(std::distance(m_units.begin(), it) - 1);
+    if (m_onlyEmptyFrom[first]) {
+        return m_textLength;
+    }
+
+    const qreal y0 = m_units[first].top;
+    size_t end = first + 1; // one past the last unit drawn; the first is always taken
+    qreal bottom = m_units[first].bottom;
+    while (end < m_units.size()) {
+        const Unit& unit = m_units[end];
+        if (unit.breakBefore || unit.bottom - y0 > target.height()) {
+            break;
+        }
+        bottom = std::max(bottom, unit.bottom);
+        ++end;
+    }
+
+    if (painter) {
+        painter->save();
+        painter->translate(target.left(), target.top() - y0);
+        const QRectF clip(-1, y0, m_width + 2, bottom - y0);
+        painter->setClipRect(clip, Qt::IntersectClip);
+        QAbstractTextDocumentLayout::PaintContext context;
+        context.clip = clip;
+        context.palette.setColor(QPalette::Text, Qt::black);
+        m_document->documentLayout()->draw(painter, context);
+        painter->restore();
+    }
+
+    if (end >= m_units.size() || m_onlyEmptyFrom[end]) {
+        return m_textLength;
+    }
+    return std::max(m_units[end].position, firstChar + 1);
+}
+
+} // namespace pvardo::documents

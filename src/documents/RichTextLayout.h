@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QRectF>
+
+#include <memory>
+#include <vector>
+
+class QPaintDevice;
+class QPainter;
+class QTextDocument;
+
+namespace pvardo::documents {
+
+// A rich-text buffer laid out once for one device and one column width, and
+// then drawn a piece at a time: given a first character and a rectangle,
+// formatRange draws the lines (and whole table rows) that fit and gives back
+// the first character it did not draw. This is the page loop's single tool;
+// the document given is copied, so an editor showing it is not disturbed.
+class RichTextLayout
+{
+public:
+    // `width` is in the device's pixels.
+    RichTextLayout(const QTextDocument& document, QPaintDevice* device, qreal width);
+    ~RichTextLayout();
+    RichTextLayout(const RichTextLayout&) = delete;
+    RichTextLayout& operator=(const RichTextLayout&) = delete;
+
+    // The position just behind the last character: formatRange returns it
+    // when everything has been drawn.
+    int textLength() const { return m_textLength; }
+
+    // Draws from `firstChar` into `target` (device pixels) with `painter`, or
+    // only measures when the painter is null. At least one line is taken even
+    // when it does not fit, so that a loop over pages always ends. A forced
+    // page break ends the range. When nothing but empty paragraphs would be
+    // left, the text counts as finished, so the last page is never blank.
+    int formatRange(QPainter* painter, int firstChar, const QRectF& target) const;
+
+    QTextDocument& document() { return *m_document; }
+
+private:
+    struct Unit {
+        qreal top = 0;
+        qreal bottom = 0;
+        int position = 0;
+        bool breakBefore = false;
+        bool empty = false;
+    };
+    void collectUnits();
+
+    std::unique_ptr<QTextDocument> m_document;
+    std::vector<Unit> m_units;
+    std::vector<bool> m_onlyEmptyFrom; // from unit i on, all units are empty
+    int m_textLength = 0;
+    qreal m_width = 0;
+};
+
+} // namespace pvardo::documents

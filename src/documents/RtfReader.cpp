@@ -1,0 +1,1867 @@
+#include "documents/RtfReader.h"
+
+#include "documents/CodePages.h"
+#include "documents/DocumentPaper.h"
+#include "documents/DocumentUnits.h"
+
+#include <QBuffer>
+#include <QColor>
+#include <QHash>
+#include <QImage>
+#include <QImageReader>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QTextTable>
+#include <QUrl>
+
+#include <algorithm>
+#include <vector>
+
+namespace pvardo::documents {
+
+namespace {
+
+// ---------------------------------------------------------------------------
+// Tokens
+
+enum class TokenKind { End, OpenGroup, CloseGroup, ControlWord, ControlSymbol, Text, HexByte, Binary };
+
+struct Token {
+    TokenKind kind = TokenKind::End;
+    QByteArray word;         // control word, without the backslash
+    bool hasParameter = false;
+    qint64 parameter = 0;    // clamped to 32 bits
+    char symbol = 0;         // control symbol or text byte
+    uchar byte = 0;          // \'xx
+    qsizetype binaryStart = 0;
+    qsizetype binaryLength = 0;
+};
+
+// Splits RTF into tokens. Never reads past the end and never loops in place:
+// every call consumes at least one byte or returns End.
+class Tokenizer
+{
+public:
+    explicit Tokenizer(const QByteArray& data) : m_data(data) { }
+
+    bool badHex() const { return m_badHex; }
+    bool hugeNumber() const { return m_hugeNumber; }
+    qsizetype position() const { return m_pos; }
+
+    Token next()
+    {
+        Token token;
+        const qsizetype size = m_data.size();
+        const char* data = m_data.constData();
+        while (m_pos < size) {
+            const char c = data[m_pos];
+            if (c == '\r' || c == '\n' || c == '\0') {
+                ++m_pos; // line ends in the source are never text
+                continue;
+            }
+            if (c == '{') {
+                ++m_pos;
+                token.kind = TokenKind::OpenGroup;
+                return token;
+            }
+            if (c == '}') {
+                ++m_pos;
+                token.kind = TokenKind::CloseGroup;
+                return token;
+            }
+            if (c == '\\') {
+                return controlToken();
+            }
+            ++m_pos;
+            token.kind = TokenKind::Text;
+            token.symbol = c;
+            return token;
+        }
+        token.kind = TokenKind::End;
+        return token;
+    }
+
+    // Takes `length` raw bytes after \binN (as many as there are).
+    Token binary(qint64 length)
+    {
+        Token token;
+        token.kind = TokenKind::Binary;
+        token.binaryStart = m_pos;
+        const qint64 available = m_data.size() - m_pos;
+        token.binaryLength = qsizetype(std::clamp<qint64>(length, 0, available));
+        m_pos += token.binaryLength;
+        return token;
+    }
+
+private:
+    static bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+    static bool isDigit(char c) { return c >= '0' && c <= '9'; }
+    static int hexValue(char c)
+    {
+        if (c >= '0' && c <= '9') {
+            return c - '0';
+        }
+        if (c >= 'a' && c <= 'f') {
+            return c - 'a' + 10;
+        }
+        if (c >= 'A' && c <= 'F') {
+            return c - 'A' + 10;
+        }
+        return -1;
+    }
+
+    Token controlToken()
+    {
+        Token token;
+        const qsizetype size = m_data.size();
+        const char* data = m_data.constData();
+        ++m_pos; // the backslash
+        if (m_pos >= size) {
+            token.kind = TokenKind::End;
+            return token;
+        }
+        const char c = data[m_pos];
+        if (isLetter(c)) {
+            const qsizetype start = m_pos;
+            while (m_pos < size && isLetter(data[m_pos]) && m_pos - start < 32) {
+                ++m_pos;
+            }
+            // An overlong word is nonsense; swallow the rest of its letters.
+            while (m_pos < size && isLetter(data[m_pos])) {
+                ++m_pos;
+            }
+            token.kind = TokenKind::ControlWord;
+            token.word = QByteArray(data + start, std::min<qsizetype>(m_pos - start, 32));
+            bool negative = false;
+            if (m_pos < size && data[m_pos] == '-' && m_pos + 1 < size && isDigit(data[m_pos + 1])) {
+                negative = true;
+                ++m_pos;
+            }
+            if (m_pos < size && isDigit(data[m_pos])) {
+                qint64 value = 0;
+                int digits = 0;
+                while (m_pos < size && isDigit(data[m_pos])) {
+                    if (digits < 12) {
+                        value = value * 10 + (data[m_pos] - '0');
+                    }
+                    ++digits;
+                    ++m_pos;
+                }
+                if (digits > 11) {
+                    m_hugeNumber = true;
+                }
+                value = std::min<qint64>(value, 2147483647LL);
+                token.hasParameter = true;
+                token.parameter = negative ? -value : value;
+            }
+            if (m_pos < size && data[m_pos] == ' ') {
+                ++m_pos; // the delimiter belongs to the word
+            }
+            return token;
+        }
+        ++m_pos;
+        if (c == '\'') {
+            const int high = m_pos < size ? hexValue(data[m_pos]) : -1;
+            const int low = m_pos + 1 < size ? hexValue(data[m_pos + 1]) : -1;
+            if (high < 0 || low < 0) {
+                m_badHex = true;
+                token.kind = TokenKind::ControlSymbol;
+                token.symbol = '?';
+                return token;
+            }
+            m_pos += 2;
+            token.kind = TokenKind::HexByte;
+            token.byte = uchar(high * 16 + low);
+            return token;
+        }
+        if (c == '\r' || c == '\n') {
+            // A backslash before a line end is a paragraph mark.
+            token.kind = TokenKind::ControlWord;
+            token.word = QByteArrayLiteral("par");
+            return token;
+        }
+        token.kind = TokenKind::ControlSymbol;
+        token.symbol = c;
+        return token;
+    }
+
+    const QByteArray& m_data;
+    qsizetype m_pos = 0;
+    bool m_badHex = false;
+    bool m_hugeNumber = false;
+};
+
+// ---------------------------------------------------------------------------
+// Reader state
+
+enum class Destination {
+    Normal,
+    Skip,
+    FontTable,
+    ColorTable,
+    Picture,
+};
+
+struct CharState {
+    int font = -1; // -1: the document's default font
+    int halfPoints = 24;
+    bool bold = false;
+    bool italic = false;
+    bool strike = false;
+    bool smallCaps = false;
+    bool allCaps = false;
+    bool hidden = false;
+    QTextCharFormat::UnderlineStyle underline = QTextCharFormat::NoUnderline;
+    int foreground = 0; // colour table index; 0 is "auto"
+    int background = 0; // colour table index; 0 is none
+    int vertical = 0;   // 1 superscript, -1 subscript
+};
+
+struct ParaState {
+    Qt::Alignment alignment = Qt::AlignLeft;
+    int left = 0;
+    int right = 0;
+    int first = 0;
+    int before = 0;
+    int after = 0;
+    int lineSpacing = 0;
+    bool lineMultiple = false;
+    QList<QTextOption::Tab> tabs;
+    QTextOption::TabType pendingTabType = QTextOption::LeftTab;
+    bool pendingDecimal = false;
+    bool inTable = false;
+    bool pageBreakBefore = false;
+    bool keepWithNext = false;
+};
+
+enum class BorderSide { None, Top, Left, Bottom, Right, Paragraph };
+
+struct CellBorder {
+    qreal widthTwips = 0;
+    int color = 0;
+    bool present = false;
+    QTextFrameFormat::BorderStyle style = QTextFrameFormat::BorderStyle_Solid;
+};
+
+struct CellDef {
+    int rightTwips = 0;
+    CellBorder borders[4]; // top, left, bottom, right
+    int shading = 0;
+    int verticalAlign = 0; // 0 top, 1 middle, 2 bottom
+    bool mergeFirst = false;
+    bool mergeNext = false;
+    bool vmergeFirst = false;
+    bool vmergeNext = false;
+};
+
+struct RowDef {
+    QList<CellDef> cells;
+    int gapTwips = 108;
+    int leftTwips = 0;
+    Qt::Alignment alignment = Qt::AlignLeft;
+    bool header = false;
+};
+
+struct Group {
+    CharState chars;
+    ParaState para;
+    Destination destination = Destination::Normal;
+    int unicodeSkip = 1;
+    bool pictureOwner = false; // this group opened the picture
+};
+
+struct FontEntry {
+    QString name;
+    int charset = 0;
+    QFont::StyleHint hint = QFont::AnyStyle;
+};
+
+struct PictureState {
+    enum class Kind { None, Png, Jpeg, Other } kind = Kind::None;
+    QByteArray bytes;
+    int pendingNibble = -1;
+    qint64 widthPx = 0;
+    qint64 heightPx = 0;
+    qint64 goalWidth = 0;
+    qint64 goalHeight = 0;
+    qint64 scaleX = 100;
+    qint64 scaleY = 100;
+    bool overflow = false;
+};
+
+int codePageForCharset(int charset, int ansiCodePage)
+{
+    switch (charset) {
+    case 0:
+    case 1:
+        return ansiCodePage;
+    case 2:
+        return 0; // symbol fonts
+    case 77:
+        return 10000;
+    case 128:
+        return 932;
+    case 129:
+        return 949;
+    case 134:
+        return 936;
+    case 136:
+        return 950;
+    case 161:
+        return 1253;
+    case 162:
+        return 1254;
+    case 163:
+        return 1258;
+    case 177:
+        return 1255;
+    case 178:
+        return 1256;
+    case 186:
+        return 1257;
+    case 204:
+        return 1251;
+    case 222:
+        return 874;
+    case 238:
+        return 1250;
+    default:
+        return ansiCodePage;
+    }
+}
+
+bool isSkippedDestination(const QByteArray& word)
+{
+    static const QList<QByteArray> words{
+        "stylesheet", "info", "header", "headerl", "headerr", "headerf", "footer", "footerl", "footerr",
+        "footerf", "footnote", "annotation", "atnid", "atnauthor", "atndate", "atnref", "nonshppict", "fldinst",
+        "objdata", "objclass", "objname", "listtable", "listoverridetable", "revtbl", "rsidtbl", "generator",
+        "xmlnstbl", "datafield", "themedata", "colorschememapping", "latentstyles", "datastore", "docvar",
+        "pgdsctbl", "filetbl", "ftnsep", "ftnsepc", "aftnsep", "aftnsepc", "pnseclvl", "pn", "bkmkstart",
+        "bkmkend", "template", "userprops", "keywords", "subject", "title", "author", "operator", "comment",
+        "doccomm", "private", "shpinst", "sp", "sn", "sv", "do", "xe", "tc", "txe", "rxe", "picprop",
+        "blipuid", "listpicture", "background", "fchars", "lchars", "pgptbl", "protusertbl", "mmathPr",
+        "wgrffmtfilter", "falt", "panose", "fname", "leveltext", "levelnumbers", "formfield", "ud",
+    };
+    return words.contains(word);
+}
+
+// ---------------------------------------------------------------------------
+
+class RtfReader
+{
+public:
+    RtfReader(const QByteArray& data, QTextDocument& document)
+        : m_data(data), m_document(document), m_tokenizer(data), m_cursor(&document)
+    {
+    }
+
+    RtfReadResult read();
+
+private:
+    // Problems
+    void damage(const QString& problem)
+    {
+        if (!m_result.damaged) {
+            m_result.damaged = true;
+            m_result.problem = problem;
+        }
+    }
+
+    Group& group() { return m_groups.back(); }
+    const Group& group() const { return m_groups.back(); }
+
+    void handleControlWord(const Token& token);
+    void handleControlSymbol(char symbol);
+    void handleDestinationWord(const QByteArray& word);
+    bool handleCharacterWord(const QByteArray& word, bool has, int value);
+    bool handleParagraphWord(const QByteArray& word, bool has, int value);
+    bool handleTableWord(const QByteArray& word, bool has, int value);
+    bool handleDocumentWord(const QByteArray& word, int value);
+    bool handlePictureWord(const QByteArray& word, int value);
+
+    void openGroup();
+    void closeGroup();
+
+    // Text
+    void textByte(uchar byte);
+    void emitChar(char16_t c);
+    void flushRun();
+    QTextCharFormat currentCharFormat();
+    QTextBlockFormat currentBlockFormat() const;
+    void endParagraph(bool pageBreakAfter = false);
+    void prepareContent();
+
+    // Tables
+    void enterTableCell();
+    void endCell();
+    void endRow();
+    void closeTable();
+    void applyRowFormats(int row, const RowDef& def);
+
+    // Pictures
+    void pictureHex(char c);
+    void finishPicture();
+
+    // Font and colour tables
+    void fontTableText(char16_t c);
+    int currentCodePage() const;
+
+    QColor color(int index) const
+    {
+        if (index <= 0 || index >= m_colors.size()) {
+            return {};
+        }
+        return m_colors.at(index);
+    }
+
+    const QByteArray& m_data;
+    QTextDocument& m_document;
+    Tokenizer m_tokenizer;
+    QTextCursor m_cursor;
+    RtfReadResult m_result;
+
+    std::vector<Group> m_groups;
+    int m_ignoredDepth = 0; // groups opened past the depth limit
+    int m_pendingSkip = 0;  // fallback characters still to drop after \uN
+    bool m_nextIsDestination = false;
+
+    QHash<int, FontEntry> m_fonts;
+    int m_defaultFont = 0;
+    int m_ansiCodePage = 1252;
+    int m_fontEntry = -1;
+    QString m_fontName;
+    QList<QColor> m_colors;
+    int m_red = 0;
+    int m_green = 0;
+    int m_blue = 0;
+    bool m_colorSeen = false;
+
+    QString m_run;
+    QTextCharFormat m_runFormat;
+    bool m_formatDirty = true;
+    QTextCharFormat m_cachedFormat;
+    bool m_blockHasContent = false;
+    bool m_pageBreakPending = false;
+    bool m_paragraphEnded = false; // the last thing was a paragraph mark
+
+    // Tables
+    RowDef m_rowDef;
+    CellDef m_cellDef;
+    BorderSide m_borderSide = BorderSide::None;
+    QTextTable* m_table = nullptr;
+    int m_tableRow = -1;
+    int m_tableCol = 0;
+    bool m_rowPending = true;  // the next cell content opens a new row
+    bool m_cellAdvance = false; // a cell mark was met: the next content goes to the next cell
+    std::vector<RowDef> m_tableRows;
+    int m_cellCount = 0;
+
+    // Pictures
+    PictureState m_picture;
+    qsizetype m_allPictureBytes = 0;
+    int m_pictureCount = 0;
+
+    DocumentPaper m_paper;
+};
+
+RtfReadResult RtfReader::read()
+{
+    m_document.clear();
+    m_document.setUndoRedoEnabled(false);
+    m_cursor = QTextCursor(&m_document);
+
+    // The file must open with "{\rtf"; leading blanks and line ends are tolerated.
+    qsizetype start = 0;
+    while (start < m_data.size() && (m_data.at(start) == ' ' || m_data.at(start) == '\r' || m_data.at(start) == '\n'
+                                     || m_data.at(start) == '\t')) {
+        ++start;
+    }
+    if (!m_data.mid(start, 5).startsWith("{\\rtf")) {
+        m_result.notRtf = true;
+        m_result.problem = QStringLiteral("The file is not an RTF document.");
+        return m_result;
+    }
+
+    m_colors.append(QColor()); // entry 0 stays "auto" until the table says otherwise
+    bool started = false;
+    bool finished = false;
+    while (!finished) {
+        Token token = m_tokenizer.next();
+        switch (token.kind) {
+        case TokenKind::End:
+            finished = true;
+            break;
+        case TokenKind::OpenGroup:
+            if (!started) {
+                started = true;
+                m_groups.emplace_back();
+                break;
+            }
+            openGroup();
+            break;
+        case TokenKind::CloseGroup:
+            if (m_ignoredDepth > 0) {
+                --m_ignoredDepth;
+                break;
+            }
+            if (m_groups.size() <= 1) {
+                finished = true; // the document's own group has closed; what follows is not read
+                m_groups.clear();
+                break;
+            }
+            closeGroup();
+            break;
+        case TokenKind::ControlWord:
+            if (m_ignoredDepth > 0) {
+                break;
+            }
+            if (token.word == "bin") {
+                const qint64 length = token.hasParameter ? token.parameter : 0;
+                const Token binary = m_tokenizer.binary(length);
+                if (binary.binaryLength < length) {
+                    damage(QStringLiteral("The file ends inside binary data."));
+                }
+                if (group().destination == Destination::Picture && !m_picture.overflow) {
+                    if (m_picture.bytes.size() + binary.binaryLength > RtfLimits::maxPictureBytes) {
+                        m_picture.overflow = true;
+                    } else {
+                        m_picture.bytes.append(m_data.constData() + binary.binaryStart, binary.binaryLength);
+                    }
+                }
+                if (m_pendingSkip > 0) {
+                    --m_pendingSkip;
+                }
+                break;
+            }
+            handleControlWord(token);
+            break;
+        case TokenKind::ControlSymbol:
+            if (m_ignoredDepth > 0) {
+                break;
+            }
+            handleControlSymbol(token.symbol);
+            break;
+        case TokenKind::HexByte:
+            if (m_ignoredDepth > 0) {
+                break;
+            }
+            if (m_pendingSkip > 0) {
+                --m_pendingSkip;
+                break;
+            }
+            textByte(token.byte);
+            break;
+        case TokenKind::Text:
+            if (m_ignoredDepth > 0) {
+                break;
+            }
+            if (group().destination == Destination::Picture) {
+                pictureHex(token.symbol);
+                break;
+            }
+            if (token.symbol == '\t') {
+                handleControlWord(Token{TokenKind::ControlWord, QByteArrayLiteral("tab")});
+                break;
+            }
+            if (m_pendingSkip > 0) {
+                --m_pendingSkip;
+                break;
+            }
+            textByte(uchar(token.symbol));
+            break;
+        case TokenKind::Binary:
+            break;
+        }
+    }
+
+    if (!m_groups.empty() || m_ignoredDepth > 0) {
+        damage(QStringLiteral("The file ends before the document does; it may have been cut short."));
+        // Close what is open so that a picture or table in progress is kept.
+        while (m_groups.size() > 1) {
+            closeGroup();
+        }
+    }
+    if (m_tokenizer.badHex()) {
+        damage(QStringLiteral("The file holds a broken character code."));
+    }
+    if (m_tokenizer.hugeNumber()) {
+        damage(QStringLiteral("The file holds a number far out of range."));
+    }
+
+    // The last paragraph.
+    flushRun();
+    if (m_table) {
+        if (m_blockHasContent) {
+            m_cursor.setBlockFormat(currentBlockFormat());
+        }
+        closeTable();
+    } else {
+        m_cursor.setBlockFormat(m_groups.empty() ? QTextBlockFormat() : currentBlockFormat());
+    }
+    // A paragraph mark ends the paragraph before it: it does not open an empty
+    // one at the end of the document.
+    if (m_paragraphEnded && !m_blockHasContent) {
+        QTextBlock last = m_document.lastBlock();
+        if (last.length() == 1 && last.previous().isValid() && !m_cursor.currentTable()) {
+            QTextCursor cursor(last);
+            if (!cursor.currentFrame() || cursor.currentFrame() == m_document.rootFrame()) {
+                const QTextBlock previous = last.previous();
+                QTextCursor previousCursor(previous);
+                if (!previousCursor.currentTable()) {
+                    cursor.deletePreviousChar();
+                }
+            }
+        }
+    }
+    setDocumentPaper(m_document, m_paper);
+    m_document.setUndoRedoEnabled(true);
+    m_document.setModified(false);
+    return m_result;
+}
+
+void RtfReader::openGroup()
+{
+    if (int(m_groups.size()) >= RtfLimits::maxGroupDepth) {
+        ++m_ignoredDepth;
+        damage(QStringLiteral("The file nests groups too deeply."));
+        return;
+    }
+    m_pendingSkip = 0;
+    Group copy = group();
+    copy.pictureOwner = false;
+    m_groups.push_back(copy);
+    m_nextIsDestination = false;
+}
+
+void RtfReader::closeGroup()
+{
+    m_pendingSkip = 0;
+    const Group closing = group();
+    m_groups.pop_back();
+    if (closing.destination == Destination::Picture && closing.pictureOwner) {
+        finishPicture();
+    }
+    if (closing.destination == Destination::FontTable && group().destination != Destination::FontTable) {
+        m_fontEntry = -1;
+    }
+    if (closing.destination == Destination::FontTable && m_fontEntry >= 0 && !m_fontName.isEmpty()) {
+        // An entry without its closing ';'.
+        m_fonts[m_fontEntry].name = m_fontName.trimmed();
+        m_fontName.clear();
+    }
+    m_formatDirty = true;
+}
+
+// ---------------------------------------------------------------------------
+// Control words
+
+void RtfReader::handleControlWord(const Token& token)
+{
+    const QByteArray& word = token.word;
+    const int value = int(token.parameter);
+    const bool has = token.hasParameter;
+
+    if (m_pendingSkip > 0) {
+        --m_pendingSkip;
+        return;
+    }
+
+    const Destination destination = group().destination;
+    if (destination == Destination::Skip) {
+        if (word == "uc") {
+            group().unicodeSkip = std::clamp(value, 0, 10);
+        }
+        return;
+    }
+
+    if (m_nextIsDestination) {
+        // "{\*\word": a destination this reader may not know. Known ones are
+        // handled; anything else is skipped whole.
+        m_nextIsDestination = false;
+        if (word == "shppict" || word == "fldrslt") {
+            return;
+        }
+        if (word == "pict") {
+            handleDestinationWord(word);
+            return;
+        }
+        group().destination = Destination::Skip;
+        return;
+    }
+
+    if (destination == Destination::Picture) {
+        handlePictureWord(word, value);
+        return;
+    }
+    if (destination == Destination::FontTable) {
+        if (word == "f") {
+            m_fontEntry = std::clamp(value, -1, 1 << 20);
+            m_fontName.clear();
+            m_fonts[m_fontEntry];
+        } else if (word == "fcharset" && m_fontEntry >= 0) {
+            m_fonts[m_fontEntry].charset = value;
+        } else if (m_fontEntry >= 0 && word.startsWith('f') && word.size() > 1) {
+            if (word == "froman") {
+                m_fonts[m_fontEntry].hint = QFont::Serif;
+            } else if (word == "fswiss") {
+                m_fonts[m_fontEntry].hint = QFont::SansSerif;
+            } else if (word == "fmodern") {
+                m_fonts[m_fontEntry].hint = QFont::TypeWriter;
+            } else if (word == "fscript") {
+                m_fonts[m_fontEntry].hint = QFont::Cursive;
+            } else if (word == "fdecor") {
+                m_fonts[m_fontEntry].hint = QFont::Decorative;
+            }
+        } else if (word == "u") {
+            fontTableText(char16_t(value < 0 ? value + 65536 : value));
+            m_pendingSkip = group().unicodeSkip;
+        } else if (isSkippedDestination(word)) {
+            group().destination = Destination::Skip;
+        }
+        return;
+    }
+    if (destination == Destination::ColorTable) {
+        if (word == "red") {
+            m_red = std::clamp(value, 0, 255);
+            m_colorSeen = true;
+        } else if (word == "green") {
+            m_green = std::clamp(value, 0, 255);
+            m_colorSeen = true;
+        } else if (word == "blue") {
+            m_blue = std::clamp(value, 0, 255);
+            m_colorSeen = true;
+        }
+        return;
+    }
+
+    if (handleCharacterWord(word, has, value) || handleParagraphWord(word, has, value)
+        || handleTableWord(word, has, value) || handleDocumentWord(word, value)) {
+        return;
+    }
+    handleDestinationWord(word);
+}
+
+void RtfReader::handleDestinationWord(const QByteArray& word)
+{
+    if (word == "fonttbl") {
+        group().destination = Destination::FontTable;
+        m_fontEntry = -1;
+        m_fontName.clear();
+    } else if (word == "colortbl") {
+        group().destination = Destination::ColorTable;
+        m_colors.clear();
+        m_red = m_green = m_blue = 0;
+        m_colorSeen = false;
+    } else if (word == "pict") {
+        flushRun();
+        group().destination = Destination::Picture;
+        group().pictureOwner = true;
+        m_picture = PictureState();
+    } else if (isSkippedDestination(word)) {
+        group().destination = Destination::Skip;
+    }
+    // Any other word is a property this reader does not use.
+}
+
+bool RtfReader::handleCharacterWord(const QByteArray& word, bool has, int value)
+{
+    CharState& chars = group().chars;
+    const bool on = !has || value != 0;
+    auto changed = [this] {
+        m_formatDirty = true;
+        return true;
+    };
+    if (word == "plain") {
+        chars = CharState();
+        return changed();
+    }
+    if (word == "f") {
+        chars.font = value;
+        return changed();
+    }
+    if (word == "fs") {
+        // Sizes outside 1 to 1638 points are nonsense; a size of thousands of
+        // points would make the layout allocate huge glyphs.
+        chars.halfPoints = has ? std::clamp(value, 2, 3276) : 24;
+        return changed();
+    }
+    if (word == "b") {
+        chars.bold = on;
+        return changed();
+    }
+    if (word == "i") {
+        chars.italic = on;
+        return changed();
+    }
+    if (word == "strike" || word == "striked") {
+        chars.strike = on;
+        return changed();
+    }
+    if (word == "scaps") {
+        chars.smallCaps = on;
+        return changed();
+    }
+    if (word == "caps") {
+        chars.allCaps = on;
+        return changed();
+    }
+    if (word == "v") {
+        chars.hidden = on;
+        return changed();
+    }
+    if (word == "ul" || word == "ulw") {
+        chars.underline = on ? QTextCharFormat::SingleUnderline : QTextCharFormat::NoUnderline;
+        return changed();
+    }
+    if (word == "uld" || word == "uldb" || word == "ulth" || word == "ulhair" || word == "ulthd") {
+        chars.underline = on ? (word == "uld" || word == "ulthd" ? QTextCharFormat::DotLine
+                                                                  : QTextCharFormat::SingleUnderline)
+                             : QTextCharFormat::NoUnderline;
+        return changed();
+    }
+    if (word == "uldash" || word == "ulthdash" || word == "ulldash") {
+        chars.underline = on ? QTextCharFormat::DashUnderline : QTextCharFormat::NoUnderline;
+        return changed();
+    }
+    if (word == "ulwave" || word == "ulhwave" || word == "ululdbwave") {
+        chars.underline = on ? QTextCharFormat::WaveUnderline : QTextCharFormat::NoUnderline;
+        return changed();
+    }
+    if (word == "ulnone") {
+        chars.underline = QTextCharFormat::NoUnderline;
+        return changed();
+    }
+    if (word == "cf") {
+        chars.foreground = std::max(0, value);
+        return changed();
+    }
+    if (word == "cb" || word == "highlight" || word == "chcbpat") {
+        chars.background = std::max(0, value);
+        return changed();
+    }
+    if (word == "super") {
+        chars.vertical = 1;
+        return changed();
+    }
+    if (word == "sub") {
+        chars.vertical = -1;
+        return changed();
+    }
+    if (word == "nosupersub") {
+        chars.vertical = 0;
+        return changed();
+    }
+    if (word == "up") {
+        chars.vertical = (has && value == 0) ? 0 : 1;
+        return changed();
+    }
+    if (word == "dn") {
+        chars.vertical = (has && value == 0) ? 0 : -1;
+        return changed();
+    }
+    if (word == "uc") {
+        group().unicodeSkip = std::clamp(value, 0, 10);
+        return true;
+    }
+    return false;
+}
+
+bool RtfReader::handleParagraphWord(const QByteArray& word, bool has, int value)
+{
+    ParaState& para = group().para;
+    // Indents and spacing of more than 22 inches cannot be on any paper.
+    const int length = std::clamp(value, -31680, 31680);
+    if (word == "pard") {
+        para = ParaState();
+        return true;
+    }
+    if (word == "ql") {
+        para.alignment = Qt::AlignLeft;
+        return true;
+    }
+    if (word == "qc") {
+        para.alignment = Qt::AlignHCenter;
+        return true;
+    }
+    if (word == "qr") {
+        para.alignment = Qt::AlignRight;
+        return true;
+    }
+    if (word == "qj" || word == "qd") {
+        para.alignment = Qt::AlignJustify;
+        return true;
+    }
+    if (word == "li" || word == "lin") {
+        para.left = length;
+        return true;
+    }
+    if (word == "ri" || word == "rin") {
+        para.right = length;
+        return true;
+    }
+    if (word == "fi") {
+        para.first = length;
+        return true;
+    }
+    if (word == "sb") {
+        para.before = std::max(0, length);
+        return true;
+    }
+    if (word == "sa") {
+        para.after = std::max(0, length);
+        return true;
+    }
+    if (word == "sl") {
+        para.lineSpacing = has ? length : 0;
+        return true;
+    }
+    if (word == "slmult") {
+        para.lineMultiple = has && value == 1;
+        return true;
+    }
+    if (word == "tqr") {
+        para.pendingTabType = QTextOption::RightTab;
+        return true;
+    }
+    if (word == "tqc") {
+        para.pendingTabType = QTextOption::CenterTab;
+        return true;
+    }
+    if (word == "tqdec") {
+        para.pendingTabType = QTextOption::DelimiterTab;
+        para.pendingDecimal = true;
+        return true;
+    }
+    if (word == "tx" || word == "tb") {
+        if (para.tabs.size() < RtfLimits::maxTabStops && value >= 0) {
+            QTextOption::Tab tab(twipsToUnits(std::min(value, 31680)), para.pendingTabType,
+                                 para.pendingDecimal ? QChar(u'.') : QChar());
+            para.tabs.append(tab);
+        }
+        para.pendingTabType = QTextOption::LeftTab;
+        para.pendingDecimal = false;
+        return true;
+    }
+    if (word == "intbl") {
+        para.inTable = true;
+        return true;
+    }
+    if (word == "pagebb") {
+        para.pageBreakBefore = true;
+        return true;
+    }
+    if (word == "keepn") {
+        para.keepWithNext = true;
+        return true;
+    }
+    if (word == "brdrt" || word == "brdrb" || word == "brdrl" || word == "brdrr" || word == "box"
+        || word == "brdrbar") {
+        m_borderSide = BorderSide::Paragraph;
+        return true;
+    }
+    if (word == "par") {
+        if (para.inTable && m_table == nullptr && !m_blockHasContent) {
+            // An empty paragraph in a table opens the table's cell all the same.
+            enterTableCell();
+        } else if (para.inTable) {
+            enterTableCell();
+        } else if (m_table) {
+            closeTable();
+        }
+        endParagraph();
+        return true;
+    }
+    if (word == "sect") {
+        if (!para.inTable && m_table) {
+            closeTable();
+        }
+        endParagraph();
+        return true;
+    }
+    if (word == "page") {
+        if (!para.inTable && m_table) {
+            closeTable();
+        }
+        if (m_blockHasContent || !m_run.isEmpty()) {
+            endParagraph(true);
+        } else {
+            m_pageBreakPending = true;
+        }
+        return true;
+    }
+    return false;
+}
+
+bool RtfReader::handleTableWord(const QByteArray& word, bool has, int value)
+{
+    Q_UNUSED(has)
+    const int length = std::clamp(value, -63360, 63360);
+    if (word == "trowd") {
+        m_rowDef = RowDef();
+        m_cellDef = CellDef();
+        m_borderSide = BorderSide::None;
+        return true;
+    }
+    if (word == "trgaph") {
+        m_rowDef.gapTwips = std::clamp(value, 0, 1440);
+        return true;
+    }
+    if (word == "trleft") {
+        m_rowDef.leftTwips = length;
+        return true;
+    }
+    if (word == "trqc") {
+        m_rowDef.alignment = Qt::AlignHCenter;
+        return true;
+    }
+    if (word == "trqr") {
+        m_rowDef.alignment = Qt::AlignRight;
+        return true;
+    }
+    if (word == "trql") {
+        m_rowDef.alignment = Qt::AlignLeft;
+        return true;
+    }
+    if (word == "trhdr") {
+        m_rowDef.header = true;
+        return true;
+    }
+    if (word == "clbrdrt") {
+        m_borderSide = BorderSide::Top;
+        m_cellDef.borders[0].present = true;
+        return true;
+    }
+    if (word == "clbrdrl") {
+        m_borderSide = BorderSide::Left;
+        m_cellDef.borders[1].present = true;
+        return true;
+    }
+    if (word == "clbrdrb") {
+        m_borderSide = BorderSide::Bottom;
+        m_cellDef.borders[2].present = true;
+        return true;
+    }
+    if (word == "clbrdrr") {
+        m_borderSide = BorderSide::Right;
+        m_cellDef.borders[3].present = true;
+        return true;
+    }
+    CellBorder* border = nullptr;
+    switch (m_borderSide) {
+    case BorderSide::Top:
+        border = &m_cellDef.borders[0];
+        break;
+    case BorderSide::Left:
+        border = &m_cellDef.borders[1];
+        break;
+    case BorderSide::Bottom:
+        border = &m_cellDef.borders[2];
+        break;
+    case BorderSide::Right:
+        border = &m_cellDef.borders[3];
+        break;
+    default:
+        break;
+    }
+    if (word.startsWith("brdr")) {
+        if (border) {
+            if (word == "brdrw") {
+                border->widthTwips = std::clamp(value, 0, 300);
+            } else if (word == "brdrcf") {
+                border->color = std::max(0, value);
+            } else if (word == "brdrnone" || word == "brdrnil" || word == "brdrtbl") {
+                border->present = false;
+            } else if (word == "brdrdot") {
+                border->style = QTextFrameFormat::BorderStyle_Dotted;
+            } else if (word == "brdrdash") {
+                border->style = QTextFrameFormat::BorderStyle_Dashed;
+            } else if (word == "brdrdb") {
+                border->style = QTextFrameFormat::BorderStyle_Double;
+            } else {
+                border->style = QTextFrameFormat::BorderStyle_Solid;
+            }
+        }
+        return true;
+    }
+    if (word == "clcbpat") {
+        m_cellDef.shading = std::max(0, value);
+        return true;
+    }
+    if (word == "clvertalt") {
+        m_cellDef.verticalAlign = 0;
+        return true;
+    }
+    if (word == "clvertalc") {
+        m_cellDef.verticalAlign = 1;
+        return true;
+    }
+    if (word == "clvertalb") {
+        m_cellDef.verticalAlign = 2;
+        return true;
+    }
+    if (word == "clmgf") {
+        m_cellDef.mergeFirst = true;
+        return true;
+    }
+    if (word == "clmrg") {
+        m_cellDef.mergeNext = true;
+        return true;
+    }
+    if (word == "clvmgf") {
+        m_cellDef.vmergeFirst = true;
+        return true;
+    }
+    if (word == "clvmrg") {
+        m_cellDef.vmergeNext = true;
+        return true;
+    }
+    if (word == "cellx") {
+        if (m_rowDef.cells.size() < RtfLimits::maxTableColumns) {
+            m_cellDef.rightTwips = length;
+            m_rowDef.cells.append(m_cellDef);
+        } else {
+            damage(QStringLiteral("A table has more columns than can be shown."));
+        }
+        m_cellDef = CellDef();
+        m_borderSide = BorderSide::None;
+        return true;
+    }
+    if (word == "cell" || word == "nestcell") {
+        if (word == "nestcell" || !group().para.inTable) {
+            // A cell of a table inside a cell, or a cell mark outside any
+            // table: its text stays, set off by a tab.
+            emitChar(u'\t');
+            return true;
+        }
+        endCell();
+        return true;
+    }
+    if (word == "row" || word == "nestrow") {
+        if (word == "nestrow" || !m_table) {
+            if (word == "nestrow") {
+                emitChar(QChar::LineSeparator);
+            } else {
+                endParagraph();
+            }
+            return true;
+        }
+        endRow();
+        return true;
+    }
+    return false;
+}
+
+bool RtfReader::handleDocumentWord(const QByteArray& word, int value)
+{
+    const int length = std::clamp(value, 0, 31680 * 2);
+    if (word == "ansicpg") {
+        if (codePageUpperHalf(value) != nullptr) {
+            m_ansiCodePage = value;
+        }
+        return true;
+    }
+    if (word == "deff") {
+        m_defaultFont = value;
+        return true;
+    }
+    if (word == "paperw") {
+        m_paper.widthTwips = std::max(length, 720);
+        m_paper.stated = true;
+        return true;
+    }
+    if (word == "paperh") {
+        m_paper.heightTwips = std::max(length, 720);
+        m_paper.stated = true;
+        return true;
+    }
+    if (word == "margl") {
+        m_paper.leftTwips = length;
+        m_paper.stated = true;
+        return true;
+    }
+    if (word == "margr") {
+        m_paper.rightTwips = length;
+        m_paper.stated = true;
+        return true;
+    }
+    if (word == "margt") {
+        m_paper.topTwips = length;
+        m_paper.stated = true;
+        return true;
+    }
+    if (word == "margb") {
+        m_paper.bottomTwips = length;
+        m_paper.stated = true;
+        return true;
+    }
+    if (word == "u") {
+        emitChar(char16_t(value < 0 ? value + 65536 : value & 0xFFFF));
+        m_pendingSkip = group().unicodeSkip;
+        return true;
+    }
+    if (word == "tab") {
+        emitChar(u'\t');
+        return true;
+    }
+    if (word == "line") {
+        emitChar(QChar::LineSeparator);
+        return true;
+    }
+    struct Named {
+        const char* word;
+        char16_t character;
+    };
+    static constexpr Named named[] = {
+        {"emdash", u'\u2014'},  {"endash", u'\u2013'},    {"lquote", u'\u2018'},    {"rquote", u'\u2019'},
+        {"ldblquote", u'\u201C'}, {"rdblquote", u'\u201D'}, {"bullet", u'\u2022'},  {"emspace", u'\u2003'},
+        {"enspace", u'\u2002'}, {"qmspace", u'\u2005'},   {"zwj", u'\u200D'},       {"zwnj", u'\u200C'},
+        {"zwbo", u'\u200B'},    {"ltrmark", u'\u200E'},   {"rtlmark", u'\u200F'},
+    };
+    for (const Named& entry : named) {
+        if (word == entry.word) {
+            emitChar(entry.character);
+            return true;
+        }
+    }
+    return false;
+}
+
+bool RtfReader::handlePictureWord(const QByteArray& word, int value)
+{
+    const qint64 length = std::clamp<qint64>(value, 0, 1'000'000);
+    if (word == "pngblip") {
+        m_picture.kind = PictureState::Kind::Png;
+    } else if (word == "jpegblip") {
+        m_picture.kind = PictureState::Kind::Jpeg;
+    } else if (word == "wmetafile" || word == "emfblip" || word == "macpict" || word == "dibitmap"
+               || word == "wbitmap" || word == "pmmetafile") {
+        m_picture.kind = PictureState::Kind::Other;
+    } else if (word == "picw") {
+        m_picture.widthPx = length;
+    } else if (word == "pich") {
+        m_picture.heightPx = length;
+    } else if (word == "picwgoal") {
+        m_picture.goalWidth = length;
+    } else if (word == "pichgoal") {
+        m_picture.goalHeight = length;
+    } else if (word == "picscalex") {
+        m_picture.scaleX = std::clamp<qint64>(value, 1, 1000);
+    } else if (word == "picscaley") {
+        m_picture.scaleY = std::clamp<qint64>(value, 1, 1000);
+    } else if (isSkippedDestination(word)) {
+        // {\*\picprop ...} and the like inside the picture: their words are
+        // read as picture words, which is harmless, and their text is not hex
+        // of the picture only when it is in a skipped group.
+        group().destination = Destination::Skip;
+    }
+    return true;
+}
+
+void RtfReader::handleControlSymbol(char symbol)
+{
+    if (symbol == '*') {
+        m_nextIsDestination = true;
+        return;
+    }
+    if (m_pendingSkip > 0) {
+        --m_pendingSkip;
+        return;
+    }
+    const Destination destination = group().destination;
+    if (destination == Destination::Skip || destination == Destination::Picture
+        || destination == Destination::ColorTable) {
+        return;
+    }
+    switch (symbol) {
+    case '\\':
+    case '{':
+    case '}':
+        if (destination == Destination::FontTable) {
+            fontTableText(char16_t(uchar(symbol)));
+        } else {
+            emitChar(char16_t(uchar(symbol)));
+        }
+        break;
+    case '~':
+        emitChar(u'\u00A0');
+        break;
+    case '-':
+        emitChar(u'\u00AD');
+        break;
+    case '_':
+        emitChar(u'\u2011');
+        break;
+    case '?':
+        break; // a broken \'xx
+    default:
+        break; // \| \: and the like are of no use here
+    }
+}
+
+// ---------------------------------------------------------------------------
+// Text
+
+int RtfReader::currentCodePage() const
+{
+    int font = group().chars.font;
+    if (font < 0) {
+        font = m_defaultFont;
+    }
+    const auto it = m_fonts.constFind(font);
+    if (it == m_fonts.constEnd()) {
+        return m_ansiCodePage;
+    }
+    return codePageForCharset(it->charset, m_ansiCodePage);
+}
+
+void RtfReader::textByte(uchar byte)
+{
+    const Destination destination = group().destination;
+    if (destination == Destination::Skip) {
+        return;
+    }
+    if (destination == Destination::ColorTable) {
+        if (byte == ';') {
+            m_colors.append(m_colorSeen ? QColor(m_red, m_green, m_blue) : QColor());
+            m_red = m_green = m_blue = 0;
+            m_colorSeen = false;
+        }
+        return;
+    }
+    char16_t c = byte;
+    if (byte >= 0x80) {
+        const int codePage = destination == Destination::FontTable ? m_ansiCodePage : currentCodePage();
+        if (const char16_t* table = codePageUpperHalf(codePage)) {
+            c = table[byte - 0x80];
+            if (c == 0xFFFD) {
+                c = byte; // an unassigned byte keeps its own value, as Windows does
+            }
+        } else if (codePage == 0) {
+            c = byte == 0xB7 ? u'\u2022' : char16_t(byte); // symbol font bullet
+        } else if (codePage >= 932 && codePage <= 950) {
+            c = u'?'; // double-byte code pages are not decoded
+        }
+    } else if (byte < 0x20) {
+        return;
+    }
+    if (destination == Destination::FontTable) {
+        fontTableText(c);
+        return;
+    }
+    emitChar(c);
+}
+
+void RtfReader::fontTableText(char16_t c)
+{
+    if (c == u';') {
+        if (m_fontEntry >= 0) {
+            FontEntry& entry = m_fonts[m_fontEntry];
+            entry.name = m_fontName.trimmed();
+        }
+        m_fontName.clear();
+        return;
+    }
+    if (m_fontName.size() < 200) {
+        m_fontName.append(QChar(c));
+    }
+}
+
+void RtfReader::prepareContent()
+{
+    const ParaState& para = group().para;
+    if (para.inTable) {
+        enterTableCell();
+    } else if (m_table) {
+        closeTable();
+    }
+}
+
+void RtfReader::emitChar(char16_t c)
+{
+    const Destination destination = group().destination;
+    if (destination != Destination::Normal) {
+        return;
+    }
+    if (group().chars.hidden) {
+        return;
+    }
+    prepareContent();
+    // While the format is unchanged the run's format is the cached one, so
+    // formats are compared only after a formatting word.
+    if (m_formatDirty || m_run.isEmpty()) {
+        const QTextCharFormat format = currentCharFormat();
+        if (!m_run.isEmpty() && format != m_runFormat) {
+            flushRun();
+        }
+        if (m_run.isEmpty()) {
+            m_runFormat = format;
+        }
+    }
+    m_run.append(QChar(c));
+    m_blockHasContent = true;
+    m_paragraphEnded = false;
+}
+
+void RtfReader::flushRun()
+{
+    if (m_run.isEmpty()) {
+        return;
+    }
+    m_cursor.insertText(m_run, m_runFormat);
+    m_run.clear();
+}
+
+QTextCharFormat RtfReader::currentCharFormat()
+{
+    if (!m_formatDirty) {
+        return m_cachedFormat;
+    }
+    const CharState& chars = group().chars;
+    QTextCharFormat format;
+    int fontIndex = chars.font < 0 ? m_defaultFont : chars.font;
+    auto it = m_fonts.constFind(fontIndex);
+    if (it == m_fonts.constEnd()) {
+        it = m_fonts.constFind(m_defaultFont);
+    }
+    if (it != m_fonts.constEnd() && !it->name.isEmpty()) {
+        format.setFontFamilies(QStringList{it->name});
+        if (it->hint != QFont::AnyStyle) {
+            format.setFontStyleHint(it->hint);
+        }
+    }
+    format.setFontPointSize(chars.halfPoints / 2.0);
+    if (chars.bold) {
+        format.setFontWeight(QFont::Bold);
+    }
+    if (chars.italic) {
+        format.setFontItalic(true);
+    }
+    if (chars.underline != QTextCharFormat::NoUnderline) {
+        format.setUnderlineStyle(chars.underline);
+    }
+    if (chars.strike) {
+        format.setFontStrikeOut(true);
+    }
+    if (chars.smallCaps) {
+        format.setFontCapitalization(QFont::SmallCaps);
+    } else if (chars.allCaps) {
+        format.setFontCapitalization(QFont::AllUppercase);
+    }
+    const QColor foreground = color(chars.foreground);
+    if (foreground.isValid()) {
+        format.setForeground(foreground);
+    }
+    const QColor background = color(chars.background);
+    if (background.isValid()) {
+        format.setBackground(background);
+    }
+    if (chars.vertical > 0) {
+        format.setVerticalAlignment(QTextCharFormat::AlignSuperScript);
+    } else if (chars.vertical < 0) {
+        format.setVerticalAlignment(QTextCharFormat::AlignSubScript);
+    }
+    m_cachedFormat = format;
+    m_formatDirty = false;
+    return format;
+}
+
+QTextBlockFormat RtfReader::currentBlockFormat() const
+{
+    const ParaState& para = group().para;
+    QTextBlockFormat format;
+    format.setAlignment(para.alignment);
+    if (para.left != 0) {
+        format.setLeftMargin(twipsToUnits(para.left));
+    }
+    if (para.right != 0) {
+        format.setRightMargin(twipsToUnits(para.right));
+    }
+    if (para.first != 0) {
+        format.setTextIndent(twipsToUnits(para.first));
+    }
+    if (para.before != 0) {
+        format.setTopMargin(twipsToUnits(para.before));
+    }
+    if (para.after != 0) {
+        format.setBottomMargin(twipsToUnits(para.after));
+    }
+    if (para.lineSpacing != 0) {
+        if (para.lineMultiple) {
+            format.setLineHeight(std::clamp(para.lineSpacing * 100.0 / 240.0, 10.0, 1000.0),
+                                 QTextBlockFormat::ProportionalHeight);
+        } else if (para.lineSpacing > 0) {
+            format.setLineHeight(twipsToUnits(para.lineSpacing), QTextBlockFormat::MinimumHeight);
+        } else {
+            format.setLineHeight(twipsToUnits(-para.lineSpacing), QTextBlockFormat::FixedHeight);
+        }
+    }
+    if (!para.tabs.isEmpty()) {
+        format.setTabPositions(para.tabs);
+    }
+    if (para.pageBreakBefore || m_pageBreakPending) {
+        format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
+    }
+    return format;
+}
+
+void RtfReader::endParagraph(bool pageBreakAfter)
+{
+    if (group().destination != Destination::Normal) {
+        return;
+    }
+    flushRun();
+    m_cursor.setBlockFormat(currentBlockFormat());
+    m_pageBreakPending = pageBreakAfter;
+    m_cursor.insertBlock(QTextBlockFormat(), m_runFormat);
+    m_blockHasContent = false;
+    m_paragraphEnded = true;
+}
+
+// ---------------------------------------------------------------------------
+// Tables
+
+void RtfReader::enterTableCell()
+{
+    if (group().destination != Destination::Normal) {
+        return;
+    }
+    if (m_table && !m_rowPending) {
+        if (!m_cellAdvance) {
+            return; // already in the cell
+        }
+        flushRun();
+        m_cellAdvance = false;
+        if (m_tableCol + 1 >= m_table->columns()) {
+            if (m_table->columns() >= RtfLimits::maxTableColumns) {
+                // Too many cells: what follows goes into the last cell, set off by a tab.
+                damage(QStringLiteral("A table has more columns than can be shown."));
+                m_cursor = m_table->cellAt(m_tableRow, m_tableCol).lastCursorPosition();
+                m_cursor.insertText(QStringLiteral("\t"));
+                return;
+            }
+            m_table->appendColumns(1);
+            m_cellCount += m_table->rows();
+        }
+        ++m_tableCol;
+        m_cursor = m_table->cellAt(m_tableRow, m_tableCol).firstCursorPosition();
+        m_blockHasContent = false;
+        return;
+    }
+    flushRun();
+    if (m_cellCount >= RtfLimits::maxTableCells) {
+        damage(QStringLiteral("A table has more cells than can be shown."));
+        return;
+    }
+    const int columns = std::clamp(int(m_rowDef.cells.size()), 1, RtfLimits::maxTableColumns);
+    if (!m_table) {
+        QTextTableFormat format;
+        format.setBorder(0);
+        format.setBorderCollapse(true);
+        format.setCellSpacing(0);
+        format.setCellPadding(0);
+        format.setAlignment(m_rowDef.alignment);
+        m_cursor.setBlockFormat(QTextBlockFormat());
+        m_table = m_cursor.insertTable(1, columns, format);
+        m_tableRow = 0;
+        m_tableRows.clear();
+    } else {
+        m_table->appendRows(1);
+        ++m_tableRow;
+        if (m_table->columns() < columns) {
+            m_table->appendColumns(columns - m_table->columns());
+        }
+    }
+    m_cellCount += m_table->columns();
+    m_tableCol = 0;
+    m_rowPending = false;
+    m_cellAdvance = false;
+    m_cursor = m_table->cellAt(m_tableRow, 0).firstCursorPosition();
+    m_blockHasContent = false;
+}
+
+void RtfReader::endCell()
+{
+    enterTableCell();
+    if (!m_table) {
+        return;
+    }
+    flushRun();
+    m_cursor.setBlockFormat(currentBlockFormat());
+    m_cellAdvance = true;
+}
+
+void RtfReader::endRow()
+{
+    if (!m_table || m_rowPending) {
+        // A row mark with no cell content (an empty row): make the row all the same.
+        enterTableCell();
+        if (!m_table) {
+            return;
+        }
+    }
+    flushRun();
+    applyRowFormats(m_tableRow, m_rowDef);
+    m_tableRows.push_back(m_rowDef);
+    m_rowPending = true;
+    m_cellAdvance = false;
+    m_blockHasContent = false;
+}
+
+void RtfReader::applyRowFormats(int row, const RowDef& def)
+{
+    if (!m_table || row < 0 || row >= m_table->rows()) {
+        return;
+    }
+    const int count = std::min(int(def.cells.size()), m_table->columns());
+    for (int column = 0; column < count; ++column) {
+        const CellDef& cellDef = def.cells.at(column);
+        QTextTableCell cell = m_table->cellAt(row, column);
+        if (!cell.isValid()) {
+            continue;
+        }
+        QTextTableCellFormat format = cell.format().toTableCellFormat();
+        const qreal padding = twipsToUnits(def.gapTwips);
+        format.setLeftPadding(padding);
+        format.setRightPadding(padding);
+        format.setTopPadding(0);
+        format.setBottomPadding(0);
+        for (int side = 0; side < 4; ++side) {
+            const CellBorder& border = cellDef.borders[side];
+            const qreal width = border.present ? std::max(twipsToUnits(border.widthTwips), 0.5) : 0.0;
+            const QColor borderColor = color(border.color).isValid() ? color(border.color) : QColor(Qt::black);
+            const QTextFrameFormat::BorderStyle style
+                = border.present ? border.style : QTextFrameFormat::BorderStyle_None;
+            switch (side) {
+            case 0:
+                format.setTopBorder(width);
+                format.setTopBorderStyle(style);
+                format.setTopBorderBrush(borderColor);
+                break;
+            case 1:
+                format.setLeftBorder(width);
+                format.setLeftBorderStyle(style);
+                format.setLeftBorderBrush(borderColor);
+                break;
+            case 2:
+                format.setBottomBorder(width);
+                format.setBottomBorderStyle(style);
+                format.setBottomBorderBrush(borderColor);
+                break;
+            default:
+                format.setRightBorder(width);
+                format.setRightBorderStyle(style);
+                format.setRightBorderBrush(borderColor);
+                break;
+            }
+        }
+        const QColor shading = color(cellDef.shading);
+        if (shading.isValid()) {
+            format.setBackground(shading);
+        }
+        if (cellDef.verticalAlign == 1) {
+            format.setVerticalAlignment(QTextCharFormat::AlignMiddle);
+        } else if (cellDef.verticalAlign == 2) {
+            format.setVerticalAlignment(QTextCharFormat::AlignBottom);
+        }
+        cell.setFormat(format);
+    }
+}
+
+void RtfReader::closeTable()
+{
+    if (!m_table) {
+        return;
+    }
+    flushRun();
+    QTextTable* table = m_table;
+    m_table = nullptr;
+    m_rowPending = true;
+    m_cellAdvance = false;
+
+    // Column widths from the row with the most cells.
+    const RowDef* widest = nullptr;
+    for (const RowDef& def : m_tableRows) {
+        if (!widest || def.cells.size() > widest->cells.size()) {
+            widest = &def;
+        }
+    }
+    QTextTableFormat format = table->format();
+    if (widest && !widest->cells.isEmpty()) {
+        QList<QTextLength> widths;
+        int left = widest->leftTwips;
+        for (const CellDef& cell : widest->cells) {
+            const int width = std::max(cell.rightTwips - left, 60);
+            widths.append(QTextLength(QTextLength::FixedLength, twipsToUnits(width)));
+            left = cell.rightTwips;
+        }
+        while (widths.size() < table->columns()) {
+            widths.append(QTextLength(QTextLength::VariableLength, 0));
+        }
+        widths.resize(table->columns());
+        format.setColumnWidthConstraints(widths);
+        format.setAlignment(widest->alignment);
+        if (widest->alignment == Qt::AlignLeft && widest->leftTwips > 0) {
+            format.setLeftMargin(twipsToUnits(widest->leftTwips));
+        }
+    }
+    int headerRows = 0;
+    while (headerRows < int(m_tableRows.size()) && m_tableRows.at(size_t(headerRows)).header) {
+        ++headerRows;
+    }
+    format.setHeaderRowCount(headerRows);
+    table->setFormat(format);
+
+    // Merged cells, as far as the rows say so consistently.
+    const int rows = std::min(int(m_tableRows.size()), table->rows());
+    for (int row = 0; row < rows; ++row) {
+        const RowDef& def = m_tableRows.at(size_t(row));
+        for (int column = 0; column < int(def.cells.size()) && column < table->columns(); ++column) {
+            if (!def.cells.at(column).mergeFirst) {
+                continue;
+            }
+            int span = 1;
+            while (column + span < int(def.cells.size()) && column + span < table->columns()
+                   && def.cells.at(column + span).mergeNext) {
+                ++span;
+            }
+            if (span > 1) {
+                table->mergeCells(row, column, 1, span);
+            }
+        }
+    }
+    for (int column = 0; column < table->columns(); ++column) {
+        for (int row = 0; row < rows; ++row) {
+            const RowDef& def = m_tableRows.at(size_t(row));
+            if (column >= def.cells.size() || !def.cells.at(column).vmergeFirst) {
+                continue;
+            }
+            int span = 1;
+            while (row + span < rows) {
+                const RowDef& below = m_tableRows.at(size_t(row + span));
+                if (column >= below.cells.size() || !below.cells.at(column).vmergeNext) {
+                    break;
+                }
+                ++span;
+            }
+            if (span > 1 && table->cellAt(row, column).columnSpan() == 1) {
+                table->mergeCells(row, column, span, 1);
+            }
+        }
+    }
+    m_tableRows.clear();
+
+    // Text goes on after the table.
+    m_cursor = table->lastCursorPosition();
+    m_cursor.movePosition(QTextCursor::NextBlock);
+    m_blockHasContent = false;
+}
+
+// ---------------------------------------------------------------------------
+// Pictures
+
+void RtfReader::pictureHex(char c)
+{
+    int value = -1;
+    if (c >= '0' && c <= '9') {
+        value = c - '0';
+    } else if (c >= 'a' && c <= 'f') {
+        value = c - 'a' + 10;
+    } else if (c >= 'A' && c <= 'F') {
+        value = c - 'A' + 10;
+    }
+    if (value < 0 || m_picture.overflow) {
+        return;
+    }
+    if (m_picture.kind == PictureState::Kind::Other) {
+        return; // metafiles and bitmaps of old readers are not shown; no need to keep them
+    }
+    if (m_picture.pendingNibble < 0) {
+        m_picture.pendingNibble = value;
+        return;
+    }
+    if (m_picture.bytes.size() >= RtfLimits::maxPictureBytes) {
+        m_picture.overflow = true;
+        m_picture.bytes.clear();
+        return;
+    }
+    m_picture.bytes.append(char(m_picture.pendingNibble * 16 + value));
+    m_picture.pendingNibble = -1;
+}
+
+void RtfReader::finishPicture()
+{
+    PictureState picture = std::move(m_picture);
+    m_picture = PictureState();
+    if (picture.overflow) {
+        damage(QStringLiteral("A picture is too large to be shown."));
+        return;
+    }
+    if (picture.kind != PictureState::Kind::Png && picture.kind != PictureState::Kind::Jpeg) {
+        return;
+    }
+    if (m_allPictureBytes + picture.bytes.size() > RtfLimits::maxAllPictureBytes) {
+        damage(QStringLiteral("The pictures of the file are too large to be shown."));
+        return;
+    }
+    m_allPictureBytes += picture.bytes.size();
+
+    QBuffer buffer(&picture.bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer, picture.kind == PictureState::Kind::Png ? "png" : "jpeg");
+    reader.setAllocationLimit(int(RtfLimits::maxPicturePixels * 4 / (1024 * 1024)) + 1);
+    const QSize size = reader.size();
+    if (!size.isValid() || size.width() > RtfLimits::maxPictureSide || size.height() > RtfLimits::maxPictureSide
+        || qint64(size.width()) * size.height() > RtfLimits::maxPicturePixels) {
+        damage(size.isValid() ? QStringLiteral("A picture is too large to be shown.")
+                              : QStringLiteral("A picture of the file is damaged."));
+        return;
+    }
+    QImage image;
+    if (!reader.read(&image) || image.isNull()) {
+        damage(QStringLiteral("A picture of the file is damaged."));
+        return;
+    }
+
+    // Shown size: the goal size in twips times the scale, else the picture's
+    // own pixels at the screen's resolution.
+    qreal widthUnits = image.width();
+    qreal heightUnits = image.height();
+    if (picture.goalWidth > 0 && picture.goalHeight > 0) {
+        widthUnits = twipsToUnits(qreal(picture.goalWidth) * picture.scaleX / 100.0);
+        heightUnits = twipsToUnits(qreal(picture.goalHeight) * picture.scaleY / 100.0);
+    } else {
+        widthUnits = widthUnits * picture.scaleX / 100.0;
+        heightUnits = heightUnits * picture.scaleY / 100.0;
+    }
+    // No picture is larger than the largest paper.
+    const qreal largest = twipsToUnits(31680);
+    widthUnits = std::clamp(widthUnits, 1.0, largest);
+    heightUnits = std::clamp(heightUnits, 1.0, largest);
+
+    const QString name = QStringLiteral("rtfpicture%1.%2")
+                             .arg(++m_pictureCount)
+                             .arg(picture.kind == PictureState::Kind::Png ? QStringLiteral("png")
+                                                                          : QStringLiteral("jpg"));
+    m_document.addResource(QTextDocument::ImageResource, QUrl(name), image);
+    QTextImageFormat format;
+    format.setName(name);
+    format.setWidth(widthUnits);
+    format.setHeight(heightUnits);
+    prepareContent();
+    flushRun();
+    m_cursor.insertImage(format);
+    m_blockHasContent = true;
+    m_paragraphEnded = false;
+}
+
+} // namespace
+
+RtfReadResult readRtf(const QByteArray& rtf, QTextDocument& document)
+{
+    RtfReader reader(rtf, document);
+    return reader.read();
+}
+
+} // namespace pvardo::documents

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+class QTextDocument;
+
+namespace pvardo::documents {
+
+// What reading an RTF file came to. A damaged file is still read as far as it
+// goes: the document holds everything before the damage, so a letter with a
+// torn end can still be printed or repaired by hand.
+struct RtfReadResult {
+    bool notRtf = false;  // the bytes do not begin as RTF; the document is left empty
+    bool damaged = false; // the file broke off, or held something that had to be dropped
+    QString problem;      // the first problem met, in words for the office
+};
+
+// Limits that keep a hostile or broken file from exhausting the workstation.
+// Anything beyond them is dropped and the file reported damaged.
+namespace RtfLimits {
+constexpr int maxGroupDepth = 400;
+constexpr qsizetype maxPictureBytes = 32 * 1024 * 1024;  // encoded bytes of one picture
+constexpr qsizetype maxAllPictureBytes = 96 * 1024 * 1024; // of all pictures together
+constexpr int maxPictureSide = 12000;                      // pixels
+constexpr qint64 maxPicturePixels = 40'000'000;
+constexpr int maxTableColumns = 63;
+constexpr int maxTableCells = 200'000;
+constexpr int maxTabStops = 64;
+} // namespace RtfLimits
+
+// Reads RTF, as word processors and simple editors write it, into `document`
+// (which is cleared first). Fonts, colours, character and paragraph formats,
+// tabs, line and page breaks, tables and PNG/JPEG pictures come across;
+// headers, footers, field instructions, objects and unknown destinations are
+// skipped without losing the text around them.
+RtfReadResult readRtf(const QByteArray& rtf, QTextDocument& document);
+
+} // namespace pvardo::documents

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "documents/PrintRichText.h"
+
+#include <QString>
+
+class QTextDocument;
+
+namespace pvardo::documents {
+
+// What printing on the office's printer came to.
+struct PrinterOutcome {
+    bool ok = false;
+    int pages = 0;
+    QString printerName; // the printer used, empty when the pages went to a file
+    QString pdfPath;     // the file the pages went to when there was no printer
+    QString error;
+};
+
+// The name of the default printer of the system, empty when there is none.
+QString defaultPrinterName();
+
+// Prints `document` with PrintRichText on the default printer, Letter paper
+// unless the printer says otherwise. When the workstation has no printer the
+// pages go to a PDF file at `fallbackPdfPath`, whose path the caller shows to
+// the user.
+PrinterOutcome printOnDefaultPrinter(QTextDocument& document, const PrintSettings& settings,
+                                     const QString& fallbackPdfPath, const QString& title = QString());
+
+} // namespace pvardo::documents
