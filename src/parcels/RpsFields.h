@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QString>
+
+namespace pvardo::parcels {
+
+// The fields of one line of the state's RPS extract, a fixed-column text file:
+// SWIS code in columns 1-6, S-B-L in 65-89, grid east and north in 90-103,
+// street and house number in 108-141, owner in 277-326, mailing address in
+// 352-435, and the record type in the last two characters. Only type "14"
+// lines are parcel records. A line shorter than a column reads it as empty.
+class RpsFields
+{
+public:
+    static QString getSwis(const QString& line);
+    // The S-B-L in short form, trimmed and cleaned of the roll's marks.
+    static QString getSBL(const QString& line);
+    // Grid east and north, trimmed; empty reads "0".
+    static QString getEGrid(const QString& line);
+    static QString getNGrid(const QString& line);
+    // House number, one blank, street.
+    static QString getLoc(const QString& line);
+    // First owner line, one blank, second owner line.
+    static QString getOwner(const QString& line);
+    // First and second mailing line, " , ", city and state, one blank, zip.
+    static QString getMailing(const QString& line);
+    // True for a parcel record: the line ends in "14".
+    static bool isParcelRecord(const QString& line);
+
+    // Repairs the roll's ways of writing an S-B-L: slashes for points, ".-",
+    // "./", doubled dashes, and a surplus dash at the end.
+    static void cleanSBL(QString& sbl);
+
+    // Helpers for a custom file layout.
+    // Digits and points only; nothing left reads "0".
+    static QString StripNonNum(const QString& text);
+    // One leading and one trailing double quote removed from a value that is
+    // not blank.
+    static QString StripMe(const QString& text);
+    // "SMITH JOHN" from "JOHN SMITH": turned round at the last blank.
+    static QString makeName(const QString& text);
+};
+
+} // namespace pvardo::parcels

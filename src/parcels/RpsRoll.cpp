@@ -1,0 +1,228 @@
+#include "parcels/RpsRoll.h"
+
+#include "parcels/TextCuts.h"
+#include "store/Catalogue.h"
+#include "store/DatabaseLocation.h"
+
+#include <QFileInfo>
+
+namespace pvardo::parcels {
+
+using store::StoreStatus;
+
+namespace {
+
+QString questionWhenEmpty(const QString& text)
+{
+    return text.isEmpty() ? QStringLiteral("?") : text;
+}
+
+} // namespace
+
+RpsRoll::RpsRoll(QString rollPath)
+    : m_path(std::move(rollPath))
+{
+}
+
+QString RpsRoll::rollPathIn(const QString& databaseFolder)
+{
+    return store::databaseFile(databaseFolder, QStringLiteral("rps.mdb"));
+}
+
+bool RpsRoll::rollExists() const
+{
+    return QFileInfo::exists(m_path);
+}
+
+StoreStatus RpsRoll::open(bool createWhenMissing)
+{
+    m_rows.reset();
+    if (!rollExists()) {
+        if (!createWhenMissing) {
+            return StoreStatus::failure(store::StoreErrorNumber::DatabaseNotFound,
+                                        QStringLiteral("There is no tax parcel import file: %1").arg(m_path));
+        }
+        StoreStatus created = store::createDatabaseFile(m_path, store::tableDef(store::Table::RPS));
+        if (!created.ok()) {
+            return created;
+        }
+    }
+    StoreStatus status;
+    m_rows = store::openRecordsetAt(m_path, QStringLiteral("Select * from RPS"), &status);
+    return status;
+}
+
+StoreStatus RpsRoll::resetRPSsbl()
+{
+    StoreStatus status = open(true);
+    m_rollDate = QDateTime::currentDateTime();
+    if (m_rows && m_rows->RecordCount() > 0) {
+        m_rows->MoveFirst();
+        const QDateTime stamp = m_rows->value(QStringLiteral("TSTAMP")).toDateTime();
+        if (stamp.isValid()) {
+            m_rollDate = stamp;
+        }
+    }
+    return status;
+}
+
+StoreStatus RpsRoll::resetRPS()
+{
+    return open(false);
+}
+
+bool RpsRoll::RPSSBLExists(const QString& fullForm)
+{
+    if (!m_rows || m_rows->RecordCount() == 0) {
+        return false;
+    }
+    m_rows->MoveLast();
+    m_rows->MoveFirst();
+    if (!m_rows->Find(QStringLiteral("[RSBLF] = '") + fullForm + QLatin1Char('\'')).ok() || m_rows->Eof()) {
+        return false;
+    }
+    auto text = [this](const char* column) { return m_rows->text(QString::fromLatin1(column)); };
+    m_found = RpsRow{text("RSBLF"),  text("RSSBL"), text("RCONTACT"), text("RASSOC"),
+                     text("RLOCN1"), text("RCOORD1"), text("RCOORD2"), text("RADDR1"),
+                     text("RMAP"),   text("RPRICE"), text("RNOTES"),  text("FLAG")};
+    return true;
+}
+
+StoreStatus RpsRoll::writeRow(const RpsRow& row)
+{
+    const std::pair<const char*, QVariant> values[] = {
+        {"RSBLF", cutText(row.fullForm.toUpper(), 40)},
+        {"RSSBL", cutText(row.shortForm.toUpper(), 20)},
+        {"RASSOC", cutText(questionWhenEmpty(row.association), 30)},
+        {"RCONTACT", cutText(questionWhenEmpty(row.contact), 30)},
+        {"RLOCN1", cutText(questionWhenEmpty(row.location), 80)},
+        {"RADDR1", cutText(row.mailing, 80)},
+        {"RCOORD1", cutText(row.east, 20)},
+        {"RCOORD2", cutText(row.north, 20)},
+        {"RMAP", cutText(row.map, 20)},
+        {"RPRICE", cutText(row.price, 20)},
+        {"RNOTES", row.notes},
+        {"TSTAMP", QDateTime::currentDateTime()},
+        {"FLAG", cutText(row.flag, 10)},
+    };
+    for (const auto& [column, value] : values) {
+        StoreStatus status = m_rows->setValue(QString::fromLatin1(column), value);
+        if (!status.ok()) {
+            m_rows->CancelUpdate();
+            return status;
+        }
+    }
+    StoreStatus status = m_rows->Update();
+    if (!status.ok()) {
+        m_rows->CancelUpdate();
+    }
+    return status;
+}
+
+StoreStatus RpsRoll::RPSSBLAdd(const RpsRow& row)
+{
+    if (!m_rows) {
+        return StoreStatus::failure(store::StoreErrorNumber::DatabaseNotFound,
+                                    QStringLiteral("The tax parcel import file is not open."));
+    }
+    m_rows->AddNew();
+    return writeRow(row);
+}
+
+StoreStatus RpsRoll::RPSSBLUpdate2(const RpsRow& row)
+{
+    if (!m_rows) {
+        return StoreStatus::failure(store::StoreErrorNumber::DatabaseNotFound,
+                                    QStringLiteral("The tax parcel import file is not open."));
+    }
+    return writeRow(row);
+}
+
+int RpsRoll::syncSBL(ParcelService& parcels, StoreStatus* status, const ParcelProgress& progress)
+{
+    StoreStatus result;
+    auto finish = [&](int count) {
+        if (status) {
+            *status = result;
+        }
+        return count;
+    };
+    if (!m_rows && !(result = resetRPSsbl()).ok()) {
+        return finish(-1);
+    }
+    if (!parcels.isOpen() && !(result = parcels.resetsbl()).ok()) {
+        return finish(-1);
+    }
+    m_rows->MoveFirst();
+    if (m_rows->Eof()) {
+        return finish(0);
+    }
+    const double step = 100.0 / m_rows->RecordCount();
+    double done = 0;
+    int carried = 0;
+    // Committed in groups: a run stopped half-way leaves whole rows, and other
+    // workstations wait for one group at most.
+    constexpr int RowsPerTransaction = 2000;
+    result = parcels.beginBatch();
+    while (result.ok() && !m_rows->Eof()) {
+        auto text = [this](const char* column) { return m_rows->text(QString::fromLatin1(column)); };
+        const QString full = text("RSBLF");
+        const QString contact = text("RCONTACT");
+        const QString association = text("RASSOC");
+        const QString location = text("RLOCN1");
+        const QString east = text("RCOORD1");
+        const QString north = text("RCOORD2");
+        const QString mailing = text("RADDR1");
+        const QString map = text("RMAP");
+        const QString price = text("RPRICE");
+        const QString notes = text("RNOTES");
+        const QString flag = text("FLAG");
+        if (parcels.SBLExists(full)) {
+            result = parcels.SBLUpdateExtended(full, contact, association, location, east, north, mailing, map,
+                                               price, notes, flag);
+        } else {
+            result = parcels.SBLAddExtended(full, contact, association, location, east, north, mailing, map, price,
+                                            notes, flag);
+        }
+        if (!result.ok()) {
+            break;
+        }
+        ++carried;
+        if (carried % RowsPerTransaction == 0) {
+            result = parcels.commitBatch();
+            if (result.ok()) {
+                result = parcels.beginBatch();
+            }
+        }
+        m_rows->MoveNext();
+        done += step;
+        if (progress && !progress(done)) {
+            break;
+        }
+    }
+    if (!result.ok()) {
+        parcels.rollbackBatch();
+        return finish(-1);
+    }
+    result = parcels.commitBatch();
+    return finish(result.ok() ? carried : -1);
+}
+
+StoreStatus RpsRoll::beginBatch()
+{
+    return m_rows ? m_rows->beginTransaction() : StoreStatus::success();
+}
+
+StoreStatus RpsRoll::commitBatch()
+{
+    return m_rows ? m_rows->commitTransaction() : StoreStatus::success();
+}
+
+void RpsRoll::rollbackBatch()
+{
+    if (m_rows) {
+        m_rows->rollbackTransaction();
+    }
+}
+
+} // namespace pvardo::parcels
