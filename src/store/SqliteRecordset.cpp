@@ -341,6 +341,7 @@ StoreStatus SqliteRecordset::runKeysetQuery()
     m_keys = std::move(keys);
     m_positionsValid = false;
     m_row.loaded = false;
+    dropWindow();
     m_onDeletedRow = false;
     return StoreStatus::success();
 }
@@ -484,6 +485,7 @@ StoreStatus SqliteRecordset::flushPendingEdit()
 StoreStatus SqliteRecordset::moveTo(qsizetype index)
 {
     const auto size = static_cast<qsizetype>(m_keys.size());
+    m_movingBack = index < m_pos;
     m_pos = std::clamp<qsizetype>(index, -1, size);
     m_onDeletedRow = false;
     m_row.loaded = false;
@@ -647,6 +649,7 @@ StoreStatus SqliteRecordset::Update()
     m_editing = false;
     m_pending.clear();
     m_row.loaded = false;
+    dropWindow();
     return StoreStatus::success();
 }
 
@@ -676,6 +679,7 @@ StoreStatus SqliteRecordset::Delete()
     m_positionsValid = false;
     m_onDeletedRow = true;
     m_row.loaded = false;
+    dropWindow();
     m_lastStatus = StoreStatus::success();
     return m_lastStatus;
 }
@@ -765,54 +769,164 @@ int SqliteRecordset::fieldIndex(const QString& name) const
     return m_columnIndex.value(name.trimmed().toUpper(), -1);
 }
 
-const SqliteRecordset::RowCache& SqliteRecordset::currentRow() const
+namespace {
+// Rows read in one statement, and how long they are trusted.
+constexpr size_t WindowRows = 64;
+constexpr qint64 WindowLifeMs = 1000;
+} // namespace
+
+// A row is read lazily and only in the columns asked for: a walk over many
+// rows that shows one column reads that column alone. A column asked for the
+// first time is read on its own and joins the set read for the rows after.
+const SqliteRecordset::RowCache& SqliteRecordset::rowWith(int column) const
 {
-    const std::int64_t rowId = m_keys[static_cast<size_t>(m_pos)];
-    if (m_row.loaded && m_row.rowId == rowId) {
-        return m_row;
-    }
     auto* self = const_cast<SqliteRecordset*>(this);
-    StoreStatus status;
-    sqlite3_stmt* statement =
-        self->cachedStatement(QStringLiteral("SELECT * FROM %1 WHERE rowid = ?").arg(quotedName(m_table)), &status);
-    m_row.rowId = rowId;
-    m_row.loaded = true;
-    m_row.missing = true;
-    const size_t count = m_columns.size();
-    m_row.types.assign(count, SQLITE_NULL);
-    m_row.spans.assign(count, {0, 0});
-    m_row.reals.assign(count, 0);
-    m_row.integers.assign(count, 0);
-    m_row.bytes.clear();
-    if (!statement) {
-        return m_row;
+    const std::int64_t rowId = m_keys[static_cast<size_t>(m_pos)];
+    if (!m_row.loaded || m_row.rowId != rowId) {
+        self->startRow(rowId);
     }
-    sqlite3_bind_int64(statement, 1, rowId);
-    const int rc = sqlite3_step(statement);
-    if (rc == SQLITE_ROW) {
-        m_row.missing = false;
-        for (size_t i = 0; i < count; ++i) {
-            const int column = static_cast<int>(i);
-            const int type = sqlite3_column_type(statement, column);
-            m_row.types[i] = type;
-            if (type == SQLITE_INTEGER) {
-                m_row.integers[i] = sqlite3_column_int64(statement, column);
-            } else if (type == SQLITE_FLOAT) {
-                m_row.reals[i] = sqlite3_column_double(statement, column);
-            } else if (type == SQLITE_TEXT || type == SQLITE_BLOB) {
-                const auto* data = static_cast<const char*>(type == SQLITE_TEXT
-                                                                ? static_cast<const void*>(sqlite3_column_text(statement, column))
-                                                                : sqlite3_column_blob(statement, column));
-                const auto length = static_cast<size_t>(sqlite3_column_bytes(statement, column));
-                m_row.spans[i] = {m_row.bytes.size(), length};
-                m_row.bytes.append(data ? data : "", length);
-            }
+    const auto i = static_cast<size_t>(column);
+    if (!m_row.missing && !m_row.present[i]) {
+        StoreStatus status;
+        sqlite3_stmt* statement = self->cachedStatement(
+            QStringLiteral("SELECT %1 FROM %2 WHERE rowid = ?").arg(quotedName(m_columns[i].name), quotedName(m_table)), &status);
+        if (statement) {
+            sqlite3_bind_int64(statement, 1, rowId);
+            self->readColumns(statement, 0, {column}, self->m_row);
         }
-    } else if (rc != SQLITE_DONE) {
-        self->sqliteFailure(rc, QStringLiteral("read"));
+        self->m_hotColumns.push_back(column);
+        self->m_windowStatement = nullptr;
+        self->dropWindow();
     }
-    sqlite3_reset(statement);
     return m_row;
+}
+
+void SqliteRecordset::clearRow(RowCache& row, std::int64_t rowId) const
+{
+    const size_t count = m_columns.size();
+    row.rowId = rowId;
+    row.loaded = true;
+    row.missing = false;
+    row.present.assign(count, 0);
+    row.types.assign(count, SQLITE_NULL);
+    row.spans.assign(count, {0, 0});
+    row.reals.assign(count, 0);
+    row.integers.assign(count, 0);
+    row.bytes.clear();
+}
+
+void SqliteRecordset::dropWindow()
+{
+    m_window.clear();
+    m_windowSlots.clear();
+}
+
+void SqliteRecordset::startRow(std::int64_t rowId)
+{
+    if (!m_hotColumns.empty()) {
+        if (m_windowSlots.empty() || !m_windowAge.isValid() || m_windowAge.elapsed() > WindowLifeMs
+            || !m_windowSlots.contains(rowId)) {
+            fetchWindow();
+        }
+        const auto found = m_windowSlots.find(rowId);
+        if (found != m_windowSlots.end()) {
+            m_row = m_window[found->second];
+            return;
+        }
+    }
+    clearRow(m_row, rowId);
+    if (!m_hotColumns.empty()) {
+        m_row.missing = true; // not in the file any more
+    }
+}
+
+void SqliteRecordset::fetchWindow()
+{
+    dropWindow();
+    if (!m_windowStatement) {
+        QStringList names;
+        for (const int column : m_hotColumns) {
+            names.append(quotedName(m_columns[static_cast<size_t>(column)].name));
+        }
+        QStringList marks;
+        for (size_t k = 0; k < WindowRows; ++k) {
+            marks.append(QStringLiteral("?"));
+        }
+        StoreStatus status;
+        m_windowStatement = cachedStatement(QStringLiteral("SELECT rowid, %1 FROM %2 WHERE rowid IN (%3)")
+                                                 .arg(names.join(QLatin1Char(',')), quotedName(m_table), marks.join(QLatin1Char(','))),
+                                             &status);
+        if (!m_windowStatement) {
+            return;
+        }
+    }
+    // The rows ahead in the direction of travel, the current one first.
+    const auto size = static_cast<qsizetype>(m_keys.size());
+    const qsizetype first = m_movingBack ? std::max<qsizetype>(0, m_pos - static_cast<qsizetype>(WindowRows) + 1) : m_pos;
+    const qsizetype last = std::min<qsizetype>(size - 1, first + static_cast<qsizetype>(WindowRows) - 1);
+    sqlite3_reset(m_windowStatement);
+    sqlite3_clear_bindings(m_windowStatement);
+    int bind = 1;
+    for (qsizetype p = first; p <= last; ++p) {
+        sqlite3_bind_int64(m_windowStatement, bind++, m_keys[static_cast<size_t>(p)]);
+    }
+    m_window.reserve(WindowRows);
+    while (true) {
+        RowCache row;
+        clearRow(row, 0);
+        const int rc = sqlite3_step(m_windowStatement);
+        if (rc != SQLITE_ROW) {
+            if (rc != SQLITE_DONE) {
+                sqliteFailure(rc, QStringLiteral("read"));
+            }
+            break;
+        }
+        row.rowId = sqlite3_column_int64(m_windowStatement, 0);
+        readColumns(m_windowStatement, 1, m_hotColumns, row);
+        m_windowSlots.emplace(row.rowId, m_window.size());
+        m_window.push_back(std::move(row));
+    }
+    sqlite3_reset(m_windowStatement);
+    m_windowAge.start();
+}
+
+// Copies the columns of the row a statement stands on; steps it first when it
+// has not been stepped (firstResultColumn 0 means a one-row statement to run).
+void SqliteRecordset::readColumns(sqlite3_stmt* statement, int firstResultColumn, const std::vector<int>& columns, RowCache& row)
+{
+    if (firstResultColumn == 0) {
+        const int rc = sqlite3_step(statement);
+        if (rc != SQLITE_ROW) {
+            if (rc == SQLITE_DONE) {
+                row.missing = true;
+            } else {
+                sqliteFailure(rc, QStringLiteral("read"));
+            }
+            sqlite3_reset(statement);
+            return;
+        }
+    }
+    for (size_t k = 0; k < columns.size(); ++k) {
+        const int at = firstResultColumn + static_cast<int>(k);
+        const auto i = static_cast<size_t>(columns[k]);
+        const int type = sqlite3_column_type(statement, at);
+        row.present[i] = 1;
+        row.types[i] = type;
+        if (type == SQLITE_INTEGER) {
+            row.integers[i] = sqlite3_column_int64(statement, at);
+        } else if (type == SQLITE_FLOAT) {
+            row.reals[i] = sqlite3_column_double(statement, at);
+        } else if (type == SQLITE_TEXT || type == SQLITE_BLOB) {
+            const auto* data = static_cast<const char*>(type == SQLITE_TEXT ? static_cast<const void*>(sqlite3_column_text(statement, at))
+                                                                            : sqlite3_column_blob(statement, at));
+            const auto length = static_cast<size_t>(sqlite3_column_bytes(statement, at));
+            row.spans[i] = {row.bytes.size(), length};
+            row.bytes.append(data ? data : "", length);
+        }
+    }
+    if (firstResultColumn == 0) {
+        sqlite3_reset(statement);
+    }
 }
 
 QVariant SqliteRecordset::convert(int column, const RowCache& row) const
@@ -908,7 +1022,7 @@ QVariant SqliteRecordset::value(int index) const
     if (!onRow()) {
         return {};
     }
-    const RowCache& row = currentRow();
+    const RowCache& row = rowWith(index);
     if (row.missing) {
         return {};
     }

@@ -3,6 +3,7 @@
 #include "store/Recordset.h"
 #include "store/SqlSubset.h"
 
+#include <QElapsedTimer>
 #include <QHash>
 #include <QStringList>
 
@@ -80,6 +81,7 @@ private:
         std::int64_t rowId = 0;
         bool loaded = false;
         bool missing = false; // the row is gone (another workstation deleted it)
+        std::vector<char> present; // the column has been read
         std::vector<int> types;
         std::vector<std::pair<size_t, size_t>> spans; // offset and length in bytes
         std::vector<double> reals;
@@ -99,7 +101,12 @@ private:
     std::optional<FieldKind> kindOf(const QString& name, QString* canonical) const;
     StoreStatus flushPendingEdit();
     StoreStatus moveTo(qsizetype index);
-    const RowCache& currentRow() const;
+    const RowCache& rowWith(int column) const;
+    void startRow(std::int64_t rowId);
+    void fetchWindow();
+    void clearRow(RowCache& row, std::int64_t rowId) const;
+    void readColumns(sqlite3_stmt* statement, int firstResultColumn, const std::vector<int>& columns, RowCache& row);
+    void dropWindow();
     QVariant convert(int column, const RowCache& row) const;
     StoreStatus toStored(const Column& column, const QVariant& value, QVariant* stored) const;
     void rebuildPositions() const;
@@ -127,6 +134,18 @@ private:
     qsizetype m_posBeforeNew = -1;
 
     QHash<QString, sqlite3_stmt*> m_statements;
+    // The columns asked for so far. Rows are read in windows of these columns
+    // for the rows around the current one, in one statement: each statement
+    // takes and drops the file's lock, and that, not the reading, is what a
+    // walk over many rows would otherwise spend its time on. A window is
+    // dropped after any write, and read again when it is older than a moment,
+    // so another workstation's changes show as soon as a user moves.
+    std::vector<int> m_hotColumns;
+    sqlite3_stmt* m_windowStatement = nullptr; // owned by m_statements
+    std::vector<RowCache> m_window;
+    std::unordered_map<std::int64_t, size_t> m_windowSlots;
+    QElapsedTimer m_windowAge;
+    bool m_movingBack = false;
     int m_transactionDepth = 0;
     StoreStatus m_lastStatus;
 };
