@@ -1,5 +1,6 @@
 #include "store/DatabaseLocation.h"
 
+#include "common/Files.h"
 #include "common/PromptService.h"
 #include "common/Session.h"
 #include "common/TextFiles.h"
@@ -109,7 +110,7 @@ CheckResult CheckDatabases(Session& session)
     for (const char* file : kSeededInOrder) {
         const QString name = QString::fromLatin1(file);
         const QString target = joinPath(session.DatabaseFolder, name);
-        if (QFileInfo::exists(target)) {
+        if (FileExists(target)) {
             continue;
         }
         result.missing = true;
