@@ -1,14 +1,26 @@
 #include "app/ProgramFolder.h"
+#include "app/Startup.h"
+#include "app/screens/WidgetStartupHost.h"
+#include "ui/WidgetPromptService.h"
+
+#include "common/PromptService.h"
 
 #include <QApplication>
-#include <QMainWindow>
 
 int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pvardo"));
     QApplication::setApplicationDisplayName(QStringLiteral("Vardo"));
-    QMainWindow window;
-    window.show();
+    QApplication::setApplicationVersion(QStringLiteral(PVARDO_VERSION));
+    // The program ends through ExitApp, never because its last window closed.
+    QApplication::setQuitOnLastWindowClosed(false);
+    pvardo::installPromptService(std::make_unique<pvardo::ui::WidgetPromptService>());
+
+    pvardo::app::WidgetStartupHost host;
+    pvardo::app::Startup startup(host, pvardo::app::programFolder());
+    if (!startup.run()) {
+        return 0;
+    }
     return QApplication::exec();
 }

@@ -1,0 +1,65 @@
+#include "app/ExitApp.h"
+
+#include "common/ProgramEnd.h"
+#include "common/PromptService.h"
+#include "common/Session.h"
+#include "common/TextFiles.h"
+
+namespace pvardo::app {
+
+namespace {
+
+BackupDatabasesHandler& backupHandler()
+{
+    static BackupDatabasesHandler handler;
+    return handler;
+}
+
+} // namespace
+
+BackupDatabasesHandler setBackupDatabasesHandler(BackupDatabasesHandler handler)
+{
+    BackupDatabasesHandler previous = std::move(backupHandler());
+    backupHandler() = std::move(handler);
+    return previous;
+}
+
+void BackupDatabases(int destination)
+{
+    if (backupHandler()) {
+        backupHandler()(destination);
+    }
+}
+
+bool writeParcelStoreVersion()
+{
+    const Session& state = session();
+    if (state.DatabaseFolder.isEmpty()) {
+        return false;
+    }
+    return replaceTextLines(joinPath(state.DatabaseFolder, QStringLiteral("\\sblversion.txt")),
+                            {QString::number(state.ParcelStoreVersion)});
+}
+
+void ExitApp()
+{
+    // A folder that cannot be written loses only this number, which the next
+    // start reads again from the parcel store itself.
+    writeParcelStoreVersion();
+    const int mode = session().BackupMode;
+    if (mode == 1) {
+        BackupDatabases(2);
+    } else if (mode == 0) {
+        Prompt question;
+        question.title = QStringLiteral(" Backup database");
+        question.text = QStringLiteral("Do you want to backup your database?    \nClick 'Yes' to backup.");
+        question.buttons = PromptButtons::YesNo;
+        question.icon = PromptIcon::Question;
+        if (prompts().message(question) == PromptAnswer::Yes) {
+            BackupDatabases(2);
+        }
+    }
+    EndProgram(0);
+}
+
+} // namespace pvardo::app

@@ -1,0 +1,269 @@
+#include "app/Startup.h"
+
+#include "common/DateText.h"
+#include "common/Files.h"
+#include "common/MousePointer.h"
+#include "common/NetworkUser.h"
+#include "common/NumberText.h"
+#include "common/OutsidePrograms.h"
+#include "common/ProgramEnd.h"
+#include "common/PromptService.h"
+#include "common/Session.h"
+#include "common/TextFiles.h"
+#include "store/DatabaseLocation.h"
+#include "store/Recordset.h"
+
+#include <QCoreApplication>
+#include <QDate>
+#include <QDir>
+#include <QFile>
+
+namespace pvardo::app {
+
+namespace {
+
+void letEventsRun()
+{
+    if (QCoreApplication::instance() != nullptr) {
+        QCoreApplication::processEvents();
+    }
+}
+
+} // namespace
+
+Startup::Startup(StartupHost& host, QString programFolder) : m_host(host), m_programFolder(std::move(programFolder))
+{
+}
+
+QString Startup::path(const QString& officePath) const
+{
+    return joinPath(m_programFolder, officePath);
+}
+
+bool Startup::run()
+{
+    clearSessionFlags();
+    if (!checkSingleInstance()) {
+        return false;
+    }
+    removeSessionLog();
+    readW7();
+    enterProgramFolder();
+    clearScreenFlags();
+    SetDefaults();
+    setHourglass();
+    FindDefaultBrowser();
+
+    m_host.showSplash();
+    WaitSeconds(2);
+    replaceUpdater();
+    removeUpdatedFlag();
+    session().CurrentUser = GetNetworkUser();
+    m_host.closeSplash();
+    setNormalPointer();
+    setHourglass();
+
+    if (!logOn()) {
+        return false;
+    }
+
+    setHourglass();
+    letEventsRun();
+    // The editors open at size 9 whatever the settings file holds; only the
+    // preferences screen shows the stored size again.
+    session().EditorFontSize = 9;
+    m_host.showWaitNotice();
+    WaitSeconds(1);
+    readParcelStoreVersion();
+    readBrowserFile();
+    session().FirstPass = false;
+
+    m_host.closeWaitNotice();
+    setNormalPointer();
+    m_host.showMainWindow();
+    letEventsRun();
+    letEventsRun();
+    return true;
+}
+
+void Startup::clearSessionFlags()
+{
+    Session& state = session();
+    state.StopFlag = false;
+    state.LoggedIn = false;
+    state.IsAdmin = false;
+    state.ReadOnlyUser = false;
+    state.AtLogon = false;
+    state.LeavingMarker = 0;
+    state.fillConstants(QDate::currentDate());
+    state.DefaultBrowser.clear();
+    state.DefaultBrowserFound = false;
+    state.LocalGisLink.clear();
+    state.UseDefaultBrowser.clear();
+    state.CurrentCase.clear();
+    state.ProgramFolder = m_programFolder;
+}
+
+bool Startup::checkSingleInstance()
+{
+    m_guard = std::make_unique<InstanceGuard>(m_programFolder);
+    if (m_guard->acquire()) {
+        QObject::connect(m_guard.get(), &InstanceGuard::activationRequested, m_guard.get(),
+                         [this] { m_host.bringToFront(); });
+        return true;
+    }
+    // Nothing else is touched: the running instance owns the folder's files.
+    m_findings.secondInstance = true;
+    showMessage(QStringLiteral("Vardo is already running."));
+    m_guard->activateFirstInstance();
+    letEventsRun();
+    EndProgram(0);
+    return false;
+}
+
+void Startup::removeSessionLog()
+{
+    // Nothing writes this file any more; a start always clears it away.
+    KillIfPresent(path(QStringLiteral("\\session.log")));
+}
+
+bool Startup::w7AsksForSettingsInFiles(const QString& programFolder)
+{
+    const std::optional<QStringList> lines = readTextLines(joinPath(programFolder, QStringLiteral("\\w7.txt")));
+    return lines && !lines->isEmpty() && lines->constFirst().trimmed() == QLatin1String("1");
+}
+
+void Startup::readW7()
+{
+    // The file chose between keeping the named settings in files or in the
+    // system's registry. This program keeps them in files always, so the
+    // answer is only noted.
+    m_findings.settingsInFilesAsked = w7AsksForSettingsInFiles(m_programFolder);
+    session().FileBackedSettings = true;
+}
+
+void Startup::enterProgramFolder()
+{
+    QDir::setCurrent(m_programFolder);
+}
+
+void Startup::clearScreenFlags()
+{
+    Session& state = session();
+    for (std::size_t entry = 1; entry <= 7; ++entry) {
+        state.ScreenOpen[entry] = false;
+    }
+    state.FirstPass = true;
+}
+
+void Startup::SetDefaults()
+{
+    Session& state = session();
+    state.fillConstants(QDate::currentDate());
+    state.ReportFontName = QStringLiteral("Times New Roman");
+    state.ReportFontSize = 12;
+    // This system has no Windows folder; the temp folder loses the filler
+    // blanks and NULs of the system's answer.
+    state.WindowsFolder.clear();
+    state.TempFolder = CutAtNul(TempPath()).trimmed();
+
+    // Settings: the database folder from line 1 of PVardo.ini, the backup
+    // policy from line 8, the editor font from lines 10 and 11. The full
+    // reading of the settings file (damaged files rewritten with defaults,
+    // def.txt, pnb.txt, the report header) replaces this.
+    state.MasterDatabaseFolder = path(QStringLiteral("\\databases"));
+    if (const std::optional<QStringList> lines = readTextLines(path(QStringLiteral("\\PVardo.ini")))) {
+        const auto line = [&](int number) {
+            return lines->size() >= number ? lines->at(number - 1) : QString();
+        };
+        if (!line(1).trimmed().isEmpty()) {
+            state.MasterDatabaseFolder = line(1);
+        }
+        if (lines->size() >= 8) {
+            state.BackupMode = LeadingWholeNumber(line(8));
+        }
+        if (lines->size() >= 10) {
+            state.EditorFontSize = LeadingNumber(line(10));
+        }
+        if (lines->size() >= 11 && !line(11).trimmed().isEmpty()) {
+            state.EditorFontName = line(11);
+        }
+    }
+    state.DatabaseFolder = state.MasterDatabaseFolder;
+    state.FormsFolder = store::formsFolderFor(state.DatabaseFolder, m_programFolder);
+    state.ParcelDatabasePath = store::databaseFile(state.DatabaseFolder, QStringLiteral("\\sbl.mdb"));
+
+    const store::CheckResult checked = store::CheckDatabases(state);
+    if (checked.fellBackToDefault && !state.ShareParcelStore) {
+        // The parcel store goes with the databases to the default folder.
+        state.ParcelDatabasePath = store::databaseFile(state.DatabaseFolder, QStringLiteral("\\sbl.mdb"));
+    }
+}
+
+void Startup::replaceUpdater()
+{
+    // The updater cannot overwrite its own file while it runs, so it leaves
+    // the new one as Updater1 and the next start puts it in place.
+    const QString fresh = path(QStringLiteral("\\Updater1"));
+    if (FileExists(fresh)) {
+        const QString updater = path(QStringLiteral("\\Updater"));
+        KillIfPresent(updater);
+        RenameQuietly(fresh, updater);
+        m_findings.updaterReplaced = !QFile::exists(fresh) && QFile::exists(updater);
+    }
+}
+
+void Startup::removeUpdatedFlag()
+{
+    const QString flag = path(QStringLiteral("\\updated.fl"));
+    if (FileExists(flag)) {
+        KillIfPresent(flag);
+    }
+}
+
+bool Startup::logOn()
+{
+    Session& state = session();
+    state.AtLogon = true;
+    setNormalPointer();
+    m_host.logOn();
+    state.AtLogon = false;
+    if (!state.LoggedIn) {
+        // Cancelling the log-on is the normal way out before the main window:
+        // no backup question and no version written.
+        EndProgram(0);
+        return false;
+    }
+    return true;
+}
+
+void Startup::readParcelStoreVersion()
+{
+    // The parcel store's generation is the number of its columns. When the
+    // store cannot be opened the number read from sblversion.txt stands, and
+    // the parcel screens report the store when they open it.
+    store::StoreStatus status;
+    const std::unique_ptr<store::Recordset> parcels =
+        store::openRecordsetAt(session().ParcelDatabasePath, QStringLiteral("Select * from SBL"), &status);
+    if (parcels) {
+        session().ParcelStoreVersion = parcels->fieldCount();
+    }
+}
+
+void Startup::readBrowserFile()
+{
+    const QString file = path(QStringLiteral("\\browser.txt"));
+    if (!FileExists(file)) {
+        return;
+    }
+    const std::optional<QStringList> lines = readTextLines(file);
+    if (!lines) {
+        return;
+    }
+    Session& state = session();
+    state.LocalGisLink = lines->value(0);
+    state.UseDefaultBrowser =
+        lines->value(1).trimmed() == QLatin1String("F") ? QStringLiteral("F") : QStringLiteral("T");
+}
+
+} // namespace pvardo::app

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "app/InstanceGuard.h"
+#include "app/StartupHost.h"
+
+#include <QString>
+
+#include <memory>
+
+namespace pvardo::app {
+
+// The entry routine: takes the process from nothing to the main window, in a
+// fixed order of steps. Only the instance check and the log-on can end it on
+// the way (through EndProgram); everything after the main window is driven by
+// user events.
+//
+// The object lives as long as the process: the first instance keeps its lock
+// and listens for later starts through it.
+class Startup
+{
+public:
+    Startup(StartupHost& host, QString programFolder);
+
+    // Runs every step. Gives true when the main window is up, false when the
+    // program was ended on the way.
+    bool run();
+
+    // What the steps found, for the screens that come later and for tests.
+    struct Findings {
+        bool secondInstance = false;
+        bool settingsInFilesAsked = false; // w7.txt asked for settings kept in files
+        bool updaterReplaced = false;
+    };
+    const Findings& findings() const { return m_findings; }
+    InstanceGuard* instanceGuard() const { return m_guard.get(); }
+
+    // The steps, in the order run() takes them.
+    void clearSessionFlags();
+    bool checkSingleInstance();
+    void removeSessionLog();
+    void readW7();
+    void enterProgramFolder();
+    void clearScreenFlags();
+    void SetDefaults();
+    void replaceUpdater();
+    void removeUpdatedFlag();
+    bool logOn();
+    void readParcelStoreVersion();
+    void readBrowserFile();
+
+    // True when the first line of w7.txt in a folder, trimmed, is "1".
+    static bool w7AsksForSettingsInFiles(const QString& programFolder);
+
+private:
+    QString path(const QString& officePath) const;
+
+    StartupHost& m_host;
+    QString m_programFolder;
+    std::unique_ptr<InstanceGuard> m_guard;
+    Findings m_findings;
+};
+
+} // namespace pvardo::app

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QDialog>
+
+namespace pvardo::app {
+
+// The splash and about screen frmAbout: the program's name and version.
+// At start-up it shows without its close button while the program gets ready.
+class AboutScreen : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit AboutScreen(QWidget* parent = nullptr);
+
+    // Hides the close button, as at start-up.
+    void setSplash(bool splash);
+};
+
+} // namespace pvardo::app

@@ -1,0 +1,103 @@
+#include "StartupFixtures.h"
+
+#include "app/ExitApp.h"
+#include "app/screens/StandInWindow.h"
+#include "support/ScriptedPrompts.h"
+
+#include <QAction>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace pvardo;
+using namespace pvardo::test;
+
+namespace {
+
+class BackupRecorder
+{
+public:
+    BackupRecorder()
+    {
+        m_previous = app::setBackupDatabasesHandler([this](int destination) { destinations << destination; });
+    }
+    ~BackupRecorder() { app::setBackupDatabasesHandler(m_previous); }
+    QList<int> destinations;
+
+private:
+    app::BackupDatabasesHandler m_previous;
+};
+
+} // namespace
+
+TEST(ExitApp, WritesTheVersionAndFollowsTheBackupMode)
+{
+    const struct {
+        int mode;
+        std::optional<PromptAnswer> answer; // the backup question, when asked
+        bool backedUp;
+    } cases[] = {
+        {0, PromptAnswer::No, false},
+        {0, PromptAnswer::Yes, true},
+        {1, std::nullopt, true},
+        {2, std::nullopt, false},
+    };
+    for (const auto& c : cases) {
+        scriptedPrompts().clear();
+        QTemporaryDir dir;
+        writeLines(dir.filePath(QStringLiteral("sblversion.txt")), {QStringLiteral("13"), QStringLiteral("junk")});
+        session().DatabaseFolder = dir.path();
+        session().ParcelStoreVersion = 18;
+        session().BackupMode = c.mode;
+        if (c.answer) {
+            scriptedPrompts().answer(QStringLiteral("Backup database"), *c.answer);
+        }
+        ProgramEndRecorder end;
+        BackupRecorder backups;
+        app::ExitApp();
+
+        EXPECT_EQ(end.calls(), 1) << c.mode;
+        EXPECT_EQ(readAllOf(dir.filePath(QStringLiteral("sblversion.txt"))), QByteArray("18\n")) << c.mode;
+        EXPECT_EQ(backups.destinations, c.backedUp ? QList<int>{2} : QList<int>{}) << c.mode;
+        if (c.answer) {
+            ASSERT_EQ(scriptedPrompts().shown().size(), 1);
+            const Prompt& question = scriptedPrompts().shown().constFirst();
+            EXPECT_EQ(question.title, QStringLiteral(" Backup database"));
+            EXPECT_EQ(question.text, QStringLiteral("Do you want to backup your database?    \nClick 'Yes' to backup."));
+            EXPECT_EQ(question.buttons, PromptButtons::YesNo);
+        } else {
+            EXPECT_TRUE(scriptedPrompts().shown().isEmpty()) << c.mode;
+        }
+    }
+}
+
+TEST(ExitApp, AFolderThatCannotBeWrittenStillEnds)
+{
+    QTemporaryDir dir;
+    session().DatabaseFolder = dir.filePath(QStringLiteral("gone"));
+    session().BackupMode = 2;
+    ProgramEndRecorder end;
+    app::ExitApp();
+    EXPECT_EQ(end.calls(), 1);
+    EXPECT_FALSE(QFile::exists(dir.filePath(QStringLiteral("gone/sblversion.txt"))));
+}
+
+TEST(StandInWindow, QuitAndClosingLeaveThroughExitApp)
+{
+    QTemporaryDir dir;
+    session().DatabaseFolder = dir.path();
+    session().BackupMode = 2;
+    session().ParcelStoreVersion = 13;
+    ProgramEndRecorder end;
+    app::StandInWindow window;
+    window.show();
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("Vardo"));
+    auto* quit = window.findChild<QAction*>(QStringLiteral("Quit"));
+    ASSERT_NE(quit, nullptr);
+    quit->trigger();
+    EXPECT_EQ(end.calls(), 1);
+    EXPECT_EQ(readAllOf(dir.filePath(QStringLiteral("sblversion.txt"))), QByteArray("13\n"));
+    window.close();
+    EXPECT_EQ(end.calls(), 2);
+    EXPECT_EQ(session().LeavingMarker, 99);
+}
