@@ -139,8 +139,13 @@ int RichTextLayout::formatRange(QPainter* painter, int firstChar, const QRectF& 
         painter->translate(target.left(), target.top() - y0);
         const QRectF clip(-1, y0, m_width + 2, bottom - y0);
         painter->setClipRect(clip, Qt::IntersectClip);
+        // The layout draws every line that touches its clip; the lines just
+        // above and below the range touch it at one edge, so its clip is a
+        // hair narrower than the painter's. (A clipped line would still be in
+        // the PDF's text, merely invisible.)
         QAbstractTextDocumentLayout::PaintContext context;
-        context.clip = clip;
+        const qreal hair = std::min<qreal>(0.5, (bottom - y0) / 4);
+        context.clip = clip.adjusted(0, hair, 0, -hair);
         context.palette.setColor(QPalette::Text, Qt::black);
         m_document->documentLayout()->draw(painter, context);
         painter->restore();

@@ -487,6 +487,7 @@ RtfReadResult RtfReader::read()
     m_colors.append(QColor()); // entry 0 stays "auto" until the table says otherwise
     bool started = false;
     bool finished = false;
+    bool closed = false;
     while (!finished) {
         Token token = m_tokenizer.next();
         switch (token.kind) {
@@ -508,7 +509,7 @@ RtfReadResult RtfReader::read()
             }
             if (m_groups.size() <= 1) {
                 finished = true; // the document's own group has closed; what follows is not read
-                m_groups.clear();
+                closed = true;
                 break;
             }
             closeGroup();
@@ -576,7 +577,10 @@ RtfReadResult RtfReader::read()
         }
     }
 
-    if (!m_groups.empty() || m_ignoredDepth > 0) {
+    if (m_groups.empty()) {
+        m_groups.emplace_back(); // "{\rtf" and nothing more
+    }
+    if (!closed || m_ignoredDepth > 0) {
         damage(QStringLiteral("The file ends before the document does; it may have been cut short."));
         // Close what is open so that a picture or table in progress is kept.
         while (m_groups.size() > 1) {
@@ -598,7 +602,7 @@ RtfReadResult RtfReader::read()
         }
         closeTable();
     } else {
-        m_cursor.setBlockFormat(m_groups.empty() ? QTextBlockFormat() : currentBlockFormat());
+        m_cursor.setBlockFormat(currentBlockFormat());
     }
     // A paragraph mark ends the paragraph before it: it does not open an empty
     // one at the end of the document.

@@ -1,0 +1,253 @@
+#include "DocumentFixtures.h"
+#include "PdfPages.h"
+
+#include "documents/DocumentPaper.h"
+#include "documents/PageGeometry.h"
+#include "documents/PrintRichText.h"
+#include "documents/RtfReader.h"
+
+#include <QTemporaryDir>
+#include <QTextCursor>
+#include <QTextDocument>
+
+#include <gtest/gtest.h>
+
+using namespace pvardo::documents;
+using namespace pvardo::test;
+
+namespace {
+
+// The margins a fixture was laid out with by its word processor.
+PrintSettings settingsOfPaper(const QTextDocument& document)
+{
+    const DocumentPaper paper = documentPaper(document);
+    PrintSettings settings;
+    settings.leftMargin = paper.leftTwips / 1440.0;
+    settings.topMargin = paper.topTwips / 1440.0;
+    settings.rightMargin = paper.rightTwips / 1440.0;
+    settings.bottomMargin = paper.bottomTwips / 1440.0;
+    return settings;
+}
+
+bool loadFixture(const QString& name, QTextDocument& document)
+{
+    return !readRtf(readFixtureBytes(rtfFixturePath(name + QStringLiteral(".rtf"))), document).damaged;
+}
+
+// A document of `lines` one-line paragraphs in 12-point type.
+void fillLines(QTextDocument& document, int lines, int emptyAtEnd = 0)
+{
+    document.clear();
+    QTextCursor cursor(&document);
+    QTextCharFormat format;
+    format.setFontFamilies({QStringLiteral("Liberation Serif")});
+    format.setFontPointSize(12);
+    for (int i = 0; i < lines + emptyAtEnd; ++i) {
+        if (i > 0) {
+            cursor.insertBlock();
+        }
+        if (i < lines) {
+            cursor.insertText(QStringLiteral("Line %1").arg(i + 1), format);
+        }
+    }
+}
+
+class PrintTest : public ::testing::Test
+{
+protected:
+    QString pdf(const QString& name) const { return m_dir.filePath(name); }
+    QTemporaryDir m_dir;
+};
+
+} // namespace
+
+// Every fixture prints with the page count of its word processor, give or
+// take one page.
+class FixturePages : public ::testing::TestWithParam<QString>
+{
+};
+
+TEST_P(FixturePages, matchTheWordProcessorWithinOne)
+{
+    QTemporaryDir dir;
+    const QString name = GetParam();
+    QTextDocument document;
+    ASSERT_TRUE(loadFixture(name, document));
+    const QString path = dir.filePath(name + QStringLiteral(".pdf"));
+    const PrintOutcome outcome = printToPdf(document, path, settingsOfPaper(document));
+    ASSERT_TRUE(outcome.ok) << outcome.error.toStdString();
+    const int reference = pdfPageCount(rtfFixturePath(name + QStringLiteral(".pdf")));
+    ASSERT_GT(reference, 0);
+    EXPECT_EQ(pdfPageCount(path), outcome.pages);
+    EXPECT_LE(std::abs(outcome.pages - reference), 1) << name.toStdString() << ": " << outcome.pages << " pages";
+}
+
+INSTANTIATE_TEST_SUITE_P(Fixtures, FixturePages, ::testing::ValuesIn(fixtureNames()),
+                         [](const ::testing::TestParamInfo<QString>& param) {
+                             QString name = param.param;
+                             return name.remove(QLatin1Char('-')).toStdString();
+                         });
+
+TEST_F(PrintTest, multipageBreaksBeforeTheAppendixAndKeepsEveryPageCounter)
+{
+    QTextDocument document;
+    ASSERT_TRUE(loadFixture(QStringLiteral("multipage"), document));
+    PrintSettings settings = settingsOfPaper(document);
+    settings.expandPrintTokens = [](QTextDocument&) {}; // leave "##" where it stands
+    const PrintOutcome outcome = printToPdf(document, pdf(QStringLiteral("multipage.pdf")), settings);
+    ASSERT_TRUE(outcome.ok);
+    EXPECT_EQ(outcome.pages, 4);
+    const QStringList pages = pdfPageTexts(pdf(QStringLiteral("multipage.pdf")));
+    ASSERT_EQ(pages.size(), outcome.pages);
+    int counters = 0;
+    std::string perPage;
+    for (const QString& page : pages) {
+        counters += int(page.count(QStringLiteral("##")));
+        perPage += std::to_string(page.count(QStringLiteral("##"))) + ' ';
+    }
+    EXPECT_EQ(counters, 7) << perPage << pages.join(QStringLiteral("\n=====\n")).toStdString();
+    EXPECT_TRUE(pages.last().trimmed().startsWith(QStringLiteral("Appendix A"))) << pages.last().toStdString();
+    EXPECT_EQ(pages.last().count(QStringLiteral("##")), 2);
+}
+
+TEST_F(PrintTest, tablesAndPicturesReachThePaper)
+{
+    QTextDocument table;
+    ASSERT_TRUE(loadFixture(QStringLiteral("table"), table));
+    ASSERT_TRUE(printToPdf(table, pdf(QStringLiteral("table.pdf")), settingsOfPaper(table)).ok);
+    const QString text = pdfPageTexts(pdf(QStringLiteral("table.pdf"))).value(0);
+    for (const char* cell : {"Description", "Amount", "Engineering review escrow", "TOTAL", "%$12"}) {
+        EXPECT_TRUE(text.contains(QLatin1String(cell))) << cell;
+    }
+    // The table's header row comes before its totals row.
+    EXPECT_LT(text.indexOf(QStringLiteral("Description")), text.indexOf(QStringLiteral("TOTAL")));
+
+    QTextDocument logo;
+    ASSERT_TRUE(loadFixture(QStringLiteral("logo"), logo));
+    ASSERT_TRUE(printToPdf(logo, pdf(QStringLiteral("logo.pdf")), settingsOfPaper(logo)).ok);
+    const QImage page = renderPdfPage(pdf(QStringLiteral("logo.pdf")), 0, 40);
+    ASSERT_FALSE(page.isNull());
+    int green = 0;
+    for (int y = 0; y < page.height(); ++y) {
+        for (int x = 0; x < page.width(); ++x) {
+            const QColor pixel = page.pixelColor(x, y);
+            if (pixel.green() > pixel.red() + 40 && pixel.green() > pixel.blue() + 40) {
+                ++green;
+            }
+        }
+    }
+    EXPECT_GT(green, 50); // the seal's tree, about an inch wide
+}
+
+TEST_F(PrintTest, textEndingExactlyAtThePageFootLeavesNoBlankPage)
+{
+    // Find the number of lines that just fills one page.
+    QTextDocument document;
+    int lines = 20;
+    for (;; ++lines) {
+        fillLines(document, lines);
+        const PrintOutcome outcome = printToPdf(document, pdf(QStringLiteral("probe.pdf")));
+        ASSERT_TRUE(outcome.ok);
+        if (outcome.pages == 2) {
+            break;
+        }
+        ASSERT_LT(lines, 200);
+    }
+    const int fullPage = lines - 1;
+
+    struct Case {
+        const char* what;
+        int lines;
+        int emptyAtEnd;
+        int pages;
+    };
+    const Case cases[] = {
+        {"a page exactly full", fullPage, 0, 1},
+        {"a full page and empty paragraphs after it", fullPage, 3, 1},
+        {"one line more", fullPage + 1, 0, 2},
+        {"exactly two pages", 2 * fullPage, 0, 2},
+    };
+    for (const Case& c : cases) {
+        fillLines(document, c.lines, c.emptyAtEnd);
+        int counter = 1;
+        PrintSettings settings;
+        settings.pageCounter = &counter;
+        const PrintOutcome outcome = printToPdf(document, pdf(QStringLiteral("case.pdf")), settings);
+        EXPECT_EQ(outcome.pages, c.pages) << c.what;
+        EXPECT_EQ(pdfPageCount(pdf(QStringLiteral("case.pdf"))), c.pages) << c.what;
+        EXPECT_EQ(counter, c.pages + 1) << c.what; // the footer band counts each page once
+        const QStringList texts = pdfPageTexts(pdf(QStringLiteral("case.pdf")));
+        EXPECT_TRUE(texts.last().contains(QStringLiteral("Line %1").arg(c.lines))) << c.what;
+    }
+
+    // The footer band takes its room from the page.
+    fillLines(document, fullPage);
+    PrintSettings withFooter;
+    withFooter.footer = true;
+    EXPECT_EQ(printToPdf(document, pdf(QStringLiteral("footer.pdf")), withFooter).pages, 2);
+
+    // A first line further down leaves less room on the first page only.
+    PrintSettings lower;
+    lower.startY = int(0.8 * 1440) + 1440;
+    EXPECT_EQ(printToPdf(document, pdf(QStringLiteral("lower.pdf")), lower).pages, 2);
+    fillLines(document, 2 * fullPage - 6);
+    EXPECT_EQ(printToPdf(document, pdf(QStringLiteral("lower2.pdf")), lower).pages, 2);
+}
+
+TEST_F(PrintTest, footerBandPrintsThePageCounterOnEveryPage)
+{
+    QTextDocument document;
+    ASSERT_TRUE(loadFixture(QStringLiteral("multipage"), document));
+    int counter = 0; // below 1 counts as 1
+    PrintSettings settings;
+    settings.footer = true;
+    settings.pageCounter = &counter;
+    settings.footerRtf = QStringLiteral("{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\qc\\f0\\fs16 Folio ##\\par}");
+    const PrintOutcome outcome = printToPdf(document, pdf(QStringLiteral("footer.pdf")), settings);
+    ASSERT_TRUE(outcome.ok);
+    EXPECT_EQ(counter, outcome.pages + 1);
+    const QStringList pages = pdfPageTexts(pdf(QStringLiteral("footer.pdf")));
+    ASSERT_EQ(pages.size(), outcome.pages);
+    for (int i = 0; i < pages.size(); ++i) {
+        EXPECT_TRUE(pages.at(i).contains(QStringLiteral("Folio %1").arg(i + 1))) << "page " << i + 1;
+    }
+    // Body placeholders "##" were filled before the layout, with the counter at 1.
+    EXPECT_FALSE(pages.join(QString()).contains(QStringLiteral("##")));
+}
+
+TEST_F(PrintTest, marginsThatLeaveNoRoomStillPrint)
+{
+    QTextDocument document;
+    fillLines(document, 5);
+    PrintSettings settings;
+    settings.leftMargin = 6;
+    settings.rightMargin = 6;
+    settings.topMargin = 10;
+    settings.bottomMargin = 10;
+    const PrintOutcome outcome = printToPdf(document, pdf(QStringLiteral("tight.pdf")), settings);
+    EXPECT_TRUE(outcome.ok);
+    EXPECT_GE(outcome.pages, 1);
+
+    QTextDocument empty;
+    EXPECT_EQ(printToPdf(empty, pdf(QStringLiteral("empty.pdf"))).pages, 1);
+}
+
+TEST(SetupPage, measuresFromThePrintableArea)
+{
+    QTemporaryDir dir;
+    QPdfWriter writer(dir.filePath(QStringLiteral("x.pdf")));
+    writer.setPageSize(QPageSize(QPageSize::Letter));
+    writer.setPageMargins(QMarginsF(18, 36, 18, 36), QPageLayout::Point); // printable area 0.25 in, 0.5 in in
+    const PageGeometry geometry = SetupPage(writer, 1440, 1440, 1440, 1440);
+    EXPECT_EQ(geometry.offsetX, 360);
+    EXPECT_EQ(geometry.offsetY, 720);
+    EXPECT_EQ(geometry.leftEdge, 1080);
+    EXPECT_EQ(geometry.topEdge, 720);
+    EXPECT_EQ(geometry.rightEdge, 12240 - 1440 - 360);
+    EXPECT_EQ(geometry.bottomEdge, 15840 - 1440 - 720);
+    EXPECT_EQ(geometry.pageRect, QRect(0, 0, 12240 - 720, 15840 - 1440));
+
+    const PageGeometry small = SetupPage(writer, 100, 100, 100, 100);
+    EXPECT_EQ(small.leftEdge, 0); // a margin inside the unprintable edge becomes 0
+    EXPECT_EQ(small.topEdge, 0);
+}
