@@ -2,6 +2,8 @@
 
 #include "documents/ValueFormats.h"
 
+#include "common/DateText.h"
+
 #include <QTextDocument>
 
 namespace pvardo::documents {
@@ -47,17 +49,19 @@ int ReplaceToken(QTextDocument& buffer, const QString& token, const QString& val
     QString current = value;
     return replaceMatches(buffer, token, [&](int) {
         if (form == QLatin1Char('$')) {
-            current = formatMoney(current);
-        } else if (form == QLatin1Char('@')) {
-            QDate date = parseDateValue(current);
-            if (!date.isValid()) {
-                date = QDate::currentDate();
+            double number = 0;
+            if (readMoneyValue(current, &number)) {
+                current = MoneyText(number);
             }
-            current = formatLegalDate(date);
+        } else if (form == QLatin1Char('@')) {
+            current = LongDateText(current); // today when the value is no date
         } else if (form == QLatin1Char('&')) {
-            current = formatDayCount(current);
+            current = DateText(current);
         } else if (form == QLatin1Char('~')) {
-            current = formatClockTime(current);
+            const QString time = TimeText(QVariant(current));
+            if (!time.isEmpty()) {
+                current = time;
+            }
         }
         return mode == 2 ? formatLongDate(current) : current;
     });
