@@ -1,0 +1,203 @@
+#include "admin/Installation.h"
+
+#include "admin/UserList.h"
+#include "common/TextFiles.h"
+#include "store/Catalogue.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryFile>
+
+namespace pvardo::admin {
+
+namespace {
+
+// The table of a database file name: the tables of the databases folder
+// first (sbl.db is the older parcel table there), then the seeds.
+const store::TableDef* tableOfFile(const QString& fileName)
+{
+    for (const store::TableDef& table : store::allTables()) {
+        if (table.id != store::Table::SBL18 &&
+            fileName.compare(QString::fromLatin1(table.fileName), Qt::CaseInsensitive) == 0) {
+            return &table;
+        }
+    }
+    return store::seedTableFor(fileName);
+}
+
+} // namespace
+
+Installation::Installation(QString programFolder) : m_folder(QDir::cleanPath(std::move(programFolder))) {}
+
+QString Installation::path(const QString& relative) const
+{
+    return relative.isEmpty() ? m_folder : m_folder + QLatin1Char('/') + relative;
+}
+
+QStringList Installation::defaultSettingsLines(const QString& databaseFolder)
+{
+    return {databaseFolder,
+            QString(), // municipality name
+            QString(), // address
+            QString(), // city
+            QString(), // state
+            QString(), // zip
+            QString(), // phone
+            QStringLiteral("0"), // backup: ask on exit
+            QStringLiteral("False"), // parcel store not shared
+            QStringLiteral("12"),
+            QStringLiteral("Times New Roman"),
+            QStringLiteral("NYS Fire Prevention & Bldg Code"),
+            QStringLiteral("Building and Zoning Codes"),
+            QStringLiteral("0")};
+}
+
+QByteArray Installation::emptyHeaderRtf()
+{
+    return QByteArrayLiteral("{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\froman Times New Roman;}}\n"
+                             "\\pard\\f0\\fs24\\par\n}\n");
+}
+
+bool Installation::looksLikeInstallation() const
+{
+    for (const char* marker : {"PVardo.ini", "Users.Set", "wrk", "databases"}) {
+        if (QFileInfo::exists(path(QString::fromLatin1(marker)))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+QString Installation::unusableReason() const
+{
+    const QFileInfo info(m_folder);
+    if (m_folder.isEmpty()) {
+        return QStringLiteral("No installation folder was named.");
+    }
+    if (info.exists() && !info.isDir()) {
+        return QStringLiteral("The installation folder ") + m_folder + QStringLiteral(" is a file, not a folder.");
+    }
+    if (info.isDir() && !QDir(m_folder).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden) &&
+        !looksLikeInstallation()) {
+        return QStringLiteral("The folder ") + m_folder +
+               QStringLiteral(" is not empty and holds no pvardo installation. Name a new or empty folder.");
+    }
+    // The nearest folder that exists must take new files.
+    QString existing = m_folder;
+    while (!QFileInfo(existing).isDir()) {
+        const QString parent = QFileInfo(existing).absolutePath();
+        if (parent == existing) {
+            break;
+        }
+        existing = parent;
+    }
+    QTemporaryFile probe(existing + QStringLiteral("/.pvardo-write-test-XXXXXX"));
+    if (!probe.open()) {
+        return QStringLiteral("The folder ") + existing + QStringLiteral(" cannot be written: ") + probe.errorString();
+    }
+    return {};
+}
+
+void Installation::makeFolder(const QString& relative)
+{
+    if (QFileInfo(path(relative)).isDir()) {
+        return;
+    }
+    if (QDir().mkpath(path(relative))) {
+        m_created << relative + QLatin1Char('/');
+    } else {
+        m_failures << relative + QStringLiteral("/: the folder cannot be made");
+    }
+}
+
+void Installation::makeFile(const QString& relative, const QByteArray& bytes)
+{
+    if (QFileInfo::exists(path(relative))) {
+        m_kept << relative;
+        return;
+    }
+    QString error;
+    if (replaceFile(path(relative), bytes, &error)) {
+        m_created << relative;
+    } else {
+        m_failures << relative + QStringLiteral(": ") + error;
+    }
+}
+
+void Installation::makeDatabase(const QString& relative, const QString& fileName)
+{
+    if (QFileInfo::exists(path(relative))) {
+        m_kept << relative;
+        return;
+    }
+    const store::TableDef* table = tableOfFile(fileName);
+    if (!table) {
+        m_failures << relative + QStringLiteral(": no table is known for this file");
+        return;
+    }
+    const store::StoreStatus status = store::createDatabaseFile(path(relative), *table);
+    if (status.ok()) {
+        m_created << relative;
+    } else {
+        m_failures << relative + QStringLiteral(": ") + status.description;
+    }
+}
+
+bool Installation::make(const QString& adminPassword)
+{
+    m_created.clear();
+    m_kept.clear();
+    m_failures.clear();
+    if (!QDir().mkpath(m_folder)) {
+        m_failures << m_folder + QStringLiteral(": the folder cannot be made");
+        return false;
+    }
+    const QString databases = path(QStringLiteral("databases"));
+    for (const char* folder : {"wrk", "databases", "forms", "labels", "settings"}) {
+        makeFolder(QString::fromLatin1(folder));
+    }
+
+    QByteArray settings;
+    for (const QString& line : defaultSettingsLines(databases)) {
+        settings += line.toUtf8() + '\n';
+    }
+    makeFile(QStringLiteral("PVardo.ini"), settings);
+    // Databases folder, backup folder (chosen in the preferences), the two
+    // links to the codes.
+    makeFile(QStringLiteral("def.txt"), databases.toUtf8() + "\n\n\n\n");
+
+    if (QFileInfo::exists(path(QStringLiteral("Users.Set")))) {
+        m_kept << QStringLiteral("Users.Set");
+    } else {
+        UserList users;
+        users.entries.append(UserEntry{defaultAdminName(), adminPassword.toUpper(), QStringLiteral("ADMIN")});
+        QString error;
+        const QByteArray bytes = users.toBytes(&error);
+        if (bytes.isEmpty()) {
+            m_failures << QStringLiteral("Users.Set: ") + error;
+        } else {
+            makeFile(QStringLiteral("Users.Set"), bytes);
+        }
+    }
+
+    for (const QString& seed : store::seedFileNames()) {
+        makeDatabase(QStringLiteral("wrk/") + seed, seed);
+    }
+    QStringList databaseFiles = store::databaseFileNames();
+    // The seeded files the start-up would put in place (those of the sibling
+    // inspection program among them); the newer parcel table waits in wrk/
+    // for the parcel store's upgrade.
+    for (const QString& seed : store::seedFileNames()) {
+        const store::TableDef* table = store::seedTableFor(seed);
+        if (table && table->id != store::Table::SBL18 && !databaseFiles.contains(seed, Qt::CaseInsensitive)) {
+            databaseFiles << seed;
+        }
+    }
+    for (const QString& file : databaseFiles) {
+        makeDatabase(QStringLiteral("databases/") + file, file);
+    }
+    makeFile(QStringLiteral("forms/gTitle.rtf"), emptyHeaderRtf());
+    return m_failures.isEmpty();
+}
+
+} // namespace pvardo::admin

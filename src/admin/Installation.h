@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace pvardo::admin {
+
+// Makes or completes an installation folder: the settings file with its
+// defaults, def.txt, the user list with one administrator, the seeds of wrk/,
+// the databases folder with every database file, forms/ with an empty report
+// header, labels/ and settings/. Files already there are never replaced, so
+// running it on an existing installation only adds what is missing.
+class Installation
+{
+public:
+    explicit Installation(QString programFolder);
+
+    // The administrator of a new user list.
+    static QString defaultAdminName() { return QStringLiteral("ADMIN"); }
+    static QString defaultAdminPassword() { return QStringLiteral("PLANNING"); }
+
+    // Why the folder cannot take an installation (not a folder, not empty and
+    // not an installation, not writable); empty when it can.
+    QString unusableReason() const;
+
+    // True when the folder holds what only an installation holds.
+    bool looksLikeInstallation() const;
+
+    // Makes what is missing. False when something could not be made; what was
+    // made stays, and failures() says what failed.
+    bool make(const QString& adminPassword = defaultAdminPassword());
+
+    const QStringList& created() const { return m_created; }
+    const QStringList& kept() const { return m_kept; }
+    const QStringList& failures() const { return m_failures; }
+
+    // The fourteen lines of a new PVardo.ini for a databases folder.
+    static QStringList defaultSettingsLines(const QString& databaseFolder);
+    // A report header with no text: a valid, empty RTF document.
+    static QByteArray emptyHeaderRtf();
+
+private:
+    void makeFolder(const QString& relative);
+    void makeFile(const QString& relative, const QByteArray& bytes);
+    void makeDatabase(const QString& relative, const QString& fileName);
+    QString path(const QString& relative) const;
+
+    QString m_folder;
+    QStringList m_created;
+    QStringList m_kept;
+    QStringList m_failures;
+};
+
+} // namespace pvardo::admin

@@ -1,0 +1,199 @@
+#include "admin/Installation.h"
+#include "admin/UserList.h"
+#include "app/Startup.h"
+#include "common/ProgramEnd.h"
+#include "common/Session.h"
+#include "common/TextFiles.h"
+#include "store/Catalogue.h"
+#include "store/Recordset.h"
+#include "support/ScriptedPrompts.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace pvardo;
+
+namespace {
+
+struct AdminRun {
+    int code = -1;
+    QString out;
+    QString err;
+};
+
+AdminRun runAdmin(const QStringList& arguments)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("PVARDO_HOME"));
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(PVARDO_BINARY_DIR "/pvardo-admin"), arguments);
+    AdminRun run;
+    if (!process.waitForFinished(60000)) {
+        process.kill();
+        return run;
+    }
+    run.code = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
+    run.out = QString::fromUtf8(process.readAllStandardOutput());
+    run.err = QString::fromUtf8(process.readAllStandardError());
+    return run;
+}
+
+class QuietHost final : public app::StartupHost
+{
+public:
+    void showSplash() override {}
+    void closeSplash() override {}
+    bool logOn() override
+    {
+        session().LoggedIn = true;
+        return true;
+    }
+    void showWaitNotice() override {}
+    void closeWaitNotice() override {}
+    void showMainWindow() override { mainWindowShown = true; }
+    void bringToFront() override {}
+    bool mainWindowShown = false;
+};
+
+} // namespace
+
+TEST(InitCommand, MakesACompleteInstallationThatStarts)
+{
+    QTemporaryDir dir;
+    const QString home = dir.filePath(QStringLiteral("planning"));
+    const AdminRun run = runAdmin({QStringLiteral("--home"), home, QStringLiteral("init")});
+    ASSERT_EQ(run.code, 0) << run.err.toStdString();
+    EXPECT_TRUE(run.out.contains(QLatin1String("Log on as ADMIN with the password PLANNING")));
+
+    const auto settings = readTextLines(home + QStringLiteral("/PVardo.ini"));
+    ASSERT_TRUE(settings.has_value());
+    EXPECT_EQ(*settings, admin::Installation::defaultSettingsLines(home + QStringLiteral("/databases")));
+    ASSERT_EQ(settings->size(), 14);
+
+    const auto users = admin::UserList::read(home + QStringLiteral("/Users.Set"));
+    ASSERT_TRUE(users.has_value());
+    ASSERT_EQ(users->entries.size(), 1);
+    EXPECT_EQ(users->entries.first(),
+              (admin::UserEntry{QStringLiteral("ADMIN"), QStringLiteral("PLANNING"), QStringLiteral("ADMIN")}));
+
+    // Every database file, empty, with its table.
+    for (const store::TableDef& table : store::allTables()) {
+        const QString file = QString::fromLatin1(table.fileName);
+        // sbl.db holds the older parcel table; the newer one waits in wrk/.
+        const bool inDatabases = table.id != store::Table::SBL18 &&
+                                 (store::databaseFileNames().contains(file) || table.seeded);
+        if (inDatabases) {
+            store::StoreStatus status;
+            const auto rows = store::openRecordsetAt(home + QStringLiteral("/databases/") + file,
+                                                     QStringLiteral("Select * from ") + QLatin1String(table.tableName),
+                                                     &status);
+            ASSERT_TRUE(rows) << file.toStdString() << ": " << status.description.toStdString();
+            EXPECT_EQ(rows->RecordCount(), 0) << file.toStdString();
+        }
+        if (table.seeded) {
+            EXPECT_TRUE(QFile::exists(home + QStringLiteral("/wrk/") + file)) << file.toStdString();
+        }
+    }
+    EXPECT_FALSE(QFile::exists(home + QStringLiteral("/databases/sbl18.db")));
+    EXPECT_EQ(QDir(home + QStringLiteral("/databases")).entryList({QStringLiteral("*.db")}, QDir::Files).size(),
+              store::databaseFileNames().size() + 3);
+    QFile header(home + QStringLiteral("/forms/gTitle.rtf"));
+    ASSERT_TRUE(header.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(header.readAll().startsWith("{\\rtf1"));
+    EXPECT_TRUE(QFileInfo(home + QStringLiteral("/labels")).isDir());
+    EXPECT_TRUE(QFileInfo(home + QStringLiteral("/settings")).isDir());
+    EXPECT_EQ(readTextLines(home + QStringLiteral("/def.txt"))->value(0), home + QStringLiteral("/databases"));
+
+    // The program starts on it without a word about missing databases.
+    const QString workingFolder = QDir::currentPath();
+    QuietHost host;
+    app::Startup startup(host, home);
+    EXPECT_TRUE(startup.run());
+    QDir::setCurrent(workingFolder);
+    EXPECT_TRUE(host.mainWindowShown);
+    EXPECT_TRUE(test::scriptedPrompts().shown().isEmpty());
+    EXPECT_EQ(session().DatabaseFolder, home + QStringLiteral("/databases"));
+    EXPECT_EQ(session().ParcelStoreVersion, 13);
+}
+
+TEST(InitCommand, CompletesAnInstallationWithoutReplacingItsFiles)
+{
+    QTemporaryDir dir;
+    const QString home = dir.path();
+    ASSERT_EQ(runAdmin({QStringLiteral("--home"), home, QStringLiteral("init")}).code, 0);
+    QStringList settings = *readTextLines(home + QStringLiteral("/PVardo.ini"));
+    settings[1] = QStringLiteral("Town of Example");
+    ASSERT_TRUE(replaceTextLines(home + QStringLiteral("/PVardo.ini"), settings));
+    QFile::remove(home + QStringLiteral("/databases/bonds.db"));
+    QDir(home + QStringLiteral("/labels")).removeRecursively();
+
+    const AdminRun run = runAdmin({QStringLiteral("--home"), home, QStringLiteral("init"), QStringLiteral("--demo")});
+    ASSERT_EQ(run.code, 0) << run.err.toStdString();
+    EXPECT_TRUE(run.out.startsWith(QLatin1String("Completed the installation")));
+    EXPECT_FALSE(run.out.contains(QLatin1String("password")));
+    EXPECT_EQ(readTextLines(home + QStringLiteral("/PVardo.ini"))->value(1), QStringLiteral("Town of Example"));
+    EXPECT_TRUE(QFile::exists(home + QStringLiteral("/databases/bonds.db")));
+    EXPECT_TRUE(QFileInfo(home + QStringLiteral("/labels")).isDir());
+}
+
+TEST(InitCommand, RefusesFoldersItCannotUse)
+{
+    QTemporaryDir dir;
+    QFile other(dir.filePath(QStringLiteral("letter.txt")));
+    ASSERT_TRUE(other.open(QIODevice::WriteOnly));
+    other.close();
+    const struct {
+        QStringList arguments;
+        const char* says;
+    } cases[] = {
+        {{QStringLiteral("--home"), dir.path(), QStringLiteral("init")}, "is not empty"},
+        {{QStringLiteral("--home"), dir.filePath(QStringLiteral("letter.txt")), QStringLiteral("init")}, "is a file"},
+        {{QStringLiteral("--home"), QStringLiteral("/proc/pvardo-test"), QStringLiteral("init")}, "cannot be written"},
+        {{QStringLiteral("--home"), dir.filePath(QStringLiteral("new")), QStringLiteral("init"), QStringLiteral("--bogus")},
+         "usage"},
+        {{QStringLiteral("init")}, "needs the installation folder"},
+    };
+    for (const auto& c : cases) {
+        const AdminRun run = runAdmin(c.arguments);
+        EXPECT_EQ(run.code, 2) << c.arguments.join(QLatin1Char(' ')).toStdString();
+        EXPECT_TRUE(run.err.contains(QLatin1String(c.says))) << run.err.toStdString();
+    }
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{QStringLiteral("letter.txt")});
+}
+
+TEST(CheckDatabasesCommand, ReportsWhatItPutInPlace)
+{
+    QTemporaryDir dir;
+    const QString home = dir.path();
+    ASSERT_EQ(runAdmin({QStringLiteral("--home"), home, QStringLiteral("init")}).code, 0);
+    QFile::remove(home + QStringLiteral("/databases/meeting.db"));
+    QFile::remove(home + QStringLiteral("/databases/sbl.db"));
+
+    AdminRun run = runAdmin({QStringLiteral("--home"), home, QStringLiteral("check-databases")});
+    ASSERT_EQ(run.code, 0) << run.err.toStdString();
+    EXPECT_TRUE(run.out.contains(QStringLiteral("Database folder: ") + home + QStringLiteral("/databases")));
+    EXPECT_TRUE(run.out.contains(QLatin1String("  meeting.db\n  sbl.db\n"))) << run.out.toStdString();
+    EXPECT_TRUE(QFile::exists(home + QStringLiteral("/databases/meeting.db")));
+
+    run = runAdmin({QStringLiteral("--home"), home, QStringLiteral("check-databases")});
+    EXPECT_EQ(run.code, 0);
+    EXPECT_TRUE(run.out.contains(QLatin1String("No seeded database was missing.")));
+
+    // A settings file that names an empty folder: the default folder is used.
+    QStringList settings = *readTextLines(home + QStringLiteral("/PVardo.ini"));
+    settings[0] = home + QStringLiteral("/elsewhere");
+    QDir().mkpath(settings[0]);
+    ASSERT_TRUE(replaceTextLines(home + QStringLiteral("/PVardo.ini"), settings));
+    run = runAdmin({QStringLiteral("--home"), home, QStringLiteral("check-databases")});
+    EXPECT_EQ(run.code, 0);
+    EXPECT_TRUE(run.out.contains(QLatin1String("holds no database; the default folder was used"))) << run.out.toStdString();
+
+    run = runAdmin({QStringLiteral("--home"), dir.filePath(QStringLiteral("elsewhere")), QStringLiteral("check-databases")});
+    EXPECT_EQ(run.code, 2);
+    EXPECT_TRUE(run.err.contains(QLatin1String("is not an installation")));
+}
