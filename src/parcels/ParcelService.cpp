@@ -406,6 +406,42 @@ StoreStatus ParcelService::SBLClearFlag()
     return saveAndReread();
 }
 
+StoreStatus ParcelService::SBLUpdateColumns(const ColumnValues& values)
+{
+    if (!m_store) {
+        return StoreStatus::failure(store::StoreErrorNumber::DatabaseNotFound, notOpen());
+    }
+    for (const auto& [column, value] : values) {
+        StoreStatus status = m_store->setValue(column, value);
+        if (!status.ok()) {
+            m_store->CancelUpdate();
+            return status;
+        }
+    }
+    return saveAndReread();
+}
+
+StoreStatus ParcelService::SBLAddColumns(const ColumnValues& values)
+{
+    if (!m_store) {
+        return StoreStatus::failure(store::StoreErrorNumber::DatabaseNotFound, notOpen());
+    }
+    moveLastThenFirst();
+    m_store->AddNew();
+    for (const auto& [column, value] : values) {
+        StoreStatus status = m_store->setValue(column, value);
+        if (!status.ok()) {
+            m_store->CancelUpdate();
+            return status;
+        }
+    }
+    StoreStatus status = m_store->Update();
+    if (!status.ok()) {
+        m_store->CancelUpdate();
+    }
+    return status;
+}
+
 void ParcelService::ValidatePermit(const QString& caseNumber)
 {
     Session& state = session();

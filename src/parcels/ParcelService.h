@@ -3,6 +3,8 @@
 #include "parcels/SblParts.h"
 #include "store/Recordset.h"
 
+#include <QList>
+#include <QPair>
 #include <QString>
 
 #include <functional>
@@ -119,6 +121,13 @@ public:
     store::StoreStatus SBLClearViol();
     store::StoreStatus SBLClearFailed();
     store::StoreStatus SBLClearFlag();
+
+    // General writes for the case record's rules: columns of the row under the
+    // cursor, saved and re-read; or a new row of the given columns. Values go
+    // in as given: the callers cut them.
+    using ColumnValues = QList<QPair<QString, QVariant>>;
+    store::StoreStatus SBLUpdateColumns(const ColumnValues& values);
+    store::StoreStatus SBLAddColumns(const ColumnValues& values);
 
     // Sets the session's StopFlag: false when the case exists, true otherwise
     // (also on an empty or missing case table).

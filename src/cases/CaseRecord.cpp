@@ -1,0 +1,209 @@
+#include "cases/CaseRecord.h"
+
+#include "cases/CaseChangeLog.h"
+#include "cases/CaseStatus.h"
+#include "common/DateText.h"
+#include "common/PromptService.h"
+#include "common/Session.h"
+#include "parcels/ParcelService.h"
+#include "parcels/TextCuts.h"
+
+#include <QDate>
+
+namespace pvardo::cases {
+
+using store::StoreStatus;
+
+namespace {
+
+const QString kNoParcel = QStringLiteral("0-0-0-0-0-0-0-0");
+
+QString utilityFlag(bool isPrivate)
+{
+    return isPrivate ? QStringLiteral("1") : QStringLiteral("0");
+}
+
+} // namespace
+
+QString CaseRecord::duplicatePermitText()
+{
+    return QStringLiteral("The permit number entered already exists.\n"
+                          "You cannot change this permit to a number already used.");
+}
+
+QString CaseRecord::dupeText()
+{
+    return QStringLiteral("The Case Number entered already exist. You cannot add a new case with the same number.");
+}
+
+QString CaseRecord::dupeAdvice()
+{
+    return QStringLiteral("If your operation does not utilize pre-numbered cases, the program can resolve duplicate "
+                          "case numbers simply by incrementing your case number automatically. If you want for the "
+                          "program to resolve this automatically, simply check the box \"Resolve duplicate numbers "
+                          "automatically.\"");
+}
+
+StoreStatus CaseRecord::writeDerivedColumns(store::Recordset& caseRow, const CaseInputs& inputs,
+                                            const QString& currentUser)
+{
+    QList<QPair<QString, QVariant>> values;
+    const QString fileDate = inputs.fileDate.trimmed();
+    if (!fileDate.isEmpty()) {
+        const QString normal = FixDateText(fileDate);
+        const QDate date = QDate::fromString(normal, QStringLiteral("MM/dd/yyyy"));
+        if (date.isValid()) {
+            values.append({QStringLiteral("PBFILEDATE"), date});
+            values.append({QStringLiteral("FILEMONTH"), date.toString(QStringLiteral("MM"))});
+            values.append({QStringLiteral("FILEDATE"), date.toString(QStringLiteral("dd"))});
+            values.append({QStringLiteral("FILEYEAR"), date.toString(QStringLiteral("yy"))});
+        }
+    }
+    // The number's parts are rewritten whatever the number looks like: ABC
+    // gives AB and nothing.
+    const QString caseNumber = inputs.caseNumber.trimmed();
+    values.append({QStringLiteral("PBCASE"), parcels::cutText(caseNumber, 20)});
+    values.append({QStringLiteral("BLDGPERMYY"), caseNumber.left(2)});
+    values.append({QStringLiteral("BLDGPRM"), parcels::cutText(caseNumber.mid(3), 8)});
+    values.append({QStringLiteral("PBSTATUS"), CaseStatus::letterOf(inputs.statusText)});
+    // The section box holds the subsection after a point: 12.3 is 12 and 3.
+    const QString section = inputs.sbl.section.trimmed();
+    const qsizetype point = section.indexOf(QLatin1Char('.'));
+    values.append({QStringLiteral("SEC"), parcels::cutText(point >= 0 ? section.left(point) : section, 6)});
+    values.append({QStringLiteral("SUD"),
+                   parcels::cutText(point >= 0 ? section.mid(point + 1) : QStringLiteral("0"), 4)});
+    values.append({QStringLiteral("PBFW"), utilityFlag(inputs.privateWater)});
+    values.append({QStringLiteral("PBFS"), utilityFlag(inputs.privateSewage)});
+    values.append({QStringLiteral("PBFE"), utilityFlag(inputs.privateElectric)});
+    values.append({QStringLiteral("PBFG"), utilityFlag(inputs.privateGas)});
+    for (const auto& [column, value] : values) {
+        StoreStatus status = caseRow.setValue(column, value);
+        if (!status.ok()) {
+            return status;
+        }
+    }
+    return store::stampRow(caseRow, currentUser);
+}
+
+StoreStatus CaseRecord::movefieldsintodb(const store::ColumnMap& map, store::Recordset& caseRow,
+                                         const store::BoxReader& box, const CaseInputs& inputs,
+                                         const Session& session)
+{
+    StoreStatus status = store::movefieldsintodb(map, caseRow, box);
+    if (status.ok()) {
+        status = writeDerivedColumns(caseRow, inputs, session.CurrentUser);
+    }
+    if (status.ok()) {
+        // A change log that cannot be written does not stop the case.
+        CaseChangeLog::LogCaseChange(session, QStringLiteral("20"), QStringLiteral("PBCASE"),
+                                     inputs.caseNumber.trimmed());
+    }
+    return status;
+}
+
+StoreStatus CaseRecord::PostCaseToParcel(parcels::ParcelService& parcels, const CaseInputs& inputs, bool inserting)
+{
+    const QString sbl = parcels.MakeSBL(inputs.sbl);
+    const QString caseNumber = inputs.caseNumber.trimmed();
+    const QString owner = parcels::cutText(inputs.ownerName.trimmed(), 20);
+    const QString location = parcels::cutText(inputs.siteLocation.trimmed(), 80);
+    parcels::ParcelService::ColumnValues newRow = {
+        {QStringLiteral("SBLF"), parcels::cutText(sbl, 40)},
+        {QStringLiteral("ASSOC"), owner},
+        {QStringLiteral("LOCN1"), location},
+        {QStringLiteral("OTHER"), 0},
+        {QStringLiteral("FAILED"), 0},
+        {QStringLiteral("VIOL"), 0},
+        {QStringLiteral("PERMIT"), QStringLiteral("?")},
+    };
+    if (sbl == kNoParcel) {
+        return parcels.SBLAddColumns(newRow);
+    }
+    if (parcels.SBLExists(sbl)) {
+        parcels::ParcelService::ColumnValues changes;
+        if (inserting) {
+            // The trail only grows: voiding, deleting or renaming the case
+            // later leaves this token behind.
+            const QString trail = parcels.recordset()->text(QStringLiteral("HISTORICAL"));
+            changes.append({QStringLiteral("HISTORICAL"), QString(trail + QStringLiteral("*Z") + caseNumber)});
+        }
+        changes.append({QStringLiteral("ASSOC"), owner});
+        changes.append({QStringLiteral("LOCN1"), location});
+        return parcels.SBLUpdateColumns(changes);
+    }
+    newRow.append({QStringLiteral("HISTORICAL"), QString(QStringLiteral("*Z") + caseNumber)});
+    return parcels.SBLAddColumns(newRow);
+}
+
+StoreStatus CaseRecord::insertCase(store::Recordset& cases, CaseNumbering& numbering, CaseInputs& inputs,
+                                   const RowFiller& fill, const DupeDialog& askDupe)
+{
+    for (;;) {
+        cases.AddNew();
+        StoreStatus status = fill(cases, inputs);
+        if (status.ok()) {
+            status = cases.Update();
+        }
+        if (status.ok()) {
+            numbering.advanceAfterInsert();
+            session().StopFlag = false;
+            return status;
+        }
+        cases.CancelUpdate();
+        if (status.number != store::StoreErrorNumber::DuplicateKey) {
+            session().StopFlag = true;
+            return status;
+        }
+        // Another workstation took the number since the check.
+        if (!numbering.ResolveDupesAuto) {
+            if (!askDupe || askDupe() == DupeChoice::Cancel) {
+                session().StopFlag = true;
+                return status;
+            }
+            numbering.ResolveDupesAuto = true;
+            session().StopFlag = false;
+        }
+        inputs.caseNumber = numbering.BumpPermit(inputs.caseNumber.trimmed());
+    }
+}
+
+StoreStatus CaseRecord::saveCase(store::Recordset& cases, const CaseInputs& inputs, const RowFiller& fill)
+{
+    StoreStatus status = fill(cases, inputs);
+    if (status.ok()) {
+        status = cases.Update();
+    }
+    if (status.ok()) {
+        session().StopFlag = false;
+        return status;
+    }
+    cases.CancelUpdate();
+    session().StopFlag = true;
+    if (status.number == store::StoreErrorNumber::DuplicateKey) {
+        showMessage(duplicatePermitText(), duplicatePermitTitle(), PromptButtons::Ok, PromptIcon::Critical);
+    }
+    return status;
+}
+
+StoreStatus CaseRecord::voidCase(store::Recordset& caseRow)
+{
+    StoreStatus status = caseRow.setValue(QStringLiteral("PBSTATUS"), QStringLiteral("V"));
+    return status.ok() ? caseRow.Update() : status;
+}
+
+StoreStatus CaseRecord::restoreCase(store::Recordset& caseRow)
+{
+    StoreStatus status = caseRow.setValue(QStringLiteral("PBSTATUS"), QString(QLatin1String("")));
+    return status.ok() ? caseRow.Update() : status;
+}
+
+StoreStatus CaseRecord::deleteCase(store::Recordset& caseRow)
+{
+    StoreStatus status = caseRow.Delete();
+    if (status.ok()) {
+        caseRow.MoveNext();
+    }
+    return status;
+}
+
+} // namespace pvardo::cases

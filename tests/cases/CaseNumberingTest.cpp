@@ -1,0 +1,179 @@
+#include "cases/CaseNumbering.h"
+#include "common/Session.h"
+#include "common/TextFiles.h"
+#include "store/Catalogue.h"
+#include "store/Recordset.h"
+#include "support/TestInstallation.h"
+
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+using namespace pvardo;
+using namespace pvardo::cases;
+
+namespace {
+
+QString q(const char* text)
+{
+    return QString::fromUtf8(text);
+}
+
+class CaseNumberingTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        installation.applyTo(session());
+        casePath = installation.createDatabase(store::Table::PBPROJ);
+        numbering = std::make_unique<CaseNumbering>(installation.databaseFolder(), casePath, QDate(2026, 1, 5));
+    }
+
+    void addCase(const QString& number)
+    {
+        store::StoreStatus status;
+        auto rows = store::openRecordsetAt(casePath, q("Select * from PBPROJ"), &status);
+        rows->AddNew();
+        rows->setValue(q("PBCASE"), number);
+        ASSERT_TRUE(rows->Update().ok()) << number.toStdString();
+    }
+
+    QString fileLine(const char* name)
+    {
+        const auto lines = readTextLines(joinPath(installation.databaseFolder(), QString::fromLatin1(name)));
+        return lines && !lines->isEmpty() ? lines->first() : q("<none>");
+    }
+
+    void writeLine(const char* name, const QString& line)
+    {
+        ASSERT_TRUE(replaceTextLines(joinPath(installation.databaseFolder(), QString::fromLatin1(name)), {line}));
+    }
+
+    test::TestInstallation installation;
+    QString casePath;
+    std::unique_ptr<CaseNumbering> numbering;
+};
+
+} // namespace
+
+TEST_F(CaseNumberingTest, NewInstallationStartsAt200)
+{
+    numbering->load();
+    EXPECT_EQ(fileLine("pnb.txt"), q("-1"));
+    EXPECT_EQ(fileLine("zhi.txt"), q("200"));
+    EXPECT_EQ(numbering->proposeNumber(), q("26-200"));
+    EXPECT_TRUE(session().StopFlag);
+}
+
+TEST_F(CaseNumberingTest, EitherFileMissingRewritesBoth)
+{
+    writeLine("pnb.txt", q("500"));
+    numbering->load();
+    EXPECT_EQ(numbering->PermitBase, q("-1"));
+    EXPECT_EQ(numbering->PermitSeqStored, q("200"));
+
+    writeLine("zhi.txt", q("350"));
+    writeLine("pnb.txt", q("-1"));
+    numbering->load();
+    EXPECT_EQ(numbering->PermitSeqStored, q("350"));
+}
+
+TEST_F(CaseNumberingTest, ProposalClimbsPastTakenNumbersAndKeepsTheClimb)
+{
+    writeLine("pnb.txt", q("-1"));
+    writeLine("zhi.txt", q("207"));
+    numbering->load();
+    addCase(q("26-207"));
+    addCase(q("26-208"));
+    EXPECT_EQ(numbering->proposeNumber(), q("26-209"));
+    EXPECT_EQ(numbering->PermitSeq, q("209"));
+    EXPECT_EQ(fileLine("zhi.txt"), q("209"));
+    // A number proposed and then cancelled is not used up.
+    EXPECT_EQ(numbering->proposeNumber(), q("26-209"));
+    numbering->advanceAfterInsert();
+    EXPECT_EQ(numbering->PermitSeq, q("210"));
+    EXPECT_EQ(fileLine("zhi.txt"), q("210"));
+}
+
+TEST_F(CaseNumberingTest, BeginNumberingWithKeepsTheCounterInPnb)
+{
+    writeLine("pnb.txt", q("500"));
+    writeLine("zhi.txt", q("200"));
+    numbering->load();
+    addCase(q("26-200"));
+    EXPECT_EQ(numbering->proposeNumber(), q("26-201"));
+    EXPECT_EQ(fileLine("pnb.txt"), q("201"));
+    EXPECT_EQ(fileLine("zhi.txt"), q("200"));
+    EXPECT_EQ(numbering->PermitBase, q("201"));
+}
+
+TEST_F(CaseNumberingTest, EmptyOrNonNumericCounter)
+{
+    writeLine("pnb.txt", q("-1"));
+    writeLine("zhi.txt", q(""));
+    numbering->load();
+    EXPECT_EQ(numbering->proposeNumber(), q("26-"));
+    numbering->advanceAfterInsert();
+    EXPECT_EQ(numbering->PermitSeq, q("1"));
+
+    CaseNumbering other(installation.databaseFolder(), casePath, QDate(2026, 1, 5));
+    writeLine("zhi.txt", q("abc"));
+    other.load();
+    addCase(q("26-abc"));
+    EXPECT_EQ(other.proposeNumber(), q("26-1"));
+}
+
+TEST_F(CaseNumberingTest, ValidatePermitAndPermitExistHaveOppositeSenses)
+{
+    numbering->ValidatePermit(q("26-200")); // empty table
+    EXPECT_TRUE(session().StopFlag);
+    EXPECT_FALSE(numbering->PermitExists(q("26-200")));
+    addCase(q("26-200"));
+    EXPECT_TRUE(numbering->PermitExists(q("26-200")));
+    numbering->ValidatePermit(q("26-200"));
+    EXPECT_FALSE(session().StopFlag);
+    EXPECT_FALSE(numbering->PermitExists(q("26-20")));
+    // A missing case file counts as empty.
+    CaseNumbering nowhere(installation.databaseFolder(), installation.path(q("none.db")), QDate(2026, 1, 5));
+    nowhere.ValidatePermit(q("26-200"));
+    EXPECT_TRUE(session().StopFlag);
+}
+
+TEST_F(CaseNumberingTest, BumpPermit)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"12-207", "12-208"}, {"ABC", "AB-1"}, {"12-", "12-1"}, {"2026-5", "20-7"}, {"12-9X", "12-10"},
+    };
+    for (const auto& [input, bumped] : cases) {
+        EXPECT_EQ(numbering->BumpPermit(q(input)), q(bumped)) << input;
+    }
+    EXPECT_EQ(numbering->PermitSeq, q("10"));
+}
+
+TEST_F(CaseNumberingTest, DuplicateOnInsertIsBumpedOnlyWithConsent)
+{
+    numbering->load();
+    addCase(q("12-207"));
+    addCase(q("12-208"));
+    int asked = 0;
+    QString number = q("12-207");
+    EXPECT_FALSE(numbering->resolveDuplicate(number, [&asked] {
+        ++asked;
+        return DupeChoice::Cancel;
+    }));
+    EXPECT_TRUE(session().StopFlag);
+    EXPECT_EQ(number, q("12-207"));
+    EXPECT_EQ(asked, 1);
+
+    EXPECT_TRUE(numbering->resolveDuplicate(number, [&asked] {
+        ++asked;
+        return DupeChoice::ResolveAutomatically;
+    }));
+    EXPECT_EQ(number, q("12-209"));
+    EXPECT_TRUE(numbering->ResolveDupesAuto);
+    EXPECT_EQ(asked, 2);
+    // From then on for the rest of the run without asking.
+    number = q(" 12-208 ");
+    EXPECT_TRUE(numbering->resolveDuplicate(number, {}));
+    EXPECT_EQ(number, q("12-209"));
+}
