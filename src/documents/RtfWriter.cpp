@@ -1,0 +1,583 @@
+#include "documents/RtfWriter.h"
+
+#include "documents/CodePages.h"
+#include "documents/DocumentPaper.h"
+#include "documents/DocumentUnits.h"
+
+#include <QBuffer>
+#include <QColor>
+#include <QHash>
+#include <QImage>
+#include <QPixmap>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextFrame>
+#include <QTextTable>
+#include <QUrl>
+
+#include <cmath>
+
+namespace pvardo::documents {
+
+namespace {
+
+int twips(qreal units)
+{
+    return int(std::lround(unitsToTwips(units)));
+}
+
+QString familyOf(const QTextCharFormat& format, const QString& fallback)
+{
+    const QStringList families = format.fontFamilies().toStringList();
+    if (!families.isEmpty() && !families.first().isEmpty()) {
+        return families.first();
+    }
+    return fallback;
+}
+
+class RtfWriter
+{
+public:
+    explicit RtfWriter(const QTextDocument& document) : m_document(document)
+    {
+        m_defaultFamily = document.defaultFont().family();
+        m_fonts.append(m_defaultFamily);
+        m_fontHints.append(document.defaultFont().styleHint());
+    }
+
+    QByteArray write();
+
+private:
+    // Tables of the header
+    int fontIndex(const QTextCharFormat& format);
+    int colorIndex(const QColor& color);
+    void collect(QTextFrame* frame);
+    void collectBlock(const QTextBlock& block);
+
+    // Body
+    void writeFrame(QTextFrame* frame, bool inTable);
+    void writeTable(QTextTable* table);
+    void writeBlock(const QTextBlock& block, bool inTable, const char* end);
+    void writeParagraphFormat(const QTextBlockFormat& format, bool inTable);
+    void writeCharFormat(const QTextCharFormat& format);
+    void writeText(const QString& text);
+    void writeImage(const QTextImageFormat& format);
+    void writeBorder(const char* side, qreal width, QTextFrameFormat::BorderStyle style, const QBrush& brush);
+
+    const QTextDocument& m_document;
+    QByteArray m_out;
+    QString m_defaultFamily;
+    QStringList m_fonts;
+    QList<QFont::StyleHint> m_fontHints;
+    QList<QColor> m_colors;
+};
+
+int RtfWriter::fontIndex(const QTextCharFormat& format)
+{
+    const QString family = familyOf(format, m_defaultFamily);
+    const qsizetype index = m_fonts.indexOf(family);
+    if (index >= 0) {
+        return int(index);
+    }
+    m_fonts.append(family);
+    m_fontHints.append(format.hasProperty(QTextFormat::FontStyleHint) ? format.fontStyleHint() : QFont::AnyStyle);
+    return int(m_fonts.size() - 1);
+}
+
+int RtfWriter::colorIndex(const QColor& color)
+{
+    const QColor plain = color.toRgb();
+    for (qsizetype i = 0; i < m_colors.size(); ++i) {
+        if (m_colors.at(i).rgb() == plain.rgb()) {
+            return int(i) + 1; // entry 0 is "auto"
+        }
+    }
+    m_colors.append(plain);
+    return int(m_colors.size());
+}
+
+void RtfWriter::collectBlock(const QTextBlock& block)
+{
+    for (QTextBlock::iterator it = block.begin(); !it.atEnd(); ++it) {
+        const QTextCharFormat format = it.fragment().charFormat();
+        fontIndex(format);
+        if (format.hasProperty(QTextFormat::ForegroundBrush) && format.foreground().style() != Qt::NoBrush) {
+            colorIndex(format.foreground().color());
+        }
+        if (format.hasProperty(QTextFormat::BackgroundBrush) && format.background().style() != Qt::NoBrush) {
+            colorIndex(format.background().color());
+        }
+    }
+}
+
+void RtfWriter::collect(QTextFrame* frame)
+{
+    for (QTextFrame::iterator it = frame->begin(); !it.atEnd(); ++it) {
+        if (QTextFrame* child = it.currentFrame()) {
+            if (auto* table = qobject_cast<QTextTable*>(child)) {
+                for (int row = 0; row < table->rows(); ++row) {
+                    for (int column = 0; column < table->columns(); ++column) {
+                        const QTextTableCellFormat format = table->cellAt(row, column).format().toTableCellFormat();
+                        colorIndex(format.topBorderBrush().color());
+                        colorIndex(format.leftBorderBrush().color());
+                        colorIndex(format.bottomBorderBrush().color());
+                        colorIndex(format.rightBorderBrush().color());
+                        if (format.background().style() != Qt::NoBrush) {
+                            colorIndex(format.background().color());
+                        }
+                    }
+                }
+            }
+            collect(child);
+        } else {
+            collectBlock(it.currentBlock());
+        }
+    }
+}
+
+QByteArray RtfWriter::write()
+{
+    // The body first: it fills the font and colour tables.
+    collect(m_document.rootFrame());
+    writeFrame(m_document.rootFrame(), false);
+    const QByteArray body = m_out;
+    m_out.clear();
+
+    m_out += "{\\rtf1\\ansi\\ansicpg1252\\deff0\\uc1\n{\\fonttbl";
+    for (qsizetype i = 0; i < m_fonts.size(); ++i) {
+        m_out += "{\\f" + QByteArray::number(i);
+        switch (m_fontHints.at(i)) {
+        case QFont::Serif:
+            m_out += "\\froman";
+            break;
+        case QFont::SansSerif:
+            m_out += "\\fswiss";
+            break;
+        case QFont::TypeWriter:
+            m_out += "\\fmodern";
+            break;
+        case QFont::Cursive:
+            m_out += "\\fscript";
+            break;
+        case QFont::Decorative:
+            m_out += "\\fdecor";
+            break;
+        default:
+            m_out += "\\fnil";
+            break;
+        }
+        m_out += "\\fcharset0 ";
+        writeText(m_fonts.at(i));
+        m_out += ";}";
+    }
+    m_out += "}\n{\\colortbl;";
+    for (const QColor& color : std::as_const(m_colors)) {
+        m_out += "\\red" + QByteArray::number(color.red()) + "\\green" + QByteArray::number(color.green()) + "\\blue"
+                 + QByteArray::number(color.blue()) + ';';
+    }
+    m_out += "}\n";
+    const DocumentPaper paper = documentPaper(m_document);
+    if (paper.stated) {
+        m_out += "\\paperw" + QByteArray::number(paper.widthTwips) + "\\paperh" + QByteArray::number(paper.heightTwips)
+                 + "\\margl" + QByteArray::number(paper.leftTwips) + "\\margr" + QByteArray::number(paper.rightTwips)
+                 + "\\margt" + QByteArray::number(paper.topTwips) + "\\margb" + QByteArray::number(paper.bottomTwips)
+                 + '\n';
+    }
+    m_out += body;
+    m_out += "}\n";
+    return m_out;
+}
+
+void RtfWriter::writeFrame(QTextFrame* frame, bool inTable)
+{
+    for (QTextFrame::iterator it = frame->begin(); !it.atEnd(); ++it) {
+        if (QTextFrame* child = it.currentFrame()) {
+            auto* table = qobject_cast<QTextTable*>(child);
+            if (table && !inTable) {
+                writeTable(table);
+            } else {
+                writeFrame(child, inTable); // a frame, or a table in a cell: its paragraphs
+            }
+            continue;
+        }
+        const QTextBlock block = it.currentBlock();
+        if (block.isValid()) {
+            writeBlock(block, inTable, "\\par");
+        }
+    }
+}
+
+void RtfWriter::writeBorder(const char* side, qreal width, QTextFrameFormat::BorderStyle style, const QBrush& brush)
+{
+    if (width <= 0 || style == QTextFrameFormat::BorderStyle_None) {
+        return;
+    }
+    m_out += "\\clbrdr";
+    m_out += side;
+    switch (style) {
+    case QTextFrameFormat::BorderStyle_Dotted:
+        m_out += "\\brdrdot";
+        break;
+    case QTextFrameFormat::BorderStyle_Dashed:
+        m_out += "\\brdrdash";
+        break;
+    case QTextFrameFormat::BorderStyle_Double:
+        m_out += "\\brdrdb";
+        break;
+    default:
+        m_out += "\\brdrs";
+        break;
+    }
+    m_out += "\\brdrw" + QByteArray::number(std::max(1, twips(width)));
+    m_out += "\\brdrcf" + QByteArray::number(colorIndex(brush.color()));
+}
+
+void RtfWriter::writeTable(QTextTable* table)
+{
+    const QTextTableFormat tableFormat = table->format();
+    const int columns = table->columns();
+
+    // Right edges of the cells in twips from the column widths; widths the
+    // table leaves open share what remains of a 6.5-inch line.
+    const QList<QTextLength> constraints = tableFormat.columnWidthConstraints();
+    constexpr qreal line = 9360;
+    qreal fixed = 0;
+    int open = 0;
+    for (int column = 0; column < columns; ++column) {
+        const QTextLength length = constraints.value(column);
+        if (length.type() == QTextLength::FixedLength) {
+            fixed += unitsToTwips(length.rawValue());
+        } else if (length.type() == QTextLength::PercentageLength) {
+            fixed += line * length.rawValue() / 100.0;
+        } else {
+            ++open;
+        }
+    }
+    const qreal share = open > 0 ? std::max<qreal>((line - fixed) / open, 720) : 0;
+    QList<int> rightEdges;
+    const int left = tableFormat.hasProperty(QTextFormat::FrameLeftMargin) ? twips(tableFormat.leftMargin()) : 0;
+    qreal edge = left;
+    for (int column = 0; column < columns; ++column) {
+        const QTextLength length = constraints.value(column);
+        if (length.type() == QTextLength::FixedLength) {
+            edge += unitsToTwips(length.rawValue());
+        } else if (length.type() == QTextLength::PercentageLength) {
+            edge += line * length.rawValue() / 100.0;
+        } else {
+            edge += share;
+        }
+        rightEdges.append(int(std::lround(edge)));
+    }
+
+    for (int row = 0; row < table->rows(); ++row) {
+        m_out += "\\trowd";
+        const QTextTableCellFormat first = table->cellAt(row, 0).format().toTableCellFormat();
+        const qreal padding = first.hasProperty(QTextFormat::TableCellLeftPadding) ? first.leftPadding()
+                                                                                   : tableFormat.cellPadding();
+        m_out += "\\trgaph" + QByteArray::number(std::max(0, twips(padding)));
+        m_out += "\\trleft" + QByteArray::number(left);
+        const Qt::Alignment alignment = tableFormat.alignment() & Qt::AlignHorizontal_Mask;
+        if (alignment == Qt::AlignHCenter) {
+            m_out += "\\trqc";
+        } else if (alignment == Qt::AlignRight) {
+            m_out += "\\trqr";
+        }
+        if (row < tableFormat.headerRowCount()) {
+            m_out += "\\trhdr";
+        }
+        for (int column = 0; column < columns; ++column) {
+            const QTextTableCell cell = table->cellAt(row, column);
+            if (cell.row() != row) {
+                m_out += "\\clvmrg";
+            } else if (cell.rowSpan() > 1) {
+                m_out += "\\clvmgf";
+            }
+            if (cell.column() != column) {
+                m_out += "\\clmrg";
+            } else if (cell.columnSpan() > 1) {
+                m_out += "\\clmgf";
+            }
+            const QTextTableCellFormat format = cell.format().toTableCellFormat();
+            const QTextCharFormat::VerticalAlignment vertical = format.verticalAlignment();
+            if (vertical == QTextCharFormat::AlignMiddle) {
+                m_out += "\\clvertalc";
+            } else if (vertical == QTextCharFormat::AlignBottom) {
+                m_out += "\\clvertalb";
+            }
+            writeBorder("t", format.topBorder(), format.topBorderStyle(), format.topBorderBrush());
+            writeBorder("l", format.leftBorder(), format.leftBorderStyle(), format.leftBorderBrush());
+            writeBorder("b", format.bottomBorder(), format.bottomBorderStyle(), format.bottomBorderBrush());
+            writeBorder("r", format.rightBorder(), format.rightBorderStyle(), format.rightBorderBrush());
+            if (format.background().style() != Qt::NoBrush) {
+                m_out += "\\clcbpat" + QByteArray::number(colorIndex(format.background().color()));
+            }
+            m_out += "\\cellx" + QByteArray::number(rightEdges.at(column));
+        }
+        m_out += '\n';
+        for (int column = 0; column < columns; ++column) {
+            const QTextTableCell cell = table->cellAt(row, column);
+            if (cell.row() != row || cell.column() != column) {
+                m_out += "\\pard\\intbl\\cell\n"; // covered by a merged cell
+                continue;
+            }
+            // The cell's paragraphs; the last one ends with the cell mark.
+            QList<QTextBlock> blocks;
+            for (QTextFrame::iterator it = cell.begin(); !it.atEnd(); ++it) {
+                if (it.currentFrame()) {
+                    // A table in a cell: its paragraphs, one after another.
+                    const QTextFrame* inner = it.currentFrame();
+                    for (QTextBlock block = m_document.findBlock(inner->firstPosition());
+                         block.isValid() && block.position() < inner->lastPosition(); block = block.next()) {
+                        blocks.append(block);
+                    }
+                } else if (it.currentBlock().isValid()) {
+                    blocks.append(it.currentBlock());
+                }
+            }
+            if (blocks.isEmpty()) {
+                m_out += "\\pard\\intbl\\cell\n";
+                continue;
+            }
+            for (qsizetype i = 0; i < blocks.size(); ++i) {
+                writeBlock(blocks.at(i), true, i + 1 == blocks.size() ? "\\cell" : "\\par");
+            }
+        }
+        m_out += "\\row\n";
+    }
+}
+
+void RtfWriter::writeParagraphFormat(const QTextBlockFormat& format, bool inTable)
+{
+    m_out += "\\pard\\plain";
+    if (inTable) {
+        m_out += "\\intbl";
+    }
+    const Qt::Alignment alignment = format.alignment() & Qt::AlignHorizontal_Mask;
+    if (alignment == Qt::AlignHCenter) {
+        m_out += "\\qc";
+    } else if (alignment == Qt::AlignRight) {
+        m_out += "\\qr";
+    } else if (alignment == Qt::AlignJustify) {
+        m_out += "\\qj";
+    }
+    auto length = [this](const char* word, qreal units) {
+        const int value = twips(units);
+        if (value != 0) {
+            m_out += word + QByteArray::number(value);
+        }
+    };
+    length("\\li", format.leftMargin());
+    length("\\ri", format.rightMargin());
+    length("\\fi", format.textIndent());
+    length("\\sb", format.topMargin());
+    length("\\sa", format.bottomMargin());
+    switch (format.lineHeightType()) {
+    case QTextBlockFormat::ProportionalHeight:
+        if (format.lineHeight() != 100) {
+            m_out += "\\sl" + QByteArray::number(qRound(format.lineHeight() * 240.0 / 100.0)) + "\\slmult1";
+        }
+        break;
+    case QTextBlockFormat::MinimumHeight:
+        m_out += "\\sl" + QByteArray::number(twips(format.lineHeight())) + "\\slmult0";
+        break;
+    case QTextBlockFormat::FixedHeight:
+        m_out += "\\sl-" + QByteArray::number(twips(format.lineHeight())) + "\\slmult0";
+        break;
+    default:
+        break;
+    }
+    const QList<QTextOption::Tab> tabs = format.tabPositions();
+    for (const QTextOption::Tab& tab : tabs) {
+        if (tab.type == QTextOption::RightTab) {
+            m_out += "\\tqr";
+        } else if (tab.type == QTextOption::CenterTab) {
+            m_out += "\\tqc";
+        } else if (tab.type == QTextOption::DelimiterTab) {
+            m_out += "\\tqdec";
+        }
+        m_out += "\\tx" + QByteArray::number(std::max(0, twips(tab.position)));
+    }
+    if (format.pageBreakPolicy() & QTextFormat::PageBreak_AlwaysBefore) {
+        m_out += "\\pagebb";
+    }
+    m_out += ' ';
+}
+
+void RtfWriter::writeCharFormat(const QTextCharFormat& format)
+{
+    m_out += "\\f" + QByteArray::number(fontIndex(format));
+    const qreal size = format.hasProperty(QTextFormat::FontPointSize) ? format.fontPointSize()
+                                                                       : m_document.defaultFont().pointSizeF();
+    m_out += "\\fs" + QByteArray::number(qRound(std::max<qreal>(size, 1) * 2));
+    if (format.fontWeight() >= QFont::DemiBold) {
+        m_out += "\\b";
+    }
+    if (format.fontItalic()) {
+        m_out += "\\i";
+    }
+    switch (format.underlineStyle()) {
+    case QTextCharFormat::NoUnderline:
+        break;
+    case QTextCharFormat::DotLine:
+        m_out += "\\uld";
+        break;
+    case QTextCharFormat::DashUnderline:
+        m_out += "\\uldash";
+        break;
+    case QTextCharFormat::WaveUnderline:
+        m_out += "\\ulwave";
+        break;
+    default:
+        m_out += "\\ul";
+        break;
+    }
+    if (format.fontStrikeOut()) {
+        m_out += "\\strike";
+    }
+    if (format.fontCapitalization() == QFont::SmallCaps) {
+        m_out += "\\scaps";
+    } else if (format.fontCapitalization() == QFont::AllUppercase) {
+        m_out += "\\caps";
+    }
+    if (format.verticalAlignment() == QTextCharFormat::AlignSuperScript) {
+        m_out += "\\super";
+    } else if (format.verticalAlignment() == QTextCharFormat::AlignSubScript) {
+        m_out += "\\sub";
+    }
+    if (format.hasProperty(QTextFormat::ForegroundBrush) && format.foreground().style() != Qt::NoBrush) {
+        m_out += "\\cf" + QByteArray::number(colorIndex(format.foreground().color()));
+    }
+    if (format.hasProperty(QTextFormat::BackgroundBrush) && format.background().style() != Qt::NoBrush) {
+        m_out += "\\highlight" + QByteArray::number(colorIndex(format.background().color()));
+    }
+    m_out += ' ';
+}
+
+void RtfWriter::writeText(const QString& text)
+{
+    const char16_t* cp1252 = codePageUpperHalf(1252);
+    for (const QChar c : text) {
+        const char16_t u = c.unicode();
+        switch (u) {
+        case u'\\':
+            m_out += "\\\\";
+            continue;
+        case u'{':
+            m_out += "\\{";
+            continue;
+        case u'}':
+            m_out += "\\}";
+            continue;
+        case u'\t':
+            m_out += "\\tab ";
+            continue;
+        case u'\n':
+        case u'\r':
+        case QChar::LineSeparator:
+            m_out += "\\line ";
+            continue;
+        case u'\u00A0':
+            m_out += "\\~";
+            continue;
+        case u'\u00AD':
+            m_out += "\\-";
+            continue;
+        case u'\u2011':
+            m_out += "\\_";
+            continue;
+        default:
+            break;
+        }
+        if (u >= 0x20 && u < 0x80) {
+            m_out += char(u);
+            continue;
+        }
+        if (u < 0x20) {
+            continue;
+        }
+        // \uN (signed, as old readers expect) and one fallback byte.
+        const int signedValue = u > 32767 ? int(u) - 65536 : int(u);
+        char fallback = '?';
+        for (int i = 0; i < 128; ++i) {
+            if (cp1252[i] == u) {
+                fallback = char(0x80 + i);
+                break;
+            }
+        }
+        if (u >= 0xA0 && u <= 0xFF) {
+            fallback = char(u);
+        }
+        m_out += "\\u" + QByteArray::number(signedValue) + "\\'"
+                 + QByteArray::number(uchar(fallback), 16).rightJustified(2, '0');
+    }
+}
+
+void RtfWriter::writeImage(const QTextImageFormat& format)
+{
+    const QVariant resource = m_document.resource(QTextDocument::ImageResource, QUrl(format.name()));
+    QImage image;
+    if (resource.canConvert<QImage>()) {
+        image = resource.value<QImage>();
+    }
+    if (image.isNull() && resource.canConvert<QPixmap>()) {
+        image = resource.value<QPixmap>().toImage();
+    }
+    if (image.isNull() && resource.typeId() == QMetaType::QByteArray) {
+        image.loadFromData(resource.toByteArray());
+    }
+    if (image.isNull()) {
+        return;
+    }
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    const qreal width = format.width() > 0 ? format.width() : image.width();
+    const qreal height = format.height() > 0 ? format.height() : image.height();
+    m_out += "{\\pict\\picw" + QByteArray::number(image.width()) + "\\pich" + QByteArray::number(image.height())
+             + "\\picwgoal" + QByteArray::number(twips(width)) + "\\pichgoal" + QByteArray::number(twips(height))
+             + "\\pngblip\n";
+    const QByteArray hex = png.toHex();
+    for (qsizetype i = 0; i < hex.size(); i += 128) {
+        m_out += hex.mid(i, 128);
+        m_out += '\n';
+    }
+    m_out += '}';
+}
+
+void RtfWriter::writeBlock(const QTextBlock& block, bool inTable, const char* end)
+{
+    writeParagraphFormat(block.blockFormat(), inTable);
+    for (QTextBlock::iterator it = block.begin(); !it.atEnd(); ++it) {
+        const QTextFragment fragment = it.fragment();
+        const QTextCharFormat format = fragment.charFormat();
+        if (format.isImageFormat()) {
+            // Equal pictures side by side share one fragment.
+            for (qsizetype i = 0; i < fragment.length(); ++i) {
+                writeImage(format.toImageFormat());
+            }
+            continue;
+        }
+        QString text = fragment.text();
+        text.remove(QChar::ObjectReplacementCharacter);
+        if (text.isEmpty()) {
+            continue;
+        }
+        m_out += '{';
+        writeCharFormat(format);
+        writeText(text);
+        m_out += '}';
+    }
+    m_out += end;
+    m_out += '\n';
+}
+
+} // namespace
+
+QByteArray writeRtf(const QTextDocument& document)
+{
+    RtfWriter writer(document);
+    return writer.write();
+}
+
+} // namespace pvardo::documents
