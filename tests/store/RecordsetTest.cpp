@@ -262,7 +262,7 @@ TEST_F(RecordsetTest, ARowDeletedByAnotherWorkstationIsNotWrittenBack)
 
 TEST_F(RecordsetTest, TwoWritersAtOnceBothSucceedAndTheFileStaysWhole)
 {
-    constexpr int perWriter = 200;
+    constexpr int perWriter = 60;
     auto write = [this](const QString& prefix, StoreStatus* failure) {
         StoreStatus status;
         auto rows = openRecordsetAt(m_cases, QStringLiteral("Select * from PBPROJ"), &status);

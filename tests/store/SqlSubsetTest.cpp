@@ -11,6 +11,11 @@ struct QueryCase {
     bool accepted;
 };
 
+void PrintTo(const QueryCase& c, std::ostream* out)
+{
+    *out << '"' << c.text << '"';
+}
+
 class QueryTexts : public ::testing::TestWithParam<QueryCase>
 {
 };
