@@ -17,8 +17,8 @@ namespace {
 const store::TableDef* tableOfFile(const QString& fileName)
 {
     for (const store::TableDef& table : store::allTables()) {
-        if (table.id != store::Table::SBL18 &&
-            fileName.compare(QString::fromLatin1(table.fileName), Qt::CaseInsensitive) == 0) {
+        if (table.id != store::Table::SBL18
+            && fileName.compare(QString::fromLatin1(table.fileName), Qt::CaseInsensitive) == 0) {
             return &table;
         }
     }
@@ -27,7 +27,10 @@ const store::TableDef* tableOfFile(const QString& fileName)
 
 } // namespace
 
-Installation::Installation(QString programFolder) : m_folder(QDir::cleanPath(std::move(programFolder))) {}
+Installation::Installation(QString programFolder)
+    : m_folder(QDir::cleanPath(std::move(programFolder)))
+{
+}
 
 QString Installation::path(const QString& relative) const
 {
@@ -37,19 +40,17 @@ QString Installation::path(const QString& relative) const
 QStringList Installation::defaultSettingsLines(const QString& databaseFolder)
 {
     return {databaseFolder,
-            QString(), // municipality name
-            QString(), // address
-            QString(), // city
-            QString(), // state
-            QString(), // zip
-            QString(), // phone
-            QStringLiteral("0"), // backup: ask on exit
-            QStringLiteral("False"), // parcel store not shared
-            QStringLiteral("12"),
-            QStringLiteral("Times New Roman"),
-            QStringLiteral("NYS Fire Prevention & Bldg Code"),
-            QStringLiteral("Building and Zoning Codes"),
-            QStringLiteral("0")};
+        QString(), // municipality name
+        QString(), // address
+        QString(), // city
+        QString(), // state
+        QString(), // zip
+        QString(), // phone
+        QStringLiteral("0"), // backup: ask on exit
+        QStringLiteral("False"), // parcel store not shared
+        QStringLiteral("12"), QStringLiteral("Times New Roman"),
+        QStringLiteral("NYS Fire Prevention & Bldg Code"), QStringLiteral("Building and Zoning Codes"),
+        QStringLiteral("0")};
 }
 
 QByteArray Installation::emptyHeaderRtf()
@@ -75,12 +76,13 @@ QString Installation::unusableReason() const
         return QStringLiteral("No installation folder was named.");
     }
     if (info.exists() && !info.isDir()) {
-        return QStringLiteral("The installation folder ") + m_folder + QStringLiteral(" is a file, not a folder.");
+        return QStringLiteral("The installation folder ") + m_folder
+            + QStringLiteral(" is a file, not a folder.");
     }
-    if (info.isDir() && !QDir(m_folder).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden) &&
-        !looksLikeInstallation()) {
-        return QStringLiteral("The folder ") + m_folder +
-               QStringLiteral(" is not empty and holds no pvardo installation. Name a new or empty folder.");
+    if (info.isDir() && !QDir(m_folder).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden)
+        && !looksLikeInstallation()) {
+        return QStringLiteral("The folder ") + m_folder
+            + QStringLiteral(" is not empty and holds no pvardo installation. Name a new or empty folder.");
     }
     // The nearest folder that exists must take new files.
     QString existing = m_folder;
@@ -93,7 +95,8 @@ QString Installation::unusableReason() const
     }
     QTemporaryFile probe(existing + QStringLiteral("/.pvardo-write-test-XXXXXX"));
     if (!probe.open()) {
-        return QStringLiteral("The folder ") + existing + QStringLiteral(" cannot be written: ") + probe.errorString();
+        return QStringLiteral("The folder ") + existing + QStringLiteral(" cannot be written: ")
+            + probe.errorString();
     }
     return {};
 }

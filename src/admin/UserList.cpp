@@ -16,8 +16,8 @@ bool fitsTheFile(const QString& field, const QString& scrambled, bool endsTheLin
 {
     for (const QChar c : field) {
         if (c.unicode() > 0xFF) {
-            *why = QStringLiteral("holds the character \"") + c +
-                   QStringLiteral("\", which the user file cannot keep");
+            *why = QStringLiteral("holds the character \"") + c
+                + QStringLiteral("\", which the user file cannot keep");
             return false;
         }
     }
@@ -26,8 +26,9 @@ bool fitsTheFile(const QString& field, const QString& scrambled, bool endsTheLin
     const bool carriageReturnAtEnd = endsTheLine && scrambled.endsWith(QLatin1Char('\r'));
     for (const QChar c : scrambled) {
         if (c == QLatin1Char(',') || c == QLatin1Char('\n') || carriageReturnAtEnd) {
-            *why = QStringLiteral("cannot be kept in the user file in this spelling (its scrambled form holds a "
-                                  "separator); change one of its letters");
+            *why = QStringLiteral(
+                "cannot be kept in the user file in this spelling (its scrambled form holds a "
+                "separator); change one of its letters");
             return false;
         }
     }
@@ -70,8 +71,8 @@ std::optional<UserList> UserList::read(const QString& path, QString* error, QStr
         const QStringList fields = line.split(QLatin1Char(','));
         if (fields.size() != 3) {
             if (problems) {
-                problems->append(QStringLiteral("line ") + QString::number(i + 1) +
-                                 QStringLiteral(" does not hold a name, a password and a level"));
+                problems->append(QStringLiteral("line ") + QString::number(i + 1)
+                    + QStringLiteral(" does not hold a name, a password and a level"));
             }
             continue;
         }
@@ -85,8 +86,8 @@ QByteArray UserList::toBytes(QString* error) const
 {
     if (entries.size() > capacity) {
         if (error) {
-            *error = QStringLiteral("The user list holds at most ") + QString::number(capacity) +
-                     QStringLiteral(" users.");
+            *error = QStringLiteral("The user list holds at most ") + QString::number(capacity)
+                + QStringLiteral(" users.");
         }
         return {};
     }
@@ -100,8 +101,8 @@ QByteArray UserList::toBytes(QString* error) const
             QString why;
             if (!fitsTheFile(fields[f], stored, f == 2, &why)) {
                 if (error) {
-                    *error = QStringLiteral("The ") + QLatin1String(what[f]) + QStringLiteral(" of user ") +
-                             entry.name + QLatin1Char(' ') + why + QLatin1Char('.');
+                    *error = QStringLiteral("The ") + QLatin1String(what[f]) + QStringLiteral(" of user ")
+                        + entry.name + QLatin1Char(' ') + why + QLatin1Char('.');
                 }
                 return {};
             }

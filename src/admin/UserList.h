@@ -2,13 +2,13 @@
 
 #include <QList>
 #include <QString>
-
 #include <optional>
 
 namespace pvardo::admin {
 
 // One user of the program, as typed (not scrambled).
-struct UserEntry {
+struct UserEntry
+{
     QString name;
     QString password;
     QString level; // "ADMIN", "MEMBER", "USER" (or "SUPERVISOR")
@@ -31,8 +31,8 @@ public:
     // Reads a user file. nullopt, with a reason, when the file cannot be read
     // or its first line is not a count. A line that does not hold three fields
     // is left out and named in `problems`.
-    static std::optional<UserList> read(const QString& path, QString* error = nullptr,
-                                        QStringList* problems = nullptr);
+    static std::optional<UserList> read(
+        const QString& path, QString* error = nullptr, QStringList* problems = nullptr);
 
     // Writes the file anew, whole or not at all. Refuses, with a reason, a
     // list that could not be read back: more than `capacity` users, a character

@@ -38,7 +38,7 @@ bool writeParcelStoreVersion()
         return false;
     }
     return replaceTextLines(joinPath(state.DatabaseFolder, QStringLiteral("\\sblversion.txt")),
-                            {QString::number(state.ParcelStoreVersion)});
+        {QString::number(state.ParcelStoreVersion)});
 }
 
 void ExitApp()

@@ -16,7 +16,8 @@ const QByteArray raiseRequest = QByteArrayLiteral("raise\n");
 } // namespace
 
 InstanceGuard::InstanceGuard(const QString& programFolder, QObject* parent)
-    : QObject(parent), m_key(keyFor(programFolder))
+    : QObject(parent)
+    , m_key(keyFor(programFolder))
 {
 }
 
@@ -33,7 +34,8 @@ InstanceGuard::~InstanceGuard()
 QString InstanceGuard::keyFor(const QString& programFolder)
 {
     const QString folder = QDir::cleanPath(QDir(programFolder).absolutePath());
-    const QByteArray hash = QCryptographicHash::hash(folder.toUtf8(), QCryptographicHash::Sha1).toHex().left(16);
+    const QByteArray hash
+        = QCryptographicHash::hash(folder.toUtf8(), QCryptographicHash::Sha1).toHex().left(16);
     QString user = GetNetworkUser();
     user.replace(QLatin1Char('/'), QLatin1Char('_'));
     return QStringLiteral("pvardo-") + user + QLatin1Char('-') + QString::fromLatin1(hash);

@@ -3,7 +3,6 @@
 #include <QLockFile>
 #include <QObject>
 #include <QString>
-
 #include <memory>
 
 class QLocalServer;

@@ -31,7 +31,9 @@ void letEventsRun()
 
 } // namespace
 
-Startup::Startup(StartupHost& host, QString programFolder) : m_host(host), m_programFolder(std::move(programFolder))
+Startup::Startup(StartupHost& host, QString programFolder)
+    : m_host(host)
+    , m_programFolder(std::move(programFolder))
 {
 }
 
@@ -109,7 +111,7 @@ bool Startup::checkSingleInstance()
     m_guard = std::make_unique<InstanceGuard>(m_programFolder);
     if (m_guard->acquire()) {
         QObject::connect(m_guard.get(), &InstanceGuard::activationRequested, m_guard.get(),
-                         [this] { m_host.bringToFront(); });
+            [this] { m_host.bringToFront(); });
         return true;
     }
     // Nothing else is touched: the running instance owns the folder's files.
@@ -129,7 +131,8 @@ void Startup::removeSessionLog()
 
 bool Startup::w7AsksForSettingsInFiles(const QString& programFolder)
 {
-    const std::optional<QStringList> lines = readTextLines(joinPath(programFolder, QStringLiteral("\\w7.txt")));
+    const std::optional<QStringList> lines
+        = readTextLines(joinPath(programFolder, QStringLiteral("\\w7.txt")));
     return lines && !lines->isEmpty() && lines->constFirst().trimmed() == QLatin1String("1");
 }
 
@@ -173,9 +176,8 @@ void Startup::SetDefaults()
     // def.txt, pnb.txt, the report header) replaces this.
     state.MasterDatabaseFolder = path(QStringLiteral("\\databases"));
     if (const std::optional<QStringList> lines = readTextLines(path(QStringLiteral("\\PVardo.ini")))) {
-        const auto line = [&](int number) {
-            return lines->size() >= number ? lines->at(number - 1) : QString();
-        };
+        const auto line
+            = [&](int number) { return lines->size() >= number ? lines->at(number - 1) : QString(); };
         if (!line(1).trimmed().isEmpty()) {
             state.MasterDatabaseFolder = line(1);
         }
@@ -243,8 +245,8 @@ void Startup::readParcelStoreVersion()
     // store cannot be opened the number read from sblversion.txt stands, and
     // the parcel screens report the store when they open it.
     store::StoreStatus status;
-    const std::unique_ptr<store::Recordset> parcels =
-        store::openRecordsetAt(session().ParcelDatabasePath, QStringLiteral("Select * from SBL"), &status);
+    const std::unique_ptr<store::Recordset> parcels
+        = store::openRecordsetAt(session().ParcelDatabasePath, QStringLiteral("Select * from SBL"), &status);
     if (parcels) {
         session().ParcelStoreVersion = parcels->fieldCount();
     }
@@ -262,8 +264,8 @@ void Startup::readBrowserFile()
     }
     Session& state = session();
     state.LocalGisLink = lines->value(0);
-    state.UseDefaultBrowser =
-        lines->value(1).trimmed() == QLatin1String("F") ? QStringLiteral("F") : QStringLiteral("T");
+    state.UseDefaultBrowser
+        = lines->value(1).trimmed() == QLatin1String("F") ? QStringLiteral("F") : QStringLiteral("T");
 }
 
 } // namespace pvardo::app

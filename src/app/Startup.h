@@ -4,7 +4,6 @@
 #include "app/StartupHost.h"
 
 #include <QString>
-
 #include <memory>
 
 namespace pvardo::app {
@@ -26,7 +25,8 @@ public:
     bool run();
 
     // What the steps found, for the screens that come later and for tests.
-    struct Findings {
+    struct Findings
+    {
         bool secondInstance = false;
         bool settingsInFilesAsked = false; // w7.txt asked for settings kept in files
         bool updaterReplaced = false;

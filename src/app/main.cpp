@@ -1,9 +1,8 @@
 #include "app/ProgramFolder.h"
 #include "app/Startup.h"
 #include "app/screens/WidgetStartupHost.h"
-#include "ui/WidgetPromptService.h"
-
 #include "common/PromptService.h"
+#include "ui/WidgetPromptService.h"
 
 #include <QApplication>
 

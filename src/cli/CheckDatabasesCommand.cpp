@@ -19,8 +19,8 @@ int runCheckDatabases(CommandContext& context)
         return ExitCode::BadUsage;
     }
     if (!QFileInfo(context.home).isDir()) {
-        context.err << "pvardo-admin check-databases: there is no folder " << QDir::toNativeSeparators(context.home)
-                    << Qt::endl;
+        context.err << "pvardo-admin check-databases: there is no folder "
+                    << QDir::toNativeSeparators(context.home) << Qt::endl;
         return ExitCode::BadUsage;
     }
     if (!QFileInfo(joinPath(context.home, QStringLiteral("\\wrk"))).isDir()) {
@@ -67,8 +67,7 @@ int runCheckDatabases(CommandContext& context)
 }
 
 const CommandRegistration registration{{"check-databases", "check-databases",
-                                        "check the database folder and replace missing seeded files", true,
-                                        &runCheckDatabases}};
+    "check the database folder and replace missing seeded files", true, &runCheckDatabases}};
 
 } // namespace
 

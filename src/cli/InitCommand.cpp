@@ -24,7 +24,8 @@ int runInit(CommandContext& context)
                 return ExitCode::BadUsage;
             }
         } else {
-            context.err << "usage: pvardo-admin --home DIR init [--demo] [--admin-password PASSWORD]" << Qt::endl;
+            context.err << "usage: pvardo-admin --home DIR init [--demo] [--admin-password PASSWORD]"
+                        << Qt::endl;
             return ExitCode::BadUsage;
         }
     }
@@ -53,7 +54,8 @@ int runInit(CommandContext& context)
         context.err << "What was made stays; run init again when the cause is removed." << Qt::endl;
         return ExitCode::Failed;
     }
-    context.out << (completing ? "Completed the installation in " : "Made the installation in ") << home << '\n';
+    context.out << (completing ? "Completed the installation in " : "Made the installation in ") << home
+                << '\n';
     if (installation.created().contains(QStringLiteral("Users.Set"))) {
         context.out << "Log on as " << admin::Installation::defaultAdminName() << " with the password "
                     << password.toUpper()
@@ -68,7 +70,7 @@ int runInit(CommandContext& context)
 }
 
 const CommandRegistration registration{{"init", "init [--demo] [--admin-password PW]",
-                                        "make (or complete) an installation folder", true, &runInit}};
+    "make (or complete) an installation folder", true, &runInit}};
 
 } // namespace
 

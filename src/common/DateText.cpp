@@ -4,7 +4,6 @@
 #include "common/Session.h"
 
 #include <QRegularExpression>
-
 #include <cmath>
 #include <cstdlib>
 
@@ -36,15 +35,16 @@ int windowedYear(int year, int digits)
 
 int monthOfName(const QString& name)
 {
-    static const char* const names[] = {"january", "february", "march",     "april",   "may",      "june",
-                                        "july",    "august",   "september", "october", "november", "december"};
+    static const char* const names[] = {"january", "february", "march", "april", "may", "june", "july",
+        "august", "september", "october", "november", "december"};
     const QString lower = name.toLower();
     if (lower.size() < 3) {
         return 0;
     }
     for (int month = 1; month <= 12; ++month) {
         const QString full = QString::fromLatin1(names[month - 1]);
-        if (full == lower || (lower.size() == 3 && full.startsWith(lower)) || (lower == QLatin1String("sept") && month == 9)) {
+        if (full == lower || (lower.size() == 3 && full.startsWith(lower))
+            || (lower == QLatin1String("sept") && month == 9)) {
             return month;
         }
     }
@@ -103,8 +103,8 @@ QString MoneyText(double value, int width)
             }
         }
         const bool negative = value < 0 && cents != 0;
-        text = (negative ? QStringLiteral("-$") : QStringLiteral("$")) + whole + QLatin1Char('.') +
-               QString::number(rest).rightJustified(2, QLatin1Char('0'));
+        text = (negative ? QStringLiteral("-$") : QStringLiteral("$")) + whole + QLatin1Char('.')
+            + QString::number(rest).rightJustified(2, QLatin1Char('0'));
     }
     if (width > 0 && text.size() < width) {
         text = text.rightJustified(width, QLatin1Char(' '));
@@ -118,9 +118,9 @@ QString TimeText(const QTime& time)
         return {};
     }
     const int hour12 = time.hour() % 12 == 0 ? 12 : time.hour() % 12;
-    return QString::number(hour12).rightJustified(2, QLatin1Char('0')) + QLatin1Char(':') +
-           QString::number(time.minute()).rightJustified(2, QLatin1Char('0')) +
-           (time.hour() < 12 ? QStringLiteral(" AM") : QStringLiteral(" PM"));
+    return QString::number(hour12).rightJustified(2, QLatin1Char('0')) + QLatin1Char(':')
+        + QString::number(time.minute()).rightJustified(2, QLatin1Char('0'))
+        + (time.hour() < 12 ? QStringLiteral(" AM") : QStringLiteral(" PM"));
 }
 
 QString TimeText(const QDateTime& when)
@@ -155,7 +155,7 @@ QString TimeText(const QVariant& value)
             return TimeText(stamp.time());
         }
         static const char* const forms[] = {"H:mm", "H:mm:ss", "h:mm AP", "h:mm:ss AP", "h:mmAP", "h:mm ap",
-                                            "h:mm:ss ap", "h:mmap", "h AP", "hAP"};
+            "h:mm:ss ap", "h:mmap", "h AP", "hAP"};
         for (const char* form : forms) {
             const QTime time = QTime::fromString(text, QString::fromLatin1(form));
             if (time.isValid()) {
@@ -201,7 +201,8 @@ QDate ReadDateText(const QString& text)
     }
     // Typed forms: 5/3/2011, 5-3-11, 05/03/2011 10:15 AM, 5/3 (this year).
     static const QRegularExpression typed(
-        QStringLiteral("^(\\d{1,2})[/-](\\d{1,2})(?:[/-](\\d{1,4}))?(?:\\s+\\d{1,2}:\\d{2}(?::\\d{2})?(?:\\s*[AaPp][Mm])?)?$"));
+        QStringLiteral("^(\\d{1,2})[/-](\\d{1,2})(?:[/"
+                       "-](\\d{1,4}))?(?:\\s+\\d{1,2}:\\d{2}(?::\\d{2})?(?:\\s*[AaPp][Mm])?)?$"));
     match = typed.match(trimmed);
     if (match.hasMatch()) {
         int year = QDate::currentDate().year();
@@ -211,25 +212,27 @@ QDate ReadDateText(const QString& text)
         return QDate(year, match.captured(1).toInt(), match.captured(2).toInt());
     }
     // Written out: May 3, 2011 or 3 May 2011.
-    static const QRegularExpression monthFirst(QStringLiteral("^([A-Za-z]+)\\.?\\s+(\\d{1,2}),?\\s+(\\d{2,4})$"));
+    static const QRegularExpression monthFirst(
+        QStringLiteral("^([A-Za-z]+)\\.?\\s+(\\d{1,2}),?\\s+(\\d{2,4})$"));
     match = monthFirst.match(trimmed);
     if (match.hasMatch()) {
         const int month = monthOfName(match.captured(1));
         if (month == 0) {
             return {};
         }
-        return QDate(windowedYear(match.captured(3).toInt(), static_cast<int>(match.capturedLength(3))), month,
-                     match.captured(2).toInt());
+        return QDate(windowedYear(match.captured(3).toInt(), static_cast<int>(match.capturedLength(3))),
+            month, match.captured(2).toInt());
     }
-    static const QRegularExpression dayFirst(QStringLiteral("^(\\d{1,2})\\s+([A-Za-z]+)\\.?,?\\s+(\\d{2,4})$"));
+    static const QRegularExpression dayFirst(
+        QStringLiteral("^(\\d{1,2})\\s+([A-Za-z]+)\\.?,?\\s+(\\d{2,4})$"));
     match = dayFirst.match(trimmed);
     if (match.hasMatch()) {
         const int month = monthOfName(match.captured(2));
         if (month == 0) {
             return {};
         }
-        return QDate(windowedYear(match.captured(3).toInt(), static_cast<int>(match.capturedLength(3))), month,
-                     match.captured(1).toInt());
+        return QDate(windowedYear(match.captured(3).toInt(), static_cast<int>(match.capturedLength(3))),
+            month, match.captured(1).toInt());
     }
     return {};
 }
@@ -259,8 +262,8 @@ QString LongDateText(const QDate& date)
         suffix = QStringLiteral("th");
         break;
     }
-    return QString::number(day) + suffix + QStringLiteral(" day of ") + session().MonthNames.at(shown.month()) +
-           QStringLiteral(", ") + QString::number(shown.year()).rightJustified(4, QLatin1Char('0'));
+    return QString::number(day) + suffix + QStringLiteral(" day of ") + session().MonthNames.at(shown.month())
+        + QStringLiteral(", ") + QString::number(shown.year()).rightJustified(4, QLatin1Char('0'));
 }
 
 QString PadColumn(const QString& text, int width)
@@ -285,7 +288,8 @@ double Julianday(double day, double month, double year, double hour)
     }
     const double a = std::floor(year / 100.0);
     const double b = 2.0 - a + std::floor(a / 4.0);
-    return std::floor(365.25 * (year + 4716.0)) + std::floor(30.6001 * (month + 1.0)) + day + hour + b - 1524.5;
+    return std::floor(365.25 * (year + 4716.0)) + std::floor(30.6001 * (month + 1.0)) + day + hour + b
+        - 1524.5;
 }
 
 QString FirstSunday(int month, int year)

@@ -75,21 +75,20 @@ bool blockDeviceIsRemovable(const QString& device)
 
 enum class Kind { Unknown, Removable, Fixed, Network, Optical, Ram };
 
-Kind kindOf(const QString& device, const QString& type, const std::function<bool(const QString&)>& isRemovable)
+Kind kindOf(
+    const QString& device, const QString& type, const std::function<bool(const QString&)>& isRemovable)
 {
-    static const QStringList network = {
-        QStringLiteral("nfs"),         QStringLiteral("nfs4"),       QStringLiteral("cifs"),
-        QStringLiteral("smb3"),        QStringLiteral("smbfs"),      QStringLiteral("ncpfs"),
-        QStringLiteral("afs"),         QStringLiteral("ceph"),       QStringLiteral("glusterfs"),
-        QStringLiteral("9p"),          QStringLiteral("fuse.sshfs"), QStringLiteral("fuse.glusterfs"),
-        QStringLiteral("davfs"),       QStringLiteral("fuse.davfs"), QStringLiteral("fuse.rclone"),
-        QStringLiteral("fuse.s3fs")};
-    static const QStringList pseudo = {
-        QStringLiteral("proc"),    QStringLiteral("sysfs"),     QStringLiteral("devpts"),   QStringLiteral("cgroup"),
-        QStringLiteral("cgroup2"), QStringLiteral("securityfs"), QStringLiteral("debugfs"), QStringLiteral("tracefs"),
-        QStringLiteral("mqueue"),  QStringLiteral("pstore"),     QStringLiteral("bpf"),     QStringLiteral("configfs"),
-        QStringLiteral("fusectl"), QStringLiteral("hugetlbfs"),  QStringLiteral("autofs"),  QStringLiteral("binfmt_misc"),
-        QStringLiteral("efivarfs"), QStringLiteral("nsfs")};
+    static const QStringList network = {QStringLiteral("nfs"), QStringLiteral("nfs4"), QStringLiteral("cifs"),
+        QStringLiteral("smb3"), QStringLiteral("smbfs"), QStringLiteral("ncpfs"), QStringLiteral("afs"),
+        QStringLiteral("ceph"), QStringLiteral("glusterfs"), QStringLiteral("9p"),
+        QStringLiteral("fuse.sshfs"), QStringLiteral("fuse.glusterfs"), QStringLiteral("davfs"),
+        QStringLiteral("fuse.davfs"), QStringLiteral("fuse.rclone"), QStringLiteral("fuse.s3fs")};
+    static const QStringList pseudo = {QStringLiteral("proc"), QStringLiteral("sysfs"),
+        QStringLiteral("devpts"), QStringLiteral("cgroup"), QStringLiteral("cgroup2"),
+        QStringLiteral("securityfs"), QStringLiteral("debugfs"), QStringLiteral("tracefs"),
+        QStringLiteral("mqueue"), QStringLiteral("pstore"), QStringLiteral("bpf"), QStringLiteral("configfs"),
+        QStringLiteral("fusectl"), QStringLiteral("hugetlbfs"), QStringLiteral("autofs"),
+        QStringLiteral("binfmt_misc"), QStringLiteral("efivarfs"), QStringLiteral("nsfs")};
     if (network.contains(type)) {
         return Kind::Network;
     }
@@ -132,7 +131,7 @@ QString wordOf(Kind kind)
 namespace detail {
 
 QString driveKindText(const QString& absolutePath, const QString& mountTable,
-                      const std::function<bool(const QString& device)>& isRemovable)
+    const std::function<bool(const QString& device)>& isRemovable)
 {
     if (absolutePath.isEmpty()) {
         return wordOf(Kind::Unknown);

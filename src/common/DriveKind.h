@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-
 #include <functional>
 
 namespace pvardo {
@@ -24,7 +23,7 @@ namespace detail {
 // DriveKindText over a given mount table (the text of /proc/self/mounts) and a
 // test of whether a block device (e.g. "/dev/sdb1") is removable.
 QString driveKindText(const QString& absolutePath, const QString& mountTable,
-                      const std::function<bool(const QString& device)>& isRemovable);
+    const std::function<bool(const QString& device)>& isRemovable);
 } // namespace detail
 
 } // namespace pvardo

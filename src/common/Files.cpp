@@ -6,7 +6,6 @@
 
 #include <QDir>
 #include <QFile>
-
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -89,8 +88,8 @@ bool FileExistsWith(const QString& path, const OpenProbe& probe)
         prompt.title = QStringLiteral("Disk Error");
         prompt.icon = PromptIcon::Exclamation;
         prompt.buttons = PromptButtons::Ok;
-        prompt.text = QStringLiteral("Unexpected error: ") + QString::number(error.number) + QLatin1Char(' ') +
-                      error.description;
+        prompt.text = QStringLiteral("Unexpected error: ") + QString::number(error.number) + QLatin1Char(' ')
+            + error.description;
         switch (error.number) {
         case 70:
         case 75:
@@ -105,7 +104,8 @@ bool FileExistsWith(const QString& path, const OpenProbe& probe)
             prompt.buttons = PromptButtons::OkCancel;
             break;
         case 52:
-            prompt.text = QStringLiteral("The name ") + CutAtNul(path) + QStringLiteral(" is not a valid name.");
+            prompt.text
+                = QStringLiteral("The name ") + CutAtNul(path) + QStringLiteral(" is not a valid name.");
             break;
         default:
             break;

@@ -6,7 +6,6 @@
 
 #include <QByteArray>
 #include <QString>
-
 #include <functional>
 
 namespace pvardo {
@@ -30,7 +29,8 @@ bool FileExists(const QString& path);
 // denied, 75 path/file access error, 71 disk not ready, 52 bad file name,
 // 57 device I/O error, 67 too many files; another failure 1000 plus the
 // system's error number.
-struct FileError {
+struct FileError
+{
     int number = 0;
     QString description;
 };

@@ -33,8 +33,8 @@ void setNormalPointer()
 
 bool isHourglass()
 {
-    return haveWindowSystem() && QGuiApplication::overrideCursor() != nullptr &&
-           QGuiApplication::overrideCursor()->shape() == Qt::WaitCursor;
+    return haveWindowSystem() && QGuiApplication::overrideCursor() != nullptr
+        && QGuiApplication::overrideCursor()->shape() == Qt::WaitCursor;
 }
 
 } // namespace pvardo

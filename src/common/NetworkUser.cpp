@@ -2,7 +2,6 @@
 
 #include <pwd.h>
 #include <unistd.h>
-
 #include <vector>
 
 namespace pvardo {
@@ -14,7 +13,8 @@ QString GetNetworkUser()
     std::vector<char> buffer(static_cast<std::size_t>(size > 0 ? size : 16384));
     passwd entry{};
     passwd* found = nullptr;
-    if (::getpwuid_r(::geteuid(), &entry, buffer.data(), buffer.size(), &found) == 0 && found && found->pw_name) {
+    if (::getpwuid_r(::geteuid(), &entry, buffer.data(), buffer.size(), &found) == 0 && found
+        && found->pw_name) {
         return QString::fromLocal8Bit(found->pw_name);
     }
     for (const char* name : {"USER", "LOGNAME"}) {

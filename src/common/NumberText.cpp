@@ -12,7 +12,8 @@ double LeadingNumber(const QString& text)
     QString compact;
     compact.reserve(text.size());
     for (const QChar c : text) {
-        if (c != QLatin1Char(' ') && c != QLatin1Char('\t') && c != QLatin1Char('\n') && c != QLatin1Char('\r')) {
+        if (c != QLatin1Char(' ') && c != QLatin1Char('\t') && c != QLatin1Char('\n')
+            && c != QLatin1Char('\r')) {
             compact.append(c);
         }
     }
@@ -41,8 +42,9 @@ double LeadingNumber(const QString& text)
     if (!anyDigit) {
         return 0.0;
     }
-    if (i < n && (compact.at(i) == QLatin1Char('e') || compact.at(i) == QLatin1Char('E') ||
-                  compact.at(i) == QLatin1Char('d') || compact.at(i) == QLatin1Char('D'))) {
+    if (i < n
+        && (compact.at(i) == QLatin1Char('e') || compact.at(i) == QLatin1Char('E')
+            || compact.at(i) == QLatin1Char('d') || compact.at(i) == QLatin1Char('D'))) {
         QString exponent = QStringLiteral("e");
         qsizetype j = i + 1;
         if (j < n && (compact.at(j) == QLatin1Char('+') || compact.at(j) == QLatin1Char('-'))) {

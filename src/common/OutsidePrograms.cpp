@@ -106,7 +106,8 @@ QUrl urlOfLink(const QString& link)
     if (scheme.match(trimmed).hasMatch()) {
         return QUrl(trimmed, QUrl::TolerantMode);
     }
-    if (trimmed.startsWith(QLatin1Char('/')) || trimmed.startsWith(QLatin1Char('.')) || QFileInfo::exists(trimmed)) {
+    if (trimmed.startsWith(QLatin1Char('/')) || trimmed.startsWith(QLatin1Char('.'))
+        || QFileInfo::exists(trimmed)) {
         return QUrl::fromLocalFile(QFileInfo(trimmed).absoluteFilePath());
     }
     return QUrl::fromUserInput(trimmed);
@@ -120,7 +121,8 @@ QString quoted(const QString& text)
 // Why a target could not be opened, in the office's numbers.
 int failureNumberOf(const QString& target, const QString& program)
 {
-    if (!target.left(4).toUpper().startsWith(QLatin1String("HTTP")) && !target.contains(QLatin1String("://"))) {
+    if (!target.left(4).toUpper().startsWith(QLatin1String("HTTP"))
+        && !target.contains(QLatin1String("://"))) {
         const QFileInfo info(target);
         if (!QFileInfo(info.absolutePath()).isDir()) {
             return 76;
@@ -166,7 +168,8 @@ QString defaultDesktopEntryFromLists(const QString& mimeType)
     for (const QString& folder : QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation)) {
         files << folder + QStringLiteral("/mimeapps.list");
     }
-    const QStringList applicationFolders = QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation);
+    const QStringList applicationFolders
+        = QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation);
     for (const QString& folder : applicationFolders) {
         files << folder + QStringLiteral("/mimeapps.list");
     }
@@ -210,9 +213,9 @@ QString programForMimeType(const QString& mimeType)
     if (program.isEmpty()) {
         program = programOfDesktopId(detail::defaultDesktopEntryFromLists(mimeType));
     }
-    if (program.isEmpty() && (mimeType == QLatin1String("text/html") ||
-                              mimeType == QLatin1String("x-scheme-handler/http") ||
-                              mimeType == QLatin1String("x-scheme-handler/https"))) {
+    if (program.isEmpty()
+        && (mimeType == QLatin1String("text/html") || mimeType == QLatin1String("x-scheme-handler/http")
+            || mimeType == QLatin1String("x-scheme-handler/https"))) {
         program = systemBrowser();
     }
     return program;
@@ -273,7 +276,8 @@ void OpenInBrowser(const QString& target)
         return;
     }
     if (!state.DefaultBrowserFound) {
-        showMessage(QStringLiteral("Your default browser does not exists. Please contact your administrator."));
+        showMessage(
+            QStringLiteral("Your default browser does not exists. Please contact your administrator."));
         EndProgram(0);
         return;
     }
@@ -301,17 +305,20 @@ void OpenInBrowser(const QString& target)
     const int number = failureNumberOf(target, program);
     switch (number) {
     case 76:
-        showMessage(QStringLiteral("The path for ") + target + QStringLiteral(" cannot be found. Check parameter passed."));
+        showMessage(QStringLiteral("The path for ") + target
+            + QStringLiteral(" cannot be found. Check parameter passed."));
         break;
     case 75:
-        showMessage(QStringLiteral("You do not have permission to access ") + target +
-                    QStringLiteral(". It may be used or you have no executable rights."));
+        showMessage(QStringLiteral("You do not have permission to access ") + target
+            + QStringLiteral(". It may be used or you have no executable rights."));
         break;
     case 53:
-        showMessage(QStringLiteral("The file ") + target + QStringLiteral(" cannot be found. Check parameter passed."));
+        showMessage(QStringLiteral("The file ") + target
+            + QStringLiteral(" cannot be found. Check parameter passed."));
         break;
     default:
-        showMessage(target + QStringLiteral(" generates error ") + QString::number(number) + QLatin1Char('.'));
+        showMessage(
+            target + QStringLiteral(" generates error ") + QString::number(number) + QLatin1Char('.'));
         break;
     }
     EndProgram(0);

@@ -13,8 +13,8 @@ void setScreenOpen(int entry, bool open)
 
 bool isScreenOpen(int entry)
 {
-    return entry >= 0 && entry < static_cast<int>(session().ScreenOpen.size()) &&
-           session().ScreenOpen[static_cast<std::size_t>(entry)];
+    return entry >= 0 && entry < static_cast<int>(session().ScreenOpen.size())
+        && session().ScreenOpen[static_cast<std::size_t>(entry)];
 }
 
 bool AnyScreenOpen()

@@ -9,7 +9,6 @@
 #include <QFileInfo>
 #include <QSaveFile>
 #include <QThread>
-
 #include <sqlite3.h>
 
 namespace pvardo {
@@ -19,7 +18,8 @@ namespace {
 // How long a copy waits for another workstation that holds a database busy.
 constexpr qint64 busyPatienceMs = 15000;
 
-struct CopyRun {
+struct CopyRun
+{
     int flags = 0;
     int result = ShellResult::Success;
     QString error;
@@ -102,8 +102,8 @@ bool askToReplace(const QString& target)
 {
     Prompt prompt;
     prompt.title = QStringLiteral(" Confirm File Replace");
-    prompt.text = QStringLiteral("This folder already contains a file named '") + QFileInfo(target).fileName() +
-                  QStringLiteral("'. Would you like to replace the existing file?");
+    prompt.text = QStringLiteral("This folder already contains a file named '") + QFileInfo(target).fileName()
+        + QStringLiteral("'. Would you like to replace the existing file?");
     prompt.buttons = PromptButtons::YesNoCancel;
     prompt.icon = PromptIcon::Question;
     const PromptAnswer answer = prompts().message(prompt);
@@ -145,9 +145,9 @@ void copyFolder(const QString& from, const QString& to, CopyRun& run)
         return;
     }
     const QDir source(from);
-    const QFileInfoList entries =
-        source.entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System,
-                             QDir::Name | QDir::DirsFirst);
+    const QFileInfoList entries
+        = source.entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System,
+            QDir::Name | QDir::DirsFirst);
     for (const QFileInfo& entry : entries) {
         if (run.cancelled) {
             return;
@@ -164,7 +164,8 @@ void copyFolder(const QString& from, const QString& to, CopyRun& run)
     }
 }
 
-struct DatabaseHandle {
+struct DatabaseHandle
+{
     sqlite3* db = nullptr;
     ~DatabaseHandle()
     {
@@ -191,8 +192,8 @@ bool copyDatabaseFile(const QString& from, const QString& to, QString* error)
     // Opened for writing as any reader of the office is: a journal left by a
     // workstation that stopped half-way through a write is rolled back first,
     // so the copy holds the last committed state.
-    if (sqlite3_open_v2(QFile::encodeName(from).constData(), &source.db, SQLITE_OPEN_READWRITE, nullptr) !=
-        SQLITE_OK) {
+    if (sqlite3_open_v2(QFile::encodeName(from).constData(), &source.db, SQLITE_OPEN_READWRITE, nullptr)
+        != SQLITE_OK) {
         setError(from + QStringLiteral(": ") + QString::fromUtf8(sqlite3_errmsg(source.db)));
         return false;
     }
@@ -201,14 +202,15 @@ bool copyDatabaseFile(const QString& from, const QString& to, QString* error)
     // The copy goes to a temporary file beside the target and is renamed over
     // it only when complete.
     const QFileInfo targetInfo(to);
-    const QString temporary = targetInfo.absolutePath() + QStringLiteral("/.") + targetInfo.fileName() +
-                              QStringLiteral(".copy-") + QString::number(QCoreApplication::applicationPid());
+    const QString temporary = targetInfo.absolutePath() + QStringLiteral("/.") + targetInfo.fileName()
+        + QStringLiteral(".copy-") + QString::number(QCoreApplication::applicationPid());
     QFile::remove(temporary);
     bool done = false;
     {
         DatabaseHandle target;
         if (sqlite3_open_v2(QFile::encodeName(temporary).constData(), &target.db,
-                            SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr) != SQLITE_OK) {
+                SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr)
+            != SQLITE_OK) {
             setError(to + QStringLiteral(": ") + QString::fromUtf8(sqlite3_errmsg(target.db)));
             QFile::remove(temporary);
             return false;
@@ -278,13 +280,17 @@ int ShellCopy(ShellOperation operation, const QString& from, const QString& to, 
         if (destination.isDir()) {
             target = QDir(to).filePath(source.fileName());
         } else if (!QDir().mkpath(destination.absolutePath())) {
-            run.fail(ShellResult::BadDestination, QStringLiteral("Cannot make the folder ") + destination.absolutePath());
+            run.fail(ShellResult::BadDestination,
+                QStringLiteral("Cannot make the folder ") + destination.absolutePath());
         }
         if (run.result == ShellResult::Success) {
-            if (QDir::cleanPath(source.absoluteFilePath()) == QDir::cleanPath(QFileInfo(target).absoluteFilePath()) ||
-                (source.isDir() && QDir::cleanPath(QFileInfo(target).absoluteFilePath())
-                                       .startsWith(QDir::cleanPath(source.absoluteFilePath()) + QLatin1Char('/')))) {
-                run.fail(ShellResult::BadDestination, QStringLiteral("The destination is inside the source."));
+            if (QDir::cleanPath(source.absoluteFilePath())
+                    == QDir::cleanPath(QFileInfo(target).absoluteFilePath())
+                || (source.isDir()
+                    && QDir::cleanPath(QFileInfo(target).absoluteFilePath())
+                           .startsWith(QDir::cleanPath(source.absoluteFilePath()) + QLatin1Char('/')))) {
+                run.fail(
+                    ShellResult::BadDestination, QStringLiteral("The destination is inside the source."));
             } else if (source.isDir()) {
                 copyFolder(source.absoluteFilePath(), target, run);
             } else {

@@ -11,7 +11,7 @@ enum class ShellOperation {
 
 // Flags of ShellCopy, with the values the office's backup passes (0x210).
 namespace ShellFlags {
-constexpr int Silent = 0x0004;         // no progress (there is none here anyway)
+constexpr int Silent = 0x0004; // no progress (there is none here anyway)
 constexpr int NoConfirmation = 0x0010; // replace existing files without asking
 constexpr int NoConfirmMkdir = 0x0200; // make missing folders without asking
 } // namespace ShellFlags
@@ -19,10 +19,10 @@ constexpr int NoConfirmMkdir = 0x0200; // make missing folders without asking
 // Results of ShellCopy; 0 is success.
 namespace ShellResult {
 constexpr int Success = 0;
-constexpr int Cancelled = 0x75;       // the user declined to replace a file
-constexpr int SourceMissing = 0x7C;   // nothing to copy at the source
-constexpr int Unsupported = 0x78;     // an operation other than a copy
-constexpr int CopyFailed = 0x402;     // a file could not be read or written
+constexpr int Cancelled = 0x75; // the user declined to replace a file
+constexpr int SourceMissing = 0x7C; // nothing to copy at the source
+constexpr int Unsupported = 0x78; // an operation other than a copy
+constexpr int CopyFailed = 0x402; // a file could not be read or written
 constexpr int BadDestination = 0x10000 | 0x74; // the destination cannot be made or written
 } // namespace ShellResult
 
@@ -41,8 +41,8 @@ constexpr int BadDestination = 0x10000 | 0x74; // the destination cannot be made
 // Without ShellFlags::NoConfirmation, replacing an existing file is asked
 // through the prompt service. A file that fails does not stop the others;
 // the result is then the failure's number, with its reason in `error`.
-int ShellCopy(ShellOperation operation, const QString& from, const QString& to, int flags,
-              QString* error = nullptr);
+int ShellCopy(
+    ShellOperation operation, const QString& from, const QString& to, int flags, QString* error = nullptr);
 
 // Copies one SQLite database file through the online backup into `to`, whole
 // or not at all; gives false with a reason.

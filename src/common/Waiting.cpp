@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QThread>
 #include <QTime>
-
 #include <cmath>
 
 namespace pvardo {

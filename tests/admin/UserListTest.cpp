@@ -1,9 +1,9 @@
-#include "admin/ScrambleText.h"
 #include "admin/UserList.h"
+
+#include "admin/ScrambleText.h"
 
 #include <QFile>
 #include <QTemporaryDir>
-
 #include <gtest/gtest.h>
 
 using namespace pvardo::admin;
@@ -14,7 +14,7 @@ TEST(ScrambleText, SampleAndRoundTrip)
     EXPECT_EQ(ScrambleText(QStringLiteral("ab")), QStringLiteral(":>"));
     EXPECT_EQ(ScrambleText(QStringLiteral(":>")), QStringLiteral("ab"));
     for (const QString& text : {QStringLiteral("ADMIN"), QStringLiteral("Planning Board 2012"), QString(),
-                                QStringLiteral("caf\u00e9")}) {
+             QStringLiteral("caf\u00e9")}) {
         const QString scrambled = ScrambleText(text);
         EXPECT_EQ(ScrambleText(scrambled), text);
         for (const QChar c : scrambled) {
@@ -29,8 +29,8 @@ TEST(UserList, WritesAndReadsBack)
     const QString path = dir.filePath(QStringLiteral("Users.Set"));
     UserList users;
     users.entries = {{QStringLiteral("ADMIN"), QStringLiteral("PLANNING"), QStringLiteral("ADMIN")},
-                     {QStringLiteral("CLERK"), QStringLiteral("Hudson"), QStringLiteral("MEMBER")},
-                     {QStringLiteral("VIEWER"), QStringLiteral("look"), QStringLiteral("USER")}};
+        {QStringLiteral("CLERK"), QStringLiteral("Hudson"), QStringLiteral("MEMBER")},
+        {QStringLiteral("VIEWER"), QStringLiteral("look"), QStringLiteral("USER")}};
     QString error;
     ASSERT_TRUE(users.write(path, &error)) << error.toStdString();
     QFile file(path);
@@ -54,8 +54,10 @@ TEST(UserList, ReadsCrlfAndSkipsBrokenLines)
     const QString admin = ScrambleText(QStringLiteral("ADMIN"));
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("2\r\n" + (admin + QLatin1Char(',') + ScrambleText(QStringLiteral("PW")) + QLatin1Char(',') + admin).toLatin1() +
-               "\r\nnot,a line with four,fields,here\r\n");
+    file.write("2\r\n"
+        + (admin + QLatin1Char(',') + ScrambleText(QStringLiteral("PW")) + QLatin1Char(',') + admin)
+              .toLatin1()
+        + "\r\nnot,a line with four,fields,here\r\n");
     file.close();
     QStringList problems;
     const auto read = UserList::read(path, nullptr, &problems);
@@ -73,7 +75,8 @@ TEST(UserList, RefusesWhatCouldNotBeReadBack)
     good.entries = {{QStringLiteral("ADMIN"), QStringLiteral("PLANNING"), QStringLiteral("ADMIN")}};
     ASSERT_TRUE(good.write(path));
 
-    const struct {
+    const struct
+    {
         const char* name;
         QString password;
     } cases[] = {

@@ -1,12 +1,11 @@
-#include "StartupFixtures.h"
-
 #include "app/ExitApp.h"
+
+#include "StartupFixtures.h"
 #include "app/screens/StandInWindow.h"
 #include "support/ScriptedPrompts.h"
 
 #include <QAction>
 #include <QTemporaryDir>
-
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -32,7 +31,8 @@ private:
 
 TEST(ExitApp, WritesTheVersionAndFollowsTheBackupMode)
 {
-    const struct {
+    const struct
+    {
         int mode;
         std::optional<PromptAnswer> answer; // the backup question, when asked
         bool backedUp;
@@ -45,7 +45,8 @@ TEST(ExitApp, WritesTheVersionAndFollowsTheBackupMode)
     for (const auto& c : cases) {
         scriptedPrompts().clear();
         QTemporaryDir dir;
-        writeLines(dir.filePath(QStringLiteral("sblversion.txt")), {QStringLiteral("13"), QStringLiteral("junk")});
+        writeLines(
+            dir.filePath(QStringLiteral("sblversion.txt")), {QStringLiteral("13"), QStringLiteral("junk")});
         session().DatabaseFolder = dir.path();
         session().ParcelStoreVersion = 18;
         session().BackupMode = c.mode;
@@ -63,7 +64,8 @@ TEST(ExitApp, WritesTheVersionAndFollowsTheBackupMode)
             ASSERT_EQ(scriptedPrompts().shown().size(), 1);
             const Prompt& question = scriptedPrompts().shown().constFirst();
             EXPECT_EQ(question.title, QStringLiteral(" Backup database"));
-            EXPECT_EQ(question.text, QStringLiteral("Do you want to backup your database?    \nClick 'Yes' to backup."));
+            EXPECT_EQ(question.text,
+                QStringLiteral("Do you want to backup your database?    \nClick 'Yes' to backup."));
             EXPECT_EQ(question.buttons, PromptButtons::YesNo);
         } else {
             EXPECT_TRUE(scriptedPrompts().shown().isEmpty()) << c.mode;

@@ -52,7 +52,10 @@ public:
 class WorkingFolderKeeper
 {
 public:
-    WorkingFolderKeeper() : m_folder(QDir::currentPath()) {}
+    WorkingFolderKeeper()
+        : m_folder(QDir::currentPath())
+    {
+    }
     ~WorkingFolderKeeper() { QDir::setCurrent(m_folder); }
 
 private:

@@ -1,7 +1,7 @@
-#include "StartupFixtures.h"
-
-#include "app/InstanceGuard.h"
 #include "app/Startup.h"
+
+#include "StartupFixtures.h"
+#include "app/InstanceGuard.h"
 #include "common/NetworkUser.h"
 #include "common/Waiting.h"
 #include "store/Recordset.h"
@@ -9,7 +9,6 @@
 #include "support/TestInstallation.h"
 
 #include <QSignalSpy>
-
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -20,9 +19,9 @@ namespace {
 QStringList settingsLines(const QString& databaseFolder)
 {
     return {databaseFolder, QString(), QString(), QString(), QString(), QString(), QString(),
-            QStringLiteral("2"), QStringLiteral("False"), QStringLiteral("12"), QStringLiteral("Times New Roman"),
-            QStringLiteral("NYS Fire Prevention & Bldg Code"), QStringLiteral("Building and Zoning Codes"),
-            QStringLiteral("0")};
+        QStringLiteral("2"), QStringLiteral("False"), QStringLiteral("12"), QStringLiteral("Times New Roman"),
+        QStringLiteral("NYS Fire Prevention & Bldg Code"), QStringLiteral("Building and Zoning Codes"),
+        QStringLiteral("0")};
 }
 
 int fieldCountOf(const QString& path)
@@ -45,7 +44,8 @@ TEST(Startup, RunsEveryStepToTheMainWindow)
     writeLines(installation.path(QStringLiteral("Updater1")), {QStringLiteral("new updater")});
     writeLines(installation.path(QStringLiteral("updated.fl")), {QStringLiteral("1")});
     writeLines(installation.path(QStringLiteral("w7.txt")), {QStringLiteral(" 1 ")});
-    writeLines(installation.path(QStringLiteral("browser.txt")), {QStringLiteral("http://gis.town.local/map"), QString()});
+    writeLines(installation.path(QStringLiteral("browser.txt")),
+        {QStringLiteral("http://gis.town.local/map"), QString()});
 
     RecordingHost host;
     app::Startup startup(host, installation.programFolder());
@@ -53,9 +53,10 @@ TEST(Startup, RunsEveryStepToTheMainWindow)
     ASSERT_TRUE(startup.run());
 
     EXPECT_EQ(end.calls(), 0);
-    EXPECT_EQ(host.calls, QStringList({QStringLiteral("splash"), QStringLiteral("close splash"), QStringLiteral("log-on"),
-                                       QStringLiteral("wait notice"), QStringLiteral("close wait notice"),
-                                       QStringLiteral("main window")}));
+    EXPECT_EQ(host.calls,
+        QStringList({QStringLiteral("splash"), QStringLiteral("close splash"), QStringLiteral("log-on"),
+            QStringLiteral("wait notice"), QStringLiteral("close wait notice"),
+            QStringLiteral("main window")}));
     // The files of the program folder.
     EXPECT_FALSE(QFile::exists(installation.path(QStringLiteral("session.log"))));
     EXPECT_FALSE(QFile::exists(installation.path(QStringLiteral("Updater1"))));
@@ -100,11 +101,12 @@ TEST(Startup, UpdaterIsPutInPlaceEvenWithoutAnOldOne)
 
 TEST(Startup, W7AsksForSettingsInFilesOnlyWithAOne)
 {
-    const struct {
+    const struct
+    {
         const char* content; // nullptr: no file
         bool asks;
-    } cases[] = {{" 1 \n", true}, {"1", true}, {"1\nsomething\n", true}, {"2\n", false},
-                 {"\n1\n", false}, {"", false}, {nullptr, false}};
+    } cases[] = {{" 1 \n", true}, {"1", true}, {"1\nsomething\n", true}, {"2\n", false}, {"\n1\n", false},
+        {"", false}, {nullptr, false}};
     for (const auto& c : cases) {
         QTemporaryDir dir;
         if (c.content) {
@@ -112,13 +114,15 @@ TEST(Startup, W7AsksForSettingsInFilesOnlyWithAOne)
             ASSERT_TRUE(file.open(QIODevice::WriteOnly));
             file.write(c.content);
         }
-        EXPECT_EQ(app::Startup::w7AsksForSettingsInFiles(dir.path()), c.asks) << (c.content ? c.content : "(none)");
+        EXPECT_EQ(app::Startup::w7AsksForSettingsInFiles(dir.path()), c.asks)
+            << (c.content ? c.content : "(none)");
     }
 }
 
 TEST(Startup, BrowserFileDecidesTheBrowser)
 {
-    const struct {
+    const struct
+    {
         QStringList lines;
         bool present;
         const char* link;
@@ -140,7 +144,8 @@ TEST(Startup, BrowserFileDecidesTheBrowser)
         RecordingHost host;
         app::Startup startup(host, installation.programFolder());
         startup.readBrowserFile();
-        EXPECT_EQ(session().LocalGisLink, QString::fromUtf8(c.link)) << c.lines.join(QLatin1Char('|')).toStdString();
+        EXPECT_EQ(session().LocalGisLink, QString::fromUtf8(c.link))
+            << c.lines.join(QLatin1Char('|')).toStdString();
         EXPECT_EQ(session().UseDefaultBrowser, QString::fromUtf8(c.useDefault))
             << c.lines.join(QLatin1Char('|')).toStdString();
     }
@@ -195,7 +200,7 @@ TEST(Startup, ANamedFolderWithoutDatabasesFallsBackWithTheParcelStore)
     TestInstallation installation;
     WorkingFolderKeeper keeper;
     writeLines(installation.path(QStringLiteral("PVardo.ini")),
-               settingsLines(installation.programFolder() + QStringLiteral("/no/such/folder")));
+        settingsLines(installation.programFolder() + QStringLiteral("/no/such/folder")));
     RecordingHost host;
     app::Startup startup(host, installation.programFolder());
     ASSERT_TRUE(startup.run());

@@ -11,14 +11,14 @@
 #include <QDir>
 #include <QProcess>
 #include <QTemporaryDir>
-
 #include <gtest/gtest.h>
 
 using namespace pvardo;
 
 namespace {
 
-struct AdminRun {
+struct AdminRun
+{
     int code = -1;
     QString out;
     QString err;
@@ -46,17 +46,17 @@ AdminRun runAdmin(const QStringList& arguments)
 class QuietHost final : public app::StartupHost
 {
 public:
-    void showSplash() override {}
-    void closeSplash() override {}
+    void showSplash() override { }
+    void closeSplash() override { }
     bool logOn() override
     {
         session().LoggedIn = true;
         return true;
     }
-    void showWaitNotice() override {}
-    void closeWaitNotice() override {}
+    void showWaitNotice() override { }
+    void closeWaitNotice() override { }
     void showMainWindow() override { mainWindowShown = true; }
-    void bringToFront() override {}
+    void bringToFront() override { }
     bool mainWindowShown = false;
 };
 
@@ -79,19 +79,18 @@ TEST(InitCommand, MakesACompleteInstallationThatStarts)
     ASSERT_TRUE(users.has_value());
     ASSERT_EQ(users->entries.size(), 1);
     EXPECT_EQ(users->entries.first(),
-              (admin::UserEntry{QStringLiteral("ADMIN"), QStringLiteral("PLANNING"), QStringLiteral("ADMIN")}));
+        (admin::UserEntry{QStringLiteral("ADMIN"), QStringLiteral("PLANNING"), QStringLiteral("ADMIN")}));
 
     // Every database file, empty, with its table.
     for (const store::TableDef& table : store::allTables()) {
         const QString file = QString::fromLatin1(table.fileName);
         // sbl.db holds the older parcel table; the newer one waits in wrk/.
-        const bool inDatabases = table.id != store::Table::SBL18 &&
-                                 (store::databaseFileNames().contains(file) || table.seeded);
+        const bool inDatabases
+            = table.id != store::Table::SBL18 && (store::databaseFileNames().contains(file) || table.seeded);
         if (inDatabases) {
             store::StoreStatus status;
             const auto rows = store::openRecordsetAt(home + QStringLiteral("/databases/") + file,
-                                                     QStringLiteral("Select * from ") + QLatin1String(table.tableName),
-                                                     &status);
+                QStringLiteral("Select * from ") + QLatin1String(table.tableName), &status);
             ASSERT_TRUE(rows) << file.toStdString() << ": " << status.description.toStdString();
             EXPECT_EQ(rows->RecordCount(), 0) << file.toStdString();
         }
@@ -100,14 +99,16 @@ TEST(InitCommand, MakesACompleteInstallationThatStarts)
         }
     }
     EXPECT_FALSE(QFile::exists(home + QStringLiteral("/databases/sbl18.db")));
-    EXPECT_EQ(QDir(home + QStringLiteral("/databases")).entryList({QStringLiteral("*.db")}, QDir::Files).size(),
-              store::databaseFileNames().size() + 3);
+    EXPECT_EQ(
+        QDir(home + QStringLiteral("/databases")).entryList({QStringLiteral("*.db")}, QDir::Files).size(),
+        store::databaseFileNames().size() + 3);
     QFile header(home + QStringLiteral("/forms/gTitle.rtf"));
     ASSERT_TRUE(header.open(QIODevice::ReadOnly));
     EXPECT_TRUE(header.readAll().startsWith("{\\rtf1"));
     EXPECT_TRUE(QFileInfo(home + QStringLiteral("/labels")).isDir());
     EXPECT_TRUE(QFileInfo(home + QStringLiteral("/settings")).isDir());
-    EXPECT_EQ(readTextLines(home + QStringLiteral("/def.txt"))->value(0), home + QStringLiteral("/databases"));
+    EXPECT_EQ(
+        readTextLines(home + QStringLiteral("/def.txt"))->value(0), home + QStringLiteral("/databases"));
 
     // The program starts on it without a word about missing databases.
     const QString workingFolder = QDir::currentPath();
@@ -132,11 +133,13 @@ TEST(InitCommand, CompletesAnInstallationWithoutReplacingItsFiles)
     QFile::remove(home + QStringLiteral("/databases/bonds.db"));
     QDir(home + QStringLiteral("/labels")).removeRecursively();
 
-    const AdminRun run = runAdmin({QStringLiteral("--home"), home, QStringLiteral("init"), QStringLiteral("--demo")});
+    const AdminRun run
+        = runAdmin({QStringLiteral("--home"), home, QStringLiteral("init"), QStringLiteral("--demo")});
     ASSERT_EQ(run.code, 0) << run.err.toStdString();
     EXPECT_TRUE(run.out.startsWith(QLatin1String("Completed the installation")));
     EXPECT_FALSE(run.out.contains(QLatin1String("password")));
-    EXPECT_EQ(readTextLines(home + QStringLiteral("/PVardo.ini"))->value(1), QStringLiteral("Town of Example"));
+    EXPECT_EQ(
+        readTextLines(home + QStringLiteral("/PVardo.ini"))->value(1), QStringLiteral("Town of Example"));
     EXPECT_TRUE(QFile::exists(home + QStringLiteral("/databases/bonds.db")));
     EXPECT_TRUE(QFileInfo(home + QStringLiteral("/labels")).isDir());
 }
@@ -147,15 +150,19 @@ TEST(InitCommand, RefusesFoldersItCannotUse)
     QFile other(dir.filePath(QStringLiteral("letter.txt")));
     ASSERT_TRUE(other.open(QIODevice::WriteOnly));
     other.close();
-    const struct {
+    const struct
+    {
         QStringList arguments;
         const char* says;
     } cases[] = {
         {{QStringLiteral("--home"), dir.path(), QStringLiteral("init")}, "is not empty"},
-        {{QStringLiteral("--home"), dir.filePath(QStringLiteral("letter.txt")), QStringLiteral("init")}, "is a file"},
-        {{QStringLiteral("--home"), QStringLiteral("/proc/pvardo-test"), QStringLiteral("init")}, "cannot be written"},
-        {{QStringLiteral("--home"), dir.filePath(QStringLiteral("new")), QStringLiteral("init"), QStringLiteral("--bogus")},
-         "usage"},
+        {{QStringLiteral("--home"), dir.filePath(QStringLiteral("letter.txt")), QStringLiteral("init")},
+            "is a file"},
+        {{QStringLiteral("--home"), QStringLiteral("/proc/pvardo-test"), QStringLiteral("init")},
+            "cannot be written"},
+        {{QStringLiteral("--home"), dir.filePath(QStringLiteral("new")), QStringLiteral("init"),
+             QStringLiteral("--bogus")},
+            "usage"},
         {{QStringLiteral("init")}, "needs the installation folder"},
     };
     for (const auto& c : cases) {
@@ -163,7 +170,8 @@ TEST(InitCommand, RefusesFoldersItCannotUse)
         EXPECT_EQ(run.code, 2) << c.arguments.join(QLatin1Char(' ')).toStdString();
         EXPECT_TRUE(run.err.contains(QLatin1String(c.says))) << run.err.toStdString();
     }
-    EXPECT_EQ(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{QStringLiteral("letter.txt")});
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+        QStringList{QStringLiteral("letter.txt")});
 }
 
 TEST(CheckDatabasesCommand, ReportsWhatItPutInPlace)
@@ -191,9 +199,11 @@ TEST(CheckDatabasesCommand, ReportsWhatItPutInPlace)
     ASSERT_TRUE(replaceTextLines(home + QStringLiteral("/PVardo.ini"), settings));
     run = runAdmin({QStringLiteral("--home"), home, QStringLiteral("check-databases")});
     EXPECT_EQ(run.code, 0);
-    EXPECT_TRUE(run.out.contains(QLatin1String("holds no database; the default folder was used"))) << run.out.toStdString();
+    EXPECT_TRUE(run.out.contains(QLatin1String("holds no database; the default folder was used")))
+        << run.out.toStdString();
 
-    run = runAdmin({QStringLiteral("--home"), dir.filePath(QStringLiteral("elsewhere")), QStringLiteral("check-databases")});
+    run = runAdmin({QStringLiteral("--home"), dir.filePath(QStringLiteral("elsewhere")),
+        QStringLiteral("check-databases")});
     EXPECT_EQ(run.code, 2);
     EXPECT_TRUE(run.err.contains(QLatin1String("is not an installation")));
 }

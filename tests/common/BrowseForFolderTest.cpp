@@ -1,9 +1,9 @@
-#include "support/ScriptedPrompts.h"
 #include "ui/BrowseForFolder.h"
+
+#include "support/ScriptedPrompts.h"
 
 #include <QFileDialog>
 #include <QTemporaryDir>
-
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -24,5 +24,6 @@ TEST(BrowseForFolder, GivesTheChosenFolderOrNothingOnCancel)
     });
     EXPECT_EQ(ui::BrowseForFolder(title), QDir::cleanPath(dir.path()));
     EXPECT_EQ(ui::BrowseForFolder(title), QString());
-    EXPECT_EQ(scriptedPrompts().dialogsRun(), QStringList({QStringLiteral("BrowseForFolder"), QStringLiteral("BrowseForFolder")}));
+    EXPECT_EQ(scriptedPrompts().dialogsRun(),
+        QStringList({QStringLiteral("BrowseForFolder"), QStringLiteral("BrowseForFolder")}));
 }

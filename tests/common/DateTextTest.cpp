@@ -1,4 +1,5 @@
 #include "common/DateText.h"
+
 #include "common/NumberText.h"
 #include "common/Session.h"
 
@@ -8,7 +9,8 @@ using namespace pvardo;
 
 namespace {
 
-struct TextCase {
+struct TextCase
+{
     const char* input;
     const char* expected;
 };
@@ -29,12 +31,12 @@ TEST_P(FixDateTextCases, GivesMonthDayAndPivotedYear)
     EXPECT_EQ(FixDateText(QString::fromUtf8(GetParam().input)), QString::fromUtf8(GetParam().expected));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    DateText, FixDateTextCases,
+INSTANTIATE_TEST_SUITE_P(DateText, FixDateTextCases,
     ::testing::Values(
         // The pivot: 27 and below are of the 2000s, 28 and up of the 1900s.
-        TextCase{"12/25/99", "12/25/1999"}, TextCase{"12/25/00", "12/25/2000"}, TextCase{"12/25/27", "12/25/2027"},
-        TextCase{"12/25/28", "12/25/1928"}, TextCase{"3/7/12", "03/07/2012"}, TextCase{"3-7-28", "03/07/1928"},
+        TextCase{"12/25/99", "12/25/1999"}, TextCase{"12/25/00", "12/25/2000"},
+        TextCase{"12/25/27", "12/25/2027"}, TextCase{"12/25/28", "12/25/1928"},
+        TextCase{"3/7/12", "03/07/2012"}, TextCase{"3-7-28", "03/07/1928"},
         // Four-digit years keep only their last two digits.
         TextCase{"3/7/1985", "03/07/1985"}, TextCase{"3/7/2031", "03/07/1931"},
         TextCase{"12/25/2027", "12/25/2027"},
@@ -47,7 +49,8 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(DateText, MoneyTextFormatsAndPadsInFront)
 {
-    const struct {
+    const struct
+    {
         double value;
         int width;
         const char* expected;
@@ -66,7 +69,8 @@ TEST(DateText, MoneyTextFormatsAndPadsInFront)
         {12.5, -4, "$12.50"},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(MoneyText(c.value, c.width), QString::fromUtf8(c.expected)) << c.value << " width " << c.width;
+        EXPECT_EQ(MoneyText(c.value, c.width), QString::fromUtf8(c.expected))
+            << c.value << " width " << c.width;
     }
 }
 
@@ -97,15 +101,21 @@ TEST(DateText, DateTextReadsADayNumber)
 
 TEST(DateText, LongDateKeepsTheLastDigitSuffixes)
 {
-    const struct {
+    const struct
+    {
         const char* input;
         const char* expected;
     } cases[] = {
-        {"5/3/2011", "3rd day of May, 2011"},   {"5/11/2011", "11st day of May, 2011"},
-        {"5/12/2011", "12nd day of May, 2011"}, {"5/13/2011", "13rd day of May, 2011"},
-        {"5/22/2011", "22nd day of May, 2011"}, {"5/21/2011", "21st day of May, 2011"},
-        {"5/4/2011", "4th day of May, 2011"},   {"2011-12-31", "31st day of December, 2011"},
-        {"March 1, 2012", "1st day of March, 2012"}, {"2/29/12", "29th day of February, 2012"},
+        {"5/3/2011", "3rd day of May, 2011"},
+        {"5/11/2011", "11st day of May, 2011"},
+        {"5/12/2011", "12nd day of May, 2011"},
+        {"5/13/2011", "13rd day of May, 2011"},
+        {"5/22/2011", "22nd day of May, 2011"},
+        {"5/21/2011", "21st day of May, 2011"},
+        {"5/4/2011", "4th day of May, 2011"},
+        {"2011-12-31", "31st day of December, 2011"},
+        {"March 1, 2012", "1st day of March, 2012"},
+        {"2/29/12", "29th day of February, 2012"},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(LongDateText(QString::fromUtf8(c.input)), QString::fromUtf8(c.expected)) << c.input;
@@ -131,7 +141,8 @@ TEST(DateText, PadColumnCutsOrFillsToTheWidth)
 
 TEST(DateText, CutAtNul)
 {
-    EXPECT_EQ(CutAtNul(QStringLiteral("C:\\TEMP") + QChar(u'\0') + QStringLiteral("junk")), QStringLiteral("C:\\TEMP"));
+    EXPECT_EQ(CutAtNul(QStringLiteral("C:\\TEMP") + QChar(u'\0') + QStringLiteral("junk")),
+        QStringLiteral("C:\\TEMP"));
     EXPECT_EQ(CutAtNul(QStringLiteral("plain")), QStringLiteral("plain"));
 }
 
@@ -140,11 +151,13 @@ TEST(DateText, JuliandayAndFirstSunday)
     // 1 January 2000 at noon is Julian day 2451545.
     EXPECT_DOUBLE_EQ(Julianday(1, 1, 2000, 0.5), 2451545.0);
     EXPECT_NEAR(Julianday(4, 10, 1957, 0.81), 2436116.31, 1e-6);
-    const struct {
+    const struct
+    {
         int month;
         int year;
         const char* sunday;
-    } cases[] = {{1, 2012, "1"}, {2, 2012, "5"}, {9, 2012, "2"}, {12, 2026, "6"}, {3, 2000, "5"}, {11, 2026, "1"}};
+    } cases[]
+        = {{1, 2012, "1"}, {2, 2012, "5"}, {9, 2012, "2"}, {12, 2026, "6"}, {3, 2000, "5"}, {11, 2026, "1"}};
     for (const auto& c : cases) {
         EXPECT_EQ(FirstSunday(c.month, c.year), QString::fromLatin1(c.sunday)) << c.month << '/' << c.year;
         const QDate date(c.year, c.month, QString::fromLatin1(c.sunday).toInt());

@@ -1,6 +1,6 @@
-#include "ScopedEnvironment.h"
-
 #include "common/Files.h"
+
+#include "ScopedEnvironment.h"
 #include "common/Session.h"
 #include "support/ScriptedPrompts.h"
 
@@ -8,13 +8,11 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTimer>
-
 #include <cerrno>
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <sys/file.h>
 #include <unistd.h>
-
-#include <gtest/gtest.h>
 
 using namespace pvardo;
 using pvardo::test::ScopedEnvironment;
@@ -55,7 +53,9 @@ TEST(FileExists, FileHeldByAnotherWorkstationCountsAsThere)
     const int fd = ::open(QFile::encodeName(file).constData(), O_RDWR);
     ASSERT_GE(fd, 0);
     ASSERT_EQ(::flock(fd, LOCK_EX | LOCK_NB), 0);
-    struct flock range {};
+    struct flock range
+    {
+    };
     range.l_type = F_WRLCK;
     range.l_whence = SEEK_SET;
     ASSERT_EQ(::fcntl(fd, F_SETLK, &range), 0);
@@ -90,25 +90,26 @@ TEST(FileExists, NameTooLongIsNotAValidName)
 
 TEST(FileExists, ErrorTable)
 {
-    const struct {
+    const struct
+    {
         int systemError;
         bool exists;
         const char* text; // nullptr: no message
         bool stop;
     } cases[] = {
-        {EACCES, true, nullptr, false},        // 75: held or closed to us
-        {ETXTBSY, true, nullptr, false},       // 70
-        {ENOENT, false, nullptr, false},       // 53
-        {ENOTDIR, false, nullptr, false},      // 76
-        {ENXIO, false, nullptr, false},        // 68
+        {EACCES, true, nullptr, false}, // 75: held or closed to us
+        {ETXTBSY, true, nullptr, false}, // 70
+        {ENOENT, false, nullptr, false}, // 53
+        {ENOTDIR, false, nullptr, false}, // 76
+        {ENXIO, false, nullptr, false}, // 68
         {EIO, false, "Unexpected error: 57 Device I/O error", true},
         {EMFILE, false, "Unexpected error: 67 Too many files", true},
     };
     for (const auto& c : cases) {
         scriptedPrompts().clear();
         session().StopFlag = false;
-        const bool exists =
-            detail::FileExistsWith(QStringLiteral("/x/y"), [&](const QByteArray&) { return c.systemError; });
+        const bool exists = detail::FileExistsWith(
+            QStringLiteral("/x/y"), [&](const QByteArray&) { return c.systemError; });
         EXPECT_EQ(exists, c.exists) << c.systemError;
         EXPECT_EQ(session().StopFlag, c.stop) << c.systemError;
         if (c.text) {
@@ -130,7 +131,8 @@ TEST(FileExists, DiskNotReadyRetriesOnOk)
     EXPECT_TRUE(detail::FileExistsWith(QStringLiteral("/media/stick/a.db"), mediumComesBack));
     EXPECT_EQ(calls, 3);
     ASSERT_EQ(scriptedPrompts().shown().size(), 2);
-    EXPECT_EQ(scriptedPrompts().shown().constFirst().text, QStringLiteral("Make sure the disk is in the drive."));
+    EXPECT_EQ(
+        scriptedPrompts().shown().constFirst().text, QStringLiteral("Make sure the disk is in the drive."));
     EXPECT_EQ(scriptedPrompts().shown().constFirst().buttons, PromptButtons::OkCancel);
     EXPECT_FALSE(session().StopFlag);
 }
@@ -138,7 +140,8 @@ TEST(FileExists, DiskNotReadyRetriesOnOk)
 TEST(FileExists, DiskNotReadyCancelledStops)
 {
     scriptedPrompts().answer(QStringLiteral("Make sure the disk"), PromptAnswer::Cancel);
-    EXPECT_FALSE(detail::FileExistsWith(QStringLiteral("/media/stick/a.db"), [](const QByteArray&) { return ENOMEDIUM; }));
+    EXPECT_FALSE(detail::FileExistsWith(
+        QStringLiteral("/media/stick/a.db"), [](const QByteArray&) { return ENOMEDIUM; }));
     EXPECT_TRUE(session().StopFlag);
 }
 
@@ -207,17 +210,17 @@ TEST(RenameQuietly, RenamesAndIgnoresFailures)
 
 TEST(DriveKindText, KindsFromTheMountTable)
 {
-    const QString table = QStringLiteral(
-        "/dev/sda1 / ext4 rw,relatime 0 0\n"
-        "proc /proc proc rw 0 0\n"
-        "tmpfs /run tmpfs rw 0 0\n"
-        "server:/export /srv/planning nfs4 rw 0 0\n"
-        "//office/share /mnt/office\\040share cifs rw 0 0\n"
-        "/dev/sr0 /media/cdrom iso9660 ro 0 0\n"
-        "/dev/sdb1 /media/clerk/STICK vfat rw 0 0\n"
-        "/dev/sda2 /home ext4 rw 0 0\n");
+    const QString table = QStringLiteral("/dev/sda1 / ext4 rw,relatime 0 0\n"
+                                         "proc /proc proc rw 0 0\n"
+                                         "tmpfs /run tmpfs rw 0 0\n"
+                                         "server:/export /srv/planning nfs4 rw 0 0\n"
+                                         "//office/share /mnt/office\\040share cifs rw 0 0\n"
+                                         "/dev/sr0 /media/cdrom iso9660 ro 0 0\n"
+                                         "/dev/sdb1 /media/clerk/STICK vfat rw 0 0\n"
+                                         "/dev/sda2 /home ext4 rw 0 0\n");
     const auto removable = [](const QString& device) { return device == QLatin1String("/dev/sdb1"); };
-    const struct {
+    const struct
+    {
         const char* path;
         const char* expected;
     } cases[] = {
@@ -232,10 +235,12 @@ TEST(DriveKindText, KindsFromTheMountTable)
         {"", "UNKNOWN "},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(detail::driveKindText(QString::fromUtf8(c.path), table, removable), QString::fromUtf8(c.expected))
+        EXPECT_EQ(
+            detail::driveKindText(QString::fromUtf8(c.path), table, removable), QString::fromUtf8(c.expected))
             << c.path;
     }
-    EXPECT_EQ(detail::driveKindText(QStringLiteral("/data/x"), QString(), removable), QStringLiteral("UNKNOWN /data"));
+    EXPECT_EQ(detail::driveKindText(QStringLiteral("/data/x"), QString(), removable),
+        QStringLiteral("UNKNOWN /data"));
 }
 
 TEST(DriveKindText, RealPaths)

@@ -1,6 +1,6 @@
-#include "ScopedEnvironment.h"
-
 #include "common/OutsidePrograms.h"
+
+#include "ScopedEnvironment.h"
 #include "common/ProgramEnd.h"
 #include "common/Session.h"
 #include "support/ScriptedPrompts.h"
@@ -8,7 +8,6 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
-
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -23,11 +22,11 @@ class OwnDesktop
 {
 public:
     OwnDesktop()
-        : m_config("XDG_CONFIG_HOME", QFile::encodeName(m_dir.filePath(QStringLiteral("config")))),
-          m_configDirs("XDG_CONFIG_DIRS", QFile::encodeName(m_dir.filePath(QStringLiteral("etc")))),
-          m_data("XDG_DATA_HOME", QFile::encodeName(m_dir.filePath(QStringLiteral("data")))),
-          m_dataDirs("XDG_DATA_DIRS", QFile::encodeName(m_dir.filePath(QStringLiteral("share")))),
-          m_path("PATH", QFile::encodeName(m_dir.filePath(QStringLiteral("bin"))))
+        : m_config("XDG_CONFIG_HOME", QFile::encodeName(m_dir.filePath(QStringLiteral("config"))))
+        , m_configDirs("XDG_CONFIG_DIRS", QFile::encodeName(m_dir.filePath(QStringLiteral("etc"))))
+        , m_data("XDG_DATA_HOME", QFile::encodeName(m_dir.filePath(QStringLiteral("data"))))
+        , m_dataDirs("XDG_DATA_DIRS", QFile::encodeName(m_dir.filePath(QStringLiteral("share"))))
+        , m_path("PATH", QFile::encodeName(m_dir.filePath(QStringLiteral("bin"))))
     {
         QDir(m_dir.path()).mkpath(QStringLiteral("config"));
         QDir(m_dir.path()).mkpath(QStringLiteral("data/applications"));
@@ -37,9 +36,10 @@ public:
     void addApplication(const QString& id, const QString& exec, const QString& mimeType)
     {
         write(QStringLiteral("data/applications/") + id,
-              QStringLiteral("[Desktop Entry]\nType=Application\nName=Test\nExec=") + exec + QLatin1Char('\n'));
+            QStringLiteral("[Desktop Entry]\nType=Application\nName=Test\nExec=") + exec + QLatin1Char('\n'));
         m_defaults += mimeType + QLatin1Char('=') + id + QStringLiteral(";\n");
-        write(QStringLiteral("config/mimeapps.list"), QStringLiteral("[Default Applications]\n") + m_defaults);
+        write(
+            QStringLiteral("config/mimeapps.list"), QStringLiteral("[Default Applications]\n") + m_defaults);
     }
 
     QString path(const QString& name) const { return m_dir.filePath(name); }
@@ -86,7 +86,8 @@ private:
 TEST(OutsidePrograms, ProgramOfADesktopEntry)
 {
     QTemporaryDir dir;
-    const struct {
+    const struct
+    {
         const char* exec;
         const char* program;
     } cases[] = {
@@ -99,8 +100,8 @@ TEST(OutsidePrograms, ProgramOfADesktopEntry)
         const QString file = dir.filePath(QStringLiteral("app.desktop"));
         QFile out(file);
         ASSERT_TRUE(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        out.write(QByteArray("[Desktop Action new]\nExec=/bin/false\n[Desktop Entry]\nName=x\nExec=") + c.exec +
-                  "\n");
+        out.write(QByteArray("[Desktop Action new]\nExec=/bin/false\n[Desktop Entry]\nName=x\nExec=") + c.exec
+            + "\n");
         out.close();
         EXPECT_EQ(detail::programOfDesktopEntry(file), QString::fromUtf8(c.program)) << c.exec;
     }
@@ -109,8 +110,8 @@ TEST(OutsidePrograms, ProgramOfADesktopEntry)
 TEST(OutsidePrograms, FindDefaultBrowserTakesTheDesktopsChoiceWithOneBlank)
 {
     OwnDesktop desktop;
-    desktop.addApplication(QStringLiteral("testbrowser.desktop"), QStringLiteral("/bin/sh %u"),
-                           QStringLiteral("text/html"));
+    desktop.addApplication(
+        QStringLiteral("testbrowser.desktop"), QStringLiteral("/bin/sh %u"), QStringLiteral("text/html"));
     EXPECT_EQ(FindDefaultBrowser(), QStringLiteral("/bin/sh "));
     EXPECT_EQ(session().DefaultBrowser, QStringLiteral("/bin/sh "));
     EXPECT_TRUE(session().DefaultBrowserFound);
@@ -127,14 +128,16 @@ TEST(OutsidePrograms, FindDefaultBrowserWithoutAnyBrowser)
 
 TEST(OutsidePrograms, OpenInBrowserEndsTheProgramWithoutABrowser)
 {
-    const struct {
+    const struct
+    {
         const char* browser;
         bool found;
         const char* message;
     } cases[] = {
-        {"", false, "The browser selected cannot be found on your computer. Please contact your administrator."},
+        {"", false,
+            "The browser selected cannot be found on your computer. Please contact your administrator."},
         {"/no/such/browser ", true,
-         "The browser selected cannot be found on your computer. Please contact your administrator."},
+            "The browser selected cannot be found on your computer. Please contact your administrator."},
         {"/bin/sh ", false, "Your default browser does not exists. Please contact your administrator."},
     };
     for (const auto& c : cases) {
@@ -156,13 +159,17 @@ TEST(OutsidePrograms, OpenInBrowserOfABadTargetSaysWhyAndEndsTheProgram)
     session().DefaultBrowserFound = true;
     const QString missingFolder = dir.filePath(QStringLiteral("gone/plan.pdf"));
     const QString missingFile = dir.filePath(QStringLiteral("plan.pdf"));
-    const struct {
+    const struct
+    {
         QString target;
         QString message;
     } cases[] = {
-        {missingFolder, QStringLiteral("The path for ") + missingFolder +
-                            QStringLiteral(" cannot be found. Check parameter passed.")},
-        {missingFile, QStringLiteral("The file ") + missingFile + QStringLiteral(" cannot be found. Check parameter passed.")},
+        {missingFolder,
+            QStringLiteral("The path for ") + missingFolder
+                + QStringLiteral(" cannot be found. Check parameter passed.")},
+        {missingFile,
+            QStringLiteral("The file ") + missingFile
+                + QStringLiteral(" cannot be found. Check parameter passed.")},
     };
     for (const auto& c : cases) {
         scriptedPrompts().clear();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QByteArray>
-
 #include <utility>
 
 namespace pvardo::test {
@@ -12,7 +11,9 @@ class ScopedEnvironment
 {
 public:
     ScopedEnvironment(const char* name, const QByteArray& value, bool unset = false)
-        : m_name(name), m_hadValue(qEnvironmentVariableIsSet(name)), m_old(qgetenv(name))
+        : m_name(name)
+        , m_hadValue(qEnvironmentVariableIsSet(name))
+        , m_old(qgetenv(name))
     {
         if (unset) {
             qunsetenv(name);

@@ -1,20 +1,20 @@
 #include "common/ShellCopy.h"
+
 #include "support/ScriptedPrompts.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
-
-#include <sqlite3.h>
-
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 using namespace pvardo;
 using pvardo::test::scriptedPrompts;
 
 namespace {
 
-struct Db {
+struct Db
+{
     sqlite3* handle = nullptr;
     explicit Db(const QString& path) { sqlite3_open(QFile::encodeName(path).constData(), &handle); }
     ~Db() { sqlite3_close(handle); }
@@ -57,7 +57,8 @@ TEST(ShellCopy, CopiesTheDatabaseFolderAsASubfolderOfTheDestination)
     QDir().mkpath(source);
     {
         Db db(source + QStringLiteral("/meeting.db"));
-        ASSERT_EQ(db.exec("create table MEETING (MNAME text); insert into MEETING values ('Board')"), SQLITE_OK);
+        ASSERT_EQ(
+            db.exec("create table MEETING (MNAME text); insert into MEETING values ('Board')"), SQLITE_OK);
     }
     writeFile(source + QStringLiteral("/pnb.txt"), "-1\n");
     writeFile(source + QStringLiteral("/pics/1.jpg"), "picture");
@@ -85,7 +86,8 @@ TEST(ShellCopy, ACopyWhileAnotherWorkstationWritesHoldsOnlyWhatWasCommitted)
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("pbproj.db"));
     Db writer(file);
-    ASSERT_EQ(writer.exec("create table PBPROJ (PBCASE text); insert into PBPROJ values ('12-1')"), SQLITE_OK);
+    ASSERT_EQ(
+        writer.exec("create table PBPROJ (PBCASE text); insert into PBPROJ values ('12-1')"), SQLITE_OK);
     ASSERT_EQ(writer.exec("begin immediate; insert into PBPROJ values ('12-2')"), SQLITE_OK);
 
     const QString target = dir.filePath(QStringLiteral("copy.db"));
@@ -119,15 +121,16 @@ TEST(ShellCopy, RefusesWhatCannotBeCopied)
     QTemporaryDir dir;
     const QString source = dir.filePath(QStringLiteral("databases"));
     QDir().mkpath(source);
-    EXPECT_EQ(ShellCopy(ShellOperation::Copy, dir.filePath(QStringLiteral("missing")), dir.path(), backupFlags),
-              ShellResult::SourceMissing);
+    EXPECT_EQ(
+        ShellCopy(ShellOperation::Copy, dir.filePath(QStringLiteral("missing")), dir.path(), backupFlags),
+        ShellResult::SourceMissing);
     EXPECT_EQ(ShellCopy(ShellOperation::Copy, source, source + QStringLiteral("/inner"), backupFlags),
-              ShellResult::BadDestination);
+        ShellResult::BadDestination);
     EXPECT_FALSE(QFile::exists(source + QStringLiteral("/inner")));
     // A destination under a file cannot be made.
     writeFile(dir.filePath(QStringLiteral("plain")), "x");
     EXPECT_NE(ShellCopy(ShellOperation::Copy, source, dir.filePath(QStringLiteral("plain/sub")), backupFlags),
-              ShellResult::Success);
+        ShellResult::Success);
 }
 
 TEST(ShellCopy, AsksBeforeReplacingWithoutNoConfirmation)
@@ -136,9 +139,9 @@ TEST(ShellCopy, AsksBeforeReplacingWithoutNoConfirmation)
     writeFile(dir.filePath(QStringLiteral("src/def.txt")), "new");
     writeFile(dir.filePath(QStringLiteral("dst/src/def.txt")), "old");
     scriptedPrompts().answer(QStringLiteral("Confirm File Replace"), PromptAnswer::No);
-    EXPECT_EQ(ShellCopy(ShellOperation::Copy, dir.filePath(QStringLiteral("src")), dir.filePath(QStringLiteral("dst")),
-                        ShellFlags::NoConfirmMkdir),
-              ShellResult::Cancelled);
+    EXPECT_EQ(ShellCopy(ShellOperation::Copy, dir.filePath(QStringLiteral("src")),
+                  dir.filePath(QStringLiteral("dst")), ShellFlags::NoConfirmMkdir),
+        ShellResult::Cancelled);
     EXPECT_EQ(readFile(dir.filePath(QStringLiteral("dst/src/def.txt"))), QByteArray("old"));
     ASSERT_EQ(scriptedPrompts().shown().size(), 1);
 }

@@ -7,7 +7,8 @@
 
 namespace pvardo::app {
 
-AboutScreen::AboutScreen(QWidget* parent) : QDialog(parent)
+AboutScreen::AboutScreen(QWidget* parent)
+    : QDialog(parent)
 {
     setObjectName(QStringLiteral("frmAbout"));
     setWindowTitle(QStringLiteral("About Vardo"));

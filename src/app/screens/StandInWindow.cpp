@@ -10,7 +10,8 @@
 
 namespace pvardo::app {
 
-StandInWindow::StandInWindow(QWidget* parent) : QMainWindow(parent)
+StandInWindow::StandInWindow(QWidget* parent)
+    : QMainWindow(parent)
 {
     setObjectName(QStringLiteral("scheduler"));
     setWindowTitle(QStringLiteral("Vardo"));
@@ -21,8 +22,8 @@ StandInWindow::StandInWindow(QWidget* parent) : QMainWindow(parent)
     auto* who = new QLabel(this);
     who->setObjectName(QStringLiteral("lblUser"));
     who->setAlignment(Qt::AlignCenter);
-    who->setText(QStringLiteral("Logged on: ") + session().CurrentUser + QStringLiteral("\nDatabases: ") +
-                 session().DatabaseFolder);
+    who->setText(QStringLiteral("Logged on: ") + session().CurrentUser + QStringLiteral("\nDatabases: ")
+        + session().DatabaseFolder);
     setCentralWidget(who);
     resize(640, 420);
 }

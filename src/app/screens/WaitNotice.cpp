@@ -5,7 +5,8 @@
 
 namespace pvardo::app {
 
-WaitNotice::WaitNotice(QWidget* parent) : QWidget(parent, Qt::Dialog | Qt::FramelessWindowHint)
+WaitNotice::WaitNotice(QWidget* parent)
+    : QWidget(parent, Qt::Dialog | Qt::FramelessWindowHint)
 {
     setObjectName(QStringLiteral("waitfrm"));
     setWindowTitle(QStringLiteral("Vardo"));

@@ -3,7 +3,6 @@
 #include "app/StartupHost.h"
 
 #include <QPointer>
-
 #include <memory>
 
 namespace pvardo::app {
