@@ -1567,16 +1567,7 @@ void RtfReader::enterTableCell()
         format.setCellPadding(0);
         format.setAlignment(m_rowDef.alignment);
         m_cursor.setBlockFormat(QTextBlockFormat());
-        const QTextBlock before = m_cursor.block();
         m_table = m_cursor.insertTable(1, columns, format);
-        // The table goes in before the empty paragraph the cursor was in,
-        // which would stay as an empty line above it; the table takes its place.
-        const QTextBlock previous = before.previous();
-        if (before.length() == 1 && previous.isValid() && !QTextCursor(previous).currentTable()
-            && QTextCursor(previous).currentFrame() == m_document.rootFrame()) {
-            QTextCursor remover(before);
-            remover.deletePreviousChar();
-        }
         m_tableRow = 0;
         m_tableRows.clear();
     } else {

@@ -201,9 +201,17 @@ void RtfWriter::writeFrame(QTextFrame* frame, bool inTable)
             continue;
         }
         const QTextBlock block = it.currentBlock();
-        if (block.isValid()) {
-            writeBlock(block, inTable, "\\par");
+        if (!block.isValid()) {
+            continue;
         }
+        // The empty block that holds a table's start is not a paragraph of
+        // its own: the layout gives it no line, and the reader makes it again.
+        QTextFrame::iterator next = it;
+        ++next;
+        if (block.length() == 1 && !next.atEnd() && qobject_cast<QTextTable*>(next.currentFrame())) {
+            continue;
+        }
+        writeBlock(block, inTable, "\\par");
     }
 }
 
