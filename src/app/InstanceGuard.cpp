@@ -55,8 +55,15 @@ bool InstanceGuard::acquire()
     // Only a lock whose process is gone is stale, however old it is.
     m_lock->setStaleLockTime(0);
     if (!m_lock->tryLock(0)) {
+        const bool heldByAnother = m_lock->error() == QLockFile::LockFailedError;
         m_lock.reset();
-        return false;
+        if (heldByAnother) {
+            return false;
+        }
+        // The lock cannot be made at all (a full or read-only temp folder):
+        // nobody else can hold it either, so this start goes on, unguarded.
+        m_first = true;
+        return true;
     }
     m_first = true;
     m_server = new QLocalServer(this);
