@@ -11,7 +11,6 @@
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
-
 #include <benchmark/benchmark.h>
 
 using namespace pvardo;
@@ -75,7 +74,8 @@ void LoadMonth(benchmark::State& state)
     qsizetype listed = 0;
     for (auto _ : state) {
         month = month % 12 + 1;
-        const QString date = QStringLiteral("%1/01/%2").arg(month, 2, 10, QLatin1Char('0')).arg(FirstYear + 5);
+        const QString date
+            = QStringLiteral("%1/01/%2").arg(month, 2, 10, QLatin1Char('0')).arg(FirstYear + 5);
         if (events.GetMonthEvents(date) != MonthEvents::Outcome::Loaded) {
             state.SkipWithError("the month did not load");
             break;
@@ -85,10 +85,11 @@ void LoadMonth(benchmark::State& state)
     }
     store::StoreStatus status;
     state.counters["table_rows"] = static_cast<double>(
-        store::openRecordsetAt(meetingFile(), QStringLiteral("Select * from MEETING"), &status)->RecordCount());
-    state.counters["rows_read"] = static_cast<double>(
-        store::openRecordsetAt(meetingFile(), MonthEvents::monthQuery(QString::number(FirstYear + 5)), &status)
+        store::openRecordsetAt(meetingFile(), QStringLiteral("Select * from MEETING"), &status)
             ->RecordCount());
+    state.counters["rows_read"] = static_cast<double>(store::openRecordsetAt(
+        meetingFile(), MonthEvents::monthQuery(QString::number(FirstYear + 5)), &status)
+                                                          ->RecordCount());
     state.counters["listed"] = static_cast<double>(listed);
 }
 

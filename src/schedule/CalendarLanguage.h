@@ -15,14 +15,14 @@ public:
     enum Language { English, Dutch, French, Italian, Spanish, External };
 
     enum List {
-        DayNames,       // 7, Sunday first
-        Miscellaneous,  // 5: "Day # in: ", "Week: ", "Begin of calendar!", "End of calendar!", "Today:"
-        MonthNames,     // 12
-        QuarterNames,   // 4
-        SeasonNames,    // 4
+        DayNames, // 7, Sunday first
+        Miscellaneous, // 5: "Day # in: ", "Week: ", "Begin of calendar!", "End of calendar!", "Today:"
+        MonthNames, // 12
+        QuarterNames, // 4
+        SeasonNames, // 4
         MoonPhaseNames, // 4
-        MoonPhaseText,  // 5
-        ZodiacNames,    // 12
+        MoonPhaseText, // 5
+        ZodiacNames, // 12
     };
     static constexpr int ListCount = 8;
 

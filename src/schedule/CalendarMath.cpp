@@ -69,8 +69,9 @@ double GetMoonPhaseExact(double julianDay)
     // The sun.
     const double meanLongitude = norm(360.0 / 365.2422 * n);
     const double sunAnomaly = norm(meanLongitude - 3.76286299999998);
-    const double trueAnomaly =
-        2.0 * std::atan(std::sqrt(1.016718 / 0.983282) * std::tan(radians(sunAnomaly) / 2.0)) * 180.0 / std::numbers::pi;
+    const double trueAnomaly = 2.0
+        * std::atan(std::sqrt(1.016718 / 0.983282) * std::tan(radians(sunAnomaly) / 2.0)) * 180.0
+        / std::numbers::pi;
     const double sunLongitude = norm(trueAnomaly + 282.596403);
     // The moon.
     const double moonLongitude = norm(13.1763966 * n + 64.975464);
@@ -79,8 +80,8 @@ double GetMoonPhaseExact(double julianDay)
     const double annual = 0.1858 * sinDeg(sunAnomaly);
     const double third = 0.37 * sinDeg(sunAnomaly);
     const double corrected = moonAnomaly + evection - annual - third;
-    const double longitude =
-        moonLongitude + evection + 6.2886 * sinDeg(corrected) - annual + 0.214 * sinDeg(2.0 * corrected);
+    const double longitude
+        = moonLongitude + evection + 6.2886 * sinDeg(corrected) - annual + 0.214 * sinDeg(2.0 * corrected);
     const double variation = 0.6583 * sinDeg(2.0 * (longitude - sunLongitude));
     const double trueLongitude = longitude + variation;
     return norm(trueLongitude - sunLongitude) / 360.0;

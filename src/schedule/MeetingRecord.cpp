@@ -50,7 +50,7 @@ MeetingRow meetingRowFromForm(const MeetingForm& form, int calYear, int calMonth
 }
 
 store::StoreStatus movefieldsintodb(const MeetingForm& form, int calYear, int calMonth, int calDay,
-                                    store::Recordset& rows, const QString& currentUser, MeetingRow* written)
+    store::Recordset& rows, const QString& currentUser, MeetingRow* written)
 {
     const MeetingRow row = meetingRowFromForm(form, calYear, calMonth, calDay);
     if (written) {

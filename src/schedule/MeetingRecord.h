@@ -12,17 +12,18 @@ namespace pvardo::schedule {
 
 // One row of the MEETING table as the calendar writes it, worked out from the
 // editor's values and the date chosen on the calendar.
-struct MeetingRow {
-    QString MYEAR;  // the year's four digits
-    int MJUL = 0;   // DayNumber of the date, which the month's list sorts by
+struct MeetingRow
+{
+    QString MYEAR; // the year's four digits
+    int MJUL = 0; // DayNumber of the date, which the month's list sorts by
     QDate MDATE;
     QTime MTIME;
     double MDUR = 0;
     QString MRMID;
     QString MNAME;
     QString MLOC;
-    QString MFREQ;  // "O" once only, "R" recurring
-    QString MREC;   // the rule, empty for "O"
+    QString MFREQ; // "O" once only, "R" recurring
+    QString MREC; // the rule, empty for "O"
     QString MBY;
     QString EXTRA1; // spare, always empty
     QString EXTRA2; // the months of a rule, empty for every month
@@ -41,14 +42,14 @@ MeetingRow meetingRowFromForm(const MeetingForm& form, int calYear, int calMonth
 // MEETING, in the table's order, and stamps it with the user and the time.
 // Does not Update() the row. `row`, when given, receives what was written.
 store::StoreStatus movefieldsintodb(const MeetingForm& form, int calYear, int calMonth, int calDay,
-                                    store::Recordset& rows, const QString& currentUser,
-                                    MeetingRow* row = nullptr);
+    store::Recordset& rows, const QString& currentUser, MeetingRow* row = nullptr);
 
 // A row read back for the editor: its key, the date it shows on in the month
 // of the grid, and the editor's values.
-struct MeetingShown {
-    QString key;  // RECNO
-    QDate date;   // invalid for a rule whose day the month does not have
+struct MeetingShown
+{
+    QString key; // RECNO
+    QDate date; // invalid for a rule whose day the month does not have
     MeetingForm form;
 };
 

@@ -7,22 +7,22 @@ namespace pvardo::schedule {
 const QStringList& occurrenceNames()
 {
     static const QStringList names{QStringLiteral("First"), QStringLiteral("Second"), QStringLiteral("Third"),
-                                   QStringLiteral("Fourth"), QStringLiteral("Last")};
+        QStringLiteral("Fourth"), QStringLiteral("Last")};
     return names;
 }
 
 const QStringList& weekdayNames()
 {
-    static const QStringList names{QStringLiteral("Sunday"),   QStringLiteral("Monday"), QStringLiteral("Tuesday"),
-                                   QStringLiteral("Wednesday"), QStringLiteral("Thursday"), QStringLiteral("Friday"),
-                                   QStringLiteral("Saturday")};
+    static const QStringList names{QStringLiteral("Sunday"), QStringLiteral("Monday"),
+        QStringLiteral("Tuesday"), QStringLiteral("Wednesday"), QStringLiteral("Thursday"),
+        QStringLiteral("Friday"), QStringLiteral("Saturday")};
     return names;
 }
 
 const QStringList& intervalNames()
 {
-    static const QStringList names{QStringLiteral("03 months"), QStringLiteral("06 months"),
-                                   QStringLiteral("12 months")};
+    static const QStringList names{
+        QStringLiteral("03 months"), QStringLiteral("06 months"), QStringLiteral("12 months")};
     return names;
 }
 

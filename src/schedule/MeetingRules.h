@@ -28,9 +28,10 @@ const QStringList& intervalNames();
 // written carries it, so the count must stay as it is.
 int DayNumber(int year, int month, int day);
 
-struct MeetingRule {
+struct MeetingRule
+{
     int occurrence = 1; // 1 to 4, or OccurrenceLast
-    int weekday = 2;    // 1 Sunday to 7 Saturday
+    int weekday = 2; // 1 Sunday to 7 Saturday
 };
 
 // The occurrence for an ordinal of the list: 1 to 4, 6 for "Last", and 1 for

@@ -30,7 +30,7 @@ MonthEvents::Outcome MonthEvents::GetMonthEvents(const QString& dateText)
     const int yearNumber = LeadingWholeNumber(year);
     if (month < 1 || month > 12 || yearNumber < 1 || !QDate(yearNumber, month, 1).isValid()) {
         m_status = store::StoreStatus::failure(store::StoreErrorNumber::TypeMismatch,
-                                               QStringLiteral("\"%1\" is not a date of the calendar.").arg(dateText));
+            QStringLiteral("\"%1\" is not a date of the calendar.").arg(dateText));
         return Outcome::Failed;
     }
     if (!m_grid.isFor(yearNumber, month)) {
@@ -78,8 +78,7 @@ MonthEvents::Outcome MonthEvents::GetMonthEvents(const QString& dateText)
         if (!date.isEmpty() && date.left(2) == monthText && day >= 1 && day <= 31) {
             m_marks[static_cast<size_t>(day)] = MarkColorIndex;
             m_entries.append(MonthEntry{rows->text(QStringLiteral("RECNO")), date,
-                                        TimeText(rows->value(QStringLiteral("MTIME"))),
-                                        rows->text(QStringLiteral("MNAME")), day});
+                TimeText(rows->value(QStringLiteral("MTIME"))), rows->text(QStringLiteral("MNAME")), day});
         }
         status = rows->MoveNext();
         if (!status.ok()) {

@@ -5,18 +5,18 @@
 
 #include <QList>
 #include <QString>
-
 #include <array>
 
 namespace pvardo::schedule {
 
 // One line of the month's list of meetings.
-struct MonthEntry {
-    QString key;  // the row's RECNO
+struct MonthEntry
+{
+    QString key; // the row's RECNO
     QString date; // "mm/dd/yyyy"
     QString time; // "hh:mm AM"
     QString name; // MNAME
-    int day = 0;  // the day of the month, for the calendar's mark
+    int day = 0; // the day of the month, for the calendar's mark
 
     bool operator==(const MonthEntry&) const = default;
 };
@@ -31,9 +31,9 @@ public:
     static constexpr int MarkColorIndex = 5;
 
     enum class Outcome {
-        Loaded,  // the list and marks are the month's
-        NoRows,  // the year has no meetings and there are no rules: list and marks unchanged, StopFlag set
-        Failed,  // the table could not be read: the list holds what was built before the failure
+        Loaded, // the list and marks are the month's
+        NoRows, // the year has no meetings and there are no rules: list and marks unchanged, StopFlag set
+        Failed, // the table could not be read: the list holds what was built before the failure
     };
 
     explicit MonthEvents(QString databasePath);

@@ -1,7 +1,8 @@
+#include "schedule/screens/Calendar.h"
+
 #include "common/Session.h"
 #include "schedule/MeetingRecord.h"
 #include "schedule/MonthEvents.h"
-#include "schedule/screens/Calendar.h"
 #include "schedule/screens/MonthMarks.h"
 #include "store/Recordset.h"
 #include "support/TestInstallation.h"
@@ -10,7 +11,6 @@
 #include <QImage>
 #include <QSignalSpy>
 #include <QTest>
-
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -67,7 +67,8 @@ protected:
     Calendar calendar;
 };
 
-struct KeyCase {
+struct KeyCase
+{
     const char* what;
     QDate from;
     Qt::Key key;
@@ -97,29 +98,29 @@ TEST_P(CalendarKeyTest, KeysMoveTheDate)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Keys, CalendarKeyTest,
+INSTANTIATE_TEST_SUITE_P(Keys, CalendarKeyTest,
     ::testing::Values(
         KeyCase{"right", QDate(2011, 3, 15), Qt::Key_Right, Qt::NoModifier, QDate(2011, 3, 16), false},
-        KeyCase{"left over the month's start", QDate(2011, 3, 1), Qt::Key_Left, Qt::NoModifier, QDate(2011, 2, 28),
-                true},
+        KeyCase{"left over the month's start", QDate(2011, 3, 1), Qt::Key_Left, Qt::NoModifier,
+            QDate(2011, 2, 28), true},
         KeyCase{"up a week", QDate(2011, 3, 15), Qt::Key_Up, Qt::NoModifier, QDate(2011, 3, 8), false},
         KeyCase{"down a week over the year's end", QDate(2011, 12, 28), Qt::Key_Down, Qt::NoModifier,
-                QDate(2012, 1, 4), true},
-        KeyCase{"page down keeps the day", QDate(2011, 3, 15), Qt::Key_PageDown, Qt::NoModifier, QDate(2011, 4, 15),
-                true},
+            QDate(2012, 1, 4), true},
+        KeyCase{"page down keeps the day", QDate(2011, 3, 15), Qt::Key_PageDown, Qt::NoModifier,
+            QDate(2011, 4, 15), true},
         KeyCase{"page down to a shorter month", QDate(2012, 1, 31), Qt::Key_PageDown, Qt::NoModifier,
-                QDate(2012, 2, 29), true},
+            QDate(2012, 2, 29), true},
         KeyCase{"page up", QDate(2011, 3, 15), Qt::Key_PageUp, Qt::NoModifier, QDate(2011, 2, 15), true},
-        KeyCase{"ctrl page up a year", QDate(2012, 2, 29), Qt::Key_PageUp, Qt::ControlModifier, QDate(2011, 2, 28),
-                true},
+        KeyCase{"ctrl page up a year", QDate(2012, 2, 29), Qt::Key_PageUp, Qt::ControlModifier,
+            QDate(2011, 2, 28), true},
         KeyCase{"home", QDate(2011, 3, 15), Qt::Key_Home, Qt::NoModifier, QDate(2011, 3, 1), false},
         KeyCase{"end", QDate(2011, 2, 3), Qt::Key_End, Qt::NoModifier, QDate(2011, 2, 28), false},
         KeyCase{"before the calendar's first month", QDate(1583, 1, 20), Qt::Key_PageUp, Qt::NoModifier,
-                QDate(1583, 1, 20), false},
-        KeyCase{"before its first day", QDate(1583, 1, 1), Qt::Key_Left, Qt::NoModifier, QDate(1583, 1, 1), false},
-        KeyCase{"past its last month", QDate(9999, 12, 5), Qt::Key_PageDown, Qt::NoModifier, QDate(9999, 12, 5),
-                false}),
+            QDate(1583, 1, 20), false},
+        KeyCase{"before its first day", QDate(1583, 1, 1), Qt::Key_Left, Qt::NoModifier, QDate(1583, 1, 1),
+            false},
+        KeyCase{"past its last month", QDate(9999, 12, 5), Qt::Key_PageDown, Qt::NoModifier,
+            QDate(9999, 12, 5), false}),
     [](const auto& testInfo) { return "case" + std::to_string(testInfo.index); });
 
 TEST_F(CalendarTest, TheEndsOfTheCalendarSayWhyItDoesNotMove)
@@ -143,7 +144,8 @@ TEST_F(CalendarTest, ClicksPickDaysAndChangeMonths)
     EXPECT_EQ(calendar.date(), QDate(2011, 3, 8));
     EXPECT_EQ(changed.count(), 1);
     // March 2011 begins on a Tuesday: the first cells are the end of February.
-    QTest::mouseClick(&calendar, Qt::LeftButton, {}, calendar.dayRect(1).center() - QPoint(calendar.dayRect(1).width() * 2, 0));
+    QTest::mouseClick(&calendar, Qt::LeftButton, {},
+        calendar.dayRect(1).center() - QPoint(calendar.dayRect(1).width() * 2, 0));
     EXPECT_EQ(calendar.date(), QDate(2011, 2, 27));
     click(calendar.nextMonthRect());
     EXPECT_EQ(calendar.date(), QDate(2011, 3, 27));
@@ -215,17 +217,19 @@ TEST_F(CalendarTest, LanguagesAndExternalLists)
     EXPECT_EQ(calendar.GetWeekdayName(4), q("Mi\u00e9rcoles"));
     for (int language = CalendarLanguage::English; language <= CalendarLanguage::Spanish; ++language) {
         for (int list = 0; list < CalendarLanguage::ListCount; ++list) {
-            EXPECT_EQ(CalendarLanguage::builtIn(static_cast<CalendarLanguage::Language>(language), list).size(),
-                      CalendarLanguage::itemCount(list))
+            EXPECT_EQ(
+                CalendarLanguage::builtIn(static_cast<CalendarLanguage::Language>(language), list).size(),
+                CalendarLanguage::itemCount(list))
                 << language << " " << list;
         }
     }
     calendar.setLanguage(CalendarLanguage::External);
     EXPECT_EQ(calendar.FillExternalLanguage(CalendarLanguage::DayNames, q("Su,Mo,Tu,We,Th,Fr")),
-              q("DayNames = 6) needs: 7 items!"));
+        q("DayNames = 6) needs: 7 items!"));
     EXPECT_EQ(calendar.FillExternalLanguage(CalendarLanguage::DayNames, q("Su,Mo,Tu,We,Th,Fr,Sa")), q(""));
     EXPECT_EQ(calendar.GetWeekdayName(7), q("Sa"));
-    EXPECT_EQ(CalendarLanguage::checkLines({q("a"), q("b")}), q("NewLanguageText(2) array must have 8 lines! (0 to 7)"));
+    EXPECT_EQ(CalendarLanguage::checkLines({q("a"), q("b")}),
+        q("NewLanguageText(2) array must have 8 lines! (0 to 7)"));
     EXPECT_FALSE(calendar.GetMonthName(12).isEmpty()); // the system's names until the office gives its own
 }
 
@@ -246,7 +250,8 @@ TEST_F(CalendarTest, TodayTheSelectionAndTheMarksAreDrawn)
     press(Qt::Key_Right);
     const QImage moved = calendar.grab().toImage();
     EXPECT_GT(pixelsLike(moved, calendar.dayRect(15), accent), 20);
-    EXPECT_LT(pixelsLike(moved, calendar.dayRect(15), accent), pixelsLike(moved, calendar.dayRect(16), accent));
+    EXPECT_LT(
+        pixelsLike(moved, calendar.dayRect(15), accent), pixelsLike(moved, calendar.dayRect(16), accent));
 }
 
 TEST(CalendarMonthTest, AMonthLoadedFromTheMeetingTableIsMarked)
@@ -271,7 +276,8 @@ TEST(CalendarMonthTest, AMonthLoadedFromTheMeetingTableIsMarked)
     calendar.setDate(QDate(2011, 3, 1));
     MonthEvents events(path);
     QObject::connect(&calendar, &Calendar::monthChanged, [&](int year, int month) {
-        if (events.GetMonthEvents(QStringLiteral("%1/1/%2").arg(month).arg(year)) == MonthEvents::Outcome::Loaded) {
+        if (events.GetMonthEvents(QStringLiteral("%1/1/%2").arg(month).arg(year))
+            == MonthEvents::Outcome::Loaded) {
             showMonthMarks(calendar, events.marks());
         }
     });

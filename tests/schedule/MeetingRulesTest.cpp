@@ -1,5 +1,7 @@
-#include "schedule/CalendarMath.h"
 #include "schedule/MeetingRules.h"
+
+#include "schedule/CalendarAlmanac.h"
+#include "schedule/CalendarMath.h"
 #include "schedule/MonthGrid.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +15,8 @@ QString q(const char* text)
     return QString::fromUtf8(text);
 }
 
-struct GridCase {
+struct GridCase
+{
     const char* what;
     int year;
     int month;
@@ -34,8 +37,7 @@ TEST_P(MonthGridTest, FindsTheDayOfARule)
     EXPECT_EQ(MonthGrid(c.year, c.month).cell(c.weekday, c.occurrence), c.day) << c.what;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rules, MonthGridTest,
+INSTANTIATE_TEST_SUITE_P(Rules, MonthGridTest,
     ::testing::Values(
         // March 2011 begins on a Tuesday.
         GridCase{"second Tuesday when the 1st is a Tuesday", 2011, 3, 3, 2, 8},
@@ -106,7 +108,8 @@ TEST(MeetingRulesTest, EncodesTheRuleInTwoDigits)
 
 namespace {
 
-struct ChainCase {
+struct ChainCase
+{
     int firstMonth;
     const char* box;
     const char* chain;
@@ -127,14 +130,13 @@ TEST_P(MonthChainTest, BuildsAndReadsBackTheChain)
     EXPECT_EQ(chainInterval(chain), c.interval);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Chains, MonthChainTest,
+INSTANTIATE_TEST_SUITE_P(Chains, MonthChainTest,
     ::testing::Values(ChainCase{2, "03 months", "0205081102", 3}, ChainCase{5, "12 months", "0505", 12},
-                      ChainCase{11, "03 months", "1102050811", 3}, ChainCase{10, "06 months", "100410", 6},
-                      ChainCase{1, "4", "01050901", 4}, ChainCase{3, "", "", 0}, ChainCase{3, "  ", "", 0},
-                      // Typed values that never reach 12 must not loop: the rule keeps its month.
-                      ChainCase{5, "0", "05", 12}, ChainCase{5, "-3", "05", 12}, ChainCase{5, "24", "05", 12},
-                      ChainCase{5, "ab", "05", 12}),
+        ChainCase{11, "03 months", "1102050811", 3}, ChainCase{10, "06 months", "100410", 6},
+        ChainCase{1, "4", "01050901", 4}, ChainCase{3, "", "", 0}, ChainCase{3, "  ", "", 0},
+        // Typed values that never reach 12 must not loop: the rule keeps its month.
+        ChainCase{5, "0", "05", 12}, ChainCase{5, "-3", "05", 12}, ChainCase{5, "24", "05", 12},
+        ChainCase{5, "ab", "05", 12}),
     [](const auto& testInfo) { return "case" + std::to_string(testInfo.index); });
 
 TEST(MonthChainTest, OnlyTheFirstFourPairsCount)
@@ -153,4 +155,34 @@ TEST(MonthChainTest, OnlyTheFirstFourPairsCount)
     EXPECT_FALSE(chainCountsIn(monthly, 5));
     EXPECT_TRUE(chainCountsIn(q(""), 7));
     EXPECT_TRUE(chainCountsIn(q("  "), 7));
+}
+
+TEST(CalendarAlmanacTest, NamesTheQuarterSeasonSignAndMoon)
+{
+    const CalendarAlmanac north;
+    const CalendarAlmanac south(CalendarLanguage::English, CalendarAlmanac::Southern);
+    EXPECT_EQ(north.GetQuarterInfo(3), q("First quarter"));
+    EXPECT_EQ(north.GetQuarterInfo(7), q("Thirth quarter"));
+    EXPECT_EQ(north.GetSeasonInfo(20, 3), q("Winter"));
+    EXPECT_EQ(north.GetSeasonInfo(21, 3), q("Spring"));
+    EXPECT_EQ(south.GetSeasonInfo(21, 3), q("Autumn"));
+    EXPECT_EQ(north.GetSeasonInfo(31, 12), q("Winter"));
+    const std::pair<int, int> days[]
+        = {{20, 3}, {21, 3}, {19, 1}, {20, 1}, {18, 2}, {19, 2}, {22, 11}, {31, 12}};
+    const char* const signs[]
+        = {"Fishes", "Ram", "Goat", "Water Carrier", "Water Carrier", "Fishes", "Archer", "Goat"};
+    for (size_t i = 0; i < std::size(days); ++i) {
+        EXPECT_EQ(north.GetZodiacInfo(days[i].first, days[i].second), q(signs[i])) << i;
+    }
+    // Full moon in the morning of 21 January 2000, new moon on the 6th.
+    EXPECT_EQ(north.GetMoonPhaseDetail(GetJulianDay(2000, 1, 21)), q("the Full moon"));
+    // The moon runs faster near its perigee, so three days after may read as four.
+    const QString after = north.GetMoonPhaseDetail(GetJulianDay(2000, 1, 24));
+    EXPECT_TRUE(after == q("3 days after Full moon") || after == q("4 days after Full moon"))
+        << after.toStdString();
+    EXPECT_EQ(north.GetMoonPhaseDetail(GetJulianDay(2000, 1, 5)), q("1 day before New moon"));
+    EXPECT_EQ(north.GetMoonPhaseInfo(GetJulianDay(2000, 1, 24)), q("Full moon"));
+    // 0.626, not 0.625, ends the step after the full moon.
+    EXPECT_EQ(CalendarAlmanac::phaseIndex(0.6255), 2);
+    EXPECT_EQ(CalendarAlmanac::phaseIndex(0.626), 3);
 }

@@ -1,5 +1,6 @@
-#include "common/Session.h"
 #include "schedule/MeetingValidation.h"
+
+#include "common/Session.h"
 #include "support/ScriptedPrompts.h"
 
 #include <gtest/gtest.h>
@@ -26,10 +27,11 @@ MeetingForm goodForm()
     return form;
 }
 
-struct ValidationCase {
+struct ValidationCase
+{
     const char* what;
     std::function<void(MeetingForm&)> change;
-    const char* atAdd;  // the message at IAdd, "" for none
+    const char* atAdd; // the message at IAdd, "" for none
     const char* atSave; // the message at ISave
 };
 
@@ -54,53 +56,51 @@ TEST_P(MeetingValidationTest, GivesTheFirstProblemInOrder)
     EXPECT_EQ(meetingFormProblem(form, MeetingCommand::Save), q(c.atSave)) << c.what;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Checks, MeetingValidationTest,
-    ::testing::Values(
-        ValidationCase{"all good", [](MeetingForm&) {}, "", ""},
+INSTANTIATE_TEST_SUITE_P(Checks, MeetingValidationTest,
+    ::testing::Values(ValidationCase{"all good", [](MeetingForm&) {}, "", ""},
         ValidationCase{"everything missing: the name comes first",
-                       [](MeetingForm& f) {
-                           f = MeetingForm{};
-                           f.Combo1.clear();
-                           f.Combo3 = q("01 months");
-                       },
-                       kName, kName},
+            [](MeetingForm& f) {
+                f = MeetingForm{};
+                f.Combo1.clear();
+                f.Combo3 = q("01 months");
+            },
+            kName, kName},
         ValidationCase{"blank name", [](MeetingForm& f) { f.Text2 = q("   "); }, kName, kName},
         ValidationCase{"no location, no option",
-                       [](MeetingForm& f) {
-                           f.Text3.clear();
-                           f.Option2 = false;
-                       },
-                       kLocation, kLocation},
+            [](MeetingForm& f) {
+                f.Text3.clear();
+                f.Option2 = false;
+            },
+            kLocation, kLocation},
         ValidationCase{"no option, no ordinal",
-                       [](MeetingForm& f) {
-                           f.Option2 = false;
-                           f.Combo1.clear();
-                       },
-                       kOption, kOption},
-        ValidationCase{"recurring without an ordinal", [](MeetingForm& f) { f.Combo1.clear(); }, kRecurring,
-                       kRecurring},
+            [](MeetingForm& f) {
+                f.Option2 = false;
+                f.Combo1.clear();
+            },
+            kOption, kOption},
+        ValidationCase{
+            "recurring without an ordinal", [](MeetingForm& f) { f.Combo1.clear(); }, kRecurring, kRecurring},
         ValidationCase{"recurring without a weekday, bad interval",
-                       [](MeetingForm& f) {
-                           f.Combo2.clear();
-                           f.Combo3 = q("2");
-                       },
-                       kRecurring, kRecurring},
+            [](MeetingForm& f) {
+                f.Combo2.clear();
+                f.Combo3 = q("2");
+            },
+            kRecurring, kRecurring},
         ValidationCase{"once only needs no ordinal",
-                       [](MeetingForm& f) {
-                           f.Option2 = false;
-                           f.Option1 = true;
-                           f.Combo1.clear();
-                           f.Combo2.clear();
-                       },
-                       "", ""},
+            [](MeetingForm& f) {
+                f.Option2 = false;
+                f.Option1 = true;
+                f.Combo1.clear();
+                f.Combo2.clear();
+            },
+            "", ""},
         ValidationCase{"interval of 2 months: refused only when adding",
-                       [](MeetingForm& f) { f.Combo3 = q("02 months"); }, kInterval, ""},
+            [](MeetingForm& f) { f.Combo3 = q("02 months"); }, kInterval, ""},
         ValidationCase{"interval of 13 months", [](MeetingForm& f) { f.Combo3 = q("13"); }, kInterval, ""},
-        ValidationCase{"interval typed as words reads as 0", [](MeetingForm& f) { f.Combo3 = q("ab"); }, kInterval,
-                       ""},
-        ValidationCase{"interval of 3 and of 12 are the limits", [](MeetingForm& f) { f.Combo3 = q("12 months"); },
-                       "", ""},
+        ValidationCase{
+            "interval typed as words reads as 0", [](MeetingForm& f) { f.Combo3 = q("ab"); }, kInterval, ""},
+        ValidationCase{"interval of 3 and of 12 are the limits",
+            [](MeetingForm& f) { f.Combo3 = q("12 months"); }, "", ""},
         ValidationCase{"no interval is every month", [](MeetingForm& f) { f.Combo3 = q(" "); }, "", ""}),
     [](const auto& testInfo) { return "case" + std::to_string(testInfo.index); });
 

@@ -1,13 +1,13 @@
+#include "schedule/MonthEvents.h"
+
 #include "common/Session.h"
 #include "schedule/MeetingRecord.h"
 #include "schedule/MeetingRules.h"
-#include "schedule/MonthEvents.h"
 #include "schedule/SchedulerPlugVars.h"
 #include "store/Recordset.h"
 #include "support/TestInstallation.h"
 
 #include <QFile>
-
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -196,7 +196,8 @@ TEST_F(MonthEventsTest, SavedValuesAreWrittenCutAndStampedAndReadBack)
     const QString key = add(form, 2011, 11, 2);
 
     store::StoreStatus status;
-    auto rows = store::openRecordsetAt(path, q("Select * from MEETING where [RECNO] = '") + key + q("'"), &status);
+    auto rows
+        = store::openRecordsetAt(path, q("Select * from MEETING where [RECNO] = '") + key + q("'"), &status);
     ASSERT_TRUE(rows && !rows->Eof());
     EXPECT_EQ(rows->text(q("MYEAR")), q("2011"));
     EXPECT_EQ(rows->value(q("MJUL")).toInt(), DayNumber(2011, 11, 25));

@@ -8,7 +8,6 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QWheelEvent>
-
 #include <algorithm>
 
 namespace pvardo::schedule {
@@ -28,8 +27,8 @@ int weekdayOf(const QDate& date)
 QColor mixed(const QColor& a, const QColor& b, double share)
 {
     return QColor::fromRgbF(static_cast<float>(a.redF() * (1 - share) + b.redF() * share),
-                            static_cast<float>(a.greenF() * (1 - share) + b.greenF() * share),
-                            static_cast<float>(a.blueF() * (1 - share) + b.blueF() * share));
+        static_cast<float>(a.greenF() * (1 - share) + b.greenF() * share),
+        static_cast<float>(a.blueF() * (1 - share) + b.blueF() * share));
 }
 
 QColor withAlpha(QColor color, int alpha)
@@ -50,8 +49,8 @@ Calendar::Calendar(QWidget* parent)
     // Mark colours by index: clear, strong colours that stay readable as a
     // light tint behind a day's number. Index 5 is the meetings' orange.
     m_markColors = {QColor(0xc9, 0x2a, 0x2a), QColor(0xd6, 0x33, 0x6c), QColor(0x2f, 0x9e, 0x44),
-                    QColor(0x19, 0x71, 0xc2), QColor(0x70, 0x48, 0xe8), QColor(0xe8, 0x59, 0x0c),
-                    QColor(0x0c, 0x85, 0x99), QColor(0x5c, 0x94, 0x0d)};
+        QColor(0x19, 0x71, 0xc2), QColor(0x70, 0x48, 0xe8), QColor(0xe8, 0x59, 0x0c),
+        QColor(0x0c, 0x85, 0x99), QColor(0x5c, 0x94, 0x0d)};
     while (m_markColors.size() < MarkColorCount) {
         m_markColors.append(m_markColors.at(m_markColors.size() % 8));
     }
@@ -144,8 +143,8 @@ void Calendar::setFirstWeekDay(int weekday)
 
 void Calendar::setLanguage(int language)
 {
-    m_language = std::clamp(language, static_cast<int>(CalendarLanguage::English),
-                            static_cast<int>(CalendarLanguage::External));
+    m_language = std::clamp(
+        language, static_cast<int>(CalendarLanguage::English), static_cast<int>(CalendarLanguage::External));
     update();
 }
 
@@ -232,6 +231,15 @@ QStringList Calendar::languageList(int list) const
         }
     }
     return CalendarLanguage::builtIn(static_cast<CalendarLanguage::Language>(m_language), list);
+}
+
+CalendarAlmanac Calendar::almanac() const
+{
+    // An office's own lists name days and months; the almanac stays English.
+    const auto language = m_language == CalendarLanguage::External
+        ? CalendarLanguage::English
+        : static_cast<CalendarLanguage::Language>(m_language);
+    return CalendarAlmanac(language, static_cast<CalendarAlmanac::Hemisphere>(m_hemisphere));
 }
 
 QString Calendar::miscellaneous(int item) const
@@ -390,8 +398,8 @@ QDate Calendar::firstCellDate() const
 QRect Calendar::cellRect(int index) const
 {
     const Geometry g = geometry();
-    return QRect(g.grid.left() + (index % 7) * g.cellWidth, g.grid.top() + (index / 7) * g.cellHeight, g.cellWidth,
-                 g.cellHeight);
+    return QRect(g.grid.left() + (index % 7) * g.cellWidth, g.grid.top() + (index / 7) * g.cellHeight,
+        g.cellWidth, g.cellHeight);
 }
 
 QRect Calendar::dayRect(int day) const
@@ -469,7 +477,8 @@ void Calendar::paintEvent(QPaintEvent*)
         const bool weekend = weekday == 1 || weekday == 7;
         painter.setPen(weekend ? mixed(pal.color(QPalette::Highlight), pal.color(QPalette::Text), 0.25)
                                : mixed(pal.color(QPalette::Base), pal.color(QPalette::Text), 0.55));
-        const QRect cell(g.grid.left() + column * g.cellWidth, g.header.top(), g.cellWidth, g.header.height());
+        const QRect cell(
+            g.grid.left() + column * g.cellWidth, g.header.top(), g.cellWidth, g.header.height());
         painter.drawText(cell, Qt::AlignCenter, GetWeekdayName(weekday).left(3).toUpper());
     }
     painter.setPen(border);
@@ -498,8 +507,8 @@ void Calendar::paintNavigation(QPainter& painter, const Geometry& g) const
     title.setBold(true);
     painter.setFont(title);
     painter.setPen(pal.color(QPalette::Text));
-    painter.drawText(g.title, Qt::AlignVCenter | Qt::AlignLeft, GetMonthName(CalMonth()) + QLatin1Char(' ')
-                                                                     + QString::number(CalYear()));
+    painter.drawText(g.title, Qt::AlignVCenter | Qt::AlignLeft,
+        GetMonthName(CalMonth()) + QLatin1Char(' ') + QString::number(CalYear()));
 
     // Two round buttons with chevrons.
     for (const QRect& button : {g.previous, g.next}) {
@@ -573,7 +582,8 @@ void Calendar::paintCell(QPainter& painter, const QRect& rect, const QDate& day)
 
     if (mark != 0) {
         const double radius = std::clamp(side / 12.0, 2.0, 3.5);
-        const QPointF centre(badge.center().x(), std::min(badge.bottom() + radius + 2.5, rect.bottom() - radius));
+        const QPointF centre(
+            badge.center().x(), std::min(badge.bottom() + radius + 2.5, rect.bottom() - radius));
         painter.setPen(Qt::NoPen);
         painter.setBrush(markColor(mark - 1));
         painter.drawEllipse(centre, radius, radius);
@@ -606,7 +616,7 @@ void Calendar::paintInfo(QPainter& painter, const Geometry& g) const
     painter.setFont(small);
     painter.setPen(pal.color(QPalette::Highlight));
     painter.drawText(g.today.adjusted(0, 1, -6, 0), Qt::AlignVCenter | Qt::AlignRight,
-                     miscellaneous(4) + QLatin1Char(' ') + today().toString(m_dateFormat));
+        miscellaneous(4) + QLatin1Char(' ') + today().toString(m_dateFormat));
     painter.setFont(font());
 }
 
@@ -671,7 +681,8 @@ void Calendar::mousePressEvent(QMouseEvent* event)
     } else if (const QDate date = dateAt(point); date.isValid()) {
         const bool sameMonth = date.month() == CalMonth() && date.year() == CalYear();
         setDate(date);
-        if (sameMonth && m_selectionType == MultipleSelection && event->modifiers().testFlag(Qt::ControlModifier)) {
+        if (sameMonth && m_selectionType == MultipleSelection
+            && event->modifiers().testFlag(Qt::ControlModifier)) {
             DaySelect(date.day(), !m_selected[static_cast<size_t>(date.day())]);
         }
     }

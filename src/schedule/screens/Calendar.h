@@ -1,12 +1,12 @@
 #pragma once
 
+#include "schedule/CalendarAlmanac.h"
 #include "schedule/CalendarLanguage.h"
 
 #include <QColor>
 #include <QDate>
 #include <QList>
 #include <QWidget>
-
 #include <array>
 
 namespace pvardo::schedule {
@@ -36,6 +36,7 @@ class Calendar : public QWidget
     Q_PROPERTY(int CalYear READ CalYear WRITE setCalYear)
     Q_PROPERTY(int FirstWeekDay READ FirstWeekDay WRITE setFirstWeekDay)
     Q_PROPERTY(int Language READ Language WRITE setLanguage)
+    Q_PROPERTY(int Hemisphere READ Hemisphere WRITE setHemisphere)
     Q_PROPERTY(bool ShowInfoBar READ ShowInfoBar WRITE setShowInfoBar)
     Q_PROPERTY(bool ShowNavigationBar READ ShowNavigationBar WRITE setShowNavigationBar)
     Q_PROPERTY(bool CellOtherMonthView READ CellOtherMonthView WRITE setCellOtherMonthView)
@@ -66,6 +67,9 @@ public:
     void setFirstWeekDay(int weekday);
     int Language() const { return m_language; }
     void setLanguage(int language);
+    // 0 northern, 1 southern: turns the seasons round.
+    int Hemisphere() const { return m_hemisphere; }
+    void setHemisphere(int hemisphere) { m_hemisphere = hemisphere == 1 ? 1 : 0; }
     bool ShowInfoBar() const { return m_showInfoBar; }
     void setShowInfoBar(bool show);
     bool ShowNavigationBar() const { return m_showNavigationBar; }
@@ -87,6 +91,12 @@ public:
     int GetMonthDays(int month, int year) const;
     long GetJulianDay(int year, int month, int day) const;
     double GetMoonPhaseExact(double julianDay) const;
+    // The almanac of a day, in the calendar's language (see CalendarAlmanac.h).
+    QString GetMoonPhaseDetail(double julianDay) const { return almanac().GetMoonPhaseDetail(julianDay); }
+    QString GetMoonPhaseInfo(double julianDay) const { return almanac().GetMoonPhaseInfo(julianDay); }
+    QString GetQuarterInfo(int month) const { return almanac().GetQuarterInfo(month); }
+    QString GetSeasonInfo(int day, int month) const { return almanac().GetSeasonInfo(day, month); }
+    QString GetZodiacInfo(int day, int month) const { return almanac().GetZodiacInfo(day, month); }
     // Names in the calendar's language: month 1 to 12, weekday 1 (Sunday) to 7.
     QString GetMonthName(int month) const;
     QString GetWeekdayName(int weekday) const;
@@ -141,7 +151,8 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    struct Geometry {
+    struct Geometry
+    {
         QRect navigation;
         QRect previous;
         QRect next;
@@ -158,6 +169,7 @@ private:
     QDate dateAt(const QPoint& point) const;
     QRect cellRect(int index) const;
     QStringList languageList(int list) const;
+    CalendarAlmanac almanac() const;
     QString miscellaneous(int item) const;
     void moveMonths(int months);
     void showInfoMessage(const QString& text);
@@ -168,6 +180,7 @@ private:
     QDate m_date;
     int m_firstWeekDay = 1;
     int m_language = CalendarLanguage::English;
+    int m_hemisphere = CalendarAlmanac::Northern;
     bool m_showInfoBar = true;
     bool m_showNavigationBar = true;
     bool m_otherMonthView = true;
