@@ -25,7 +25,9 @@ const QStringList& intervalNames();
 
 // The day number a meeting row sorts by (MJUL). It runs 13 days ahead of the
 // astronomers' Julian day (2451558 for 1 January 2000), and every row ever
-// written carries it, so the count must stay as it is.
+// written carries it, so the count must stay as it is. (It is the day count of
+// the old Julian calendar applied to our dates: 13 ahead from March 1900 to
+// February 2100, 14 after that, which keeps the order of days all the same.)
 int DayNumber(int year, int month, int day);
 
 struct MeetingRule

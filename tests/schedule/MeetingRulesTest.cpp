@@ -1,5 +1,6 @@
 #include "schedule/MeetingRules.h"
 
+#include "common/DateText.h"
 #include "schedule/CalendarAlmanac.h"
 #include "schedule/CalendarMath.h"
 #include "schedule/MonthGrid.h"
@@ -68,6 +69,13 @@ TEST(DayNumberTest, GivesTheOfficesDayNumbers)
     EXPECT_EQ(DayNumber(2000, 1, 1), 2451558);
     EXPECT_EQ(DayNumber(2011, 3, 15), 2455649);
     EXPECT_EQ(DayNumber(2000, 1, 1) - GetJulianDay(2000, 1, 1), 13);
+    // Every day of this century and the last is the common routines' Julian
+    // day plus 13, one day after the other.
+    for (QDate day(1900, 3, 1); day < QDate(2100, 3, 1); day = day.addDays(1)) {
+        const double astronomers = pvardo::Julianday(day.day(), day.month(), day.year(), 0.5);
+        ASSERT_EQ(DayNumber(day.year(), day.month(), day.day()), static_cast<int>(astronomers) + 13)
+            << day.toString(Qt::ISODate).toStdString();
+    }
     // Consecutive across a month end, a leap day and a year end.
     EXPECT_EQ(DayNumber(2012, 3, 1) - DayNumber(2012, 2, 28), 2);
     EXPECT_EQ(DayNumber(2012, 1, 1) - DayNumber(2011, 12, 31), 1);
