@@ -253,6 +253,7 @@ struct CellDef {
     bool mergeNext = false;
     bool vmergeFirst = false;
     bool vmergeNext = false;
+    int padding[4] = {-1, -1, -1, -1}; // top, left, bottom, right in twips; -1: the row's gap
 };
 
 struct RowDef {
@@ -1089,6 +1090,11 @@ bool RtfReader::handleTableWord(const QByteArray& word, bool has, int value)
         }
         return true;
     }
+    if (word == "clpadt" || word == "clpadl" || word == "clpadb" || word == "clpadr") {
+        const int side = word == "clpadt" ? 0 : word == "clpadl" ? 1 : word == "clpadb" ? 2 : 3;
+        m_cellDef.padding[side] = std::clamp(value, 0, 1440);
+        return true;
+    }
     if (word == "clcbpat") {
         m_cellDef.shading = std::max(0, value);
         return true;
@@ -1626,11 +1632,13 @@ void RtfReader::applyRowFormats(int row, const RowDef& def)
             continue;
         }
         QTextTableCellFormat format = cell.format().toTableCellFormat();
-        const qreal padding = twipsToUnits(def.gapTwips);
-        format.setLeftPadding(padding);
-        format.setRightPadding(padding);
-        format.setTopPadding(0);
-        format.setBottomPadding(0);
+        auto padding = [&](int side, int fallback) {
+            return twipsToUnits(cellDef.padding[side] >= 0 ? cellDef.padding[side] : fallback);
+        };
+        format.setTopPadding(padding(0, 0));
+        format.setLeftPadding(padding(1, def.gapTwips));
+        format.setBottomPadding(padding(2, 0));
+        format.setRightPadding(padding(3, def.gapTwips));
         for (int side = 0; side < 4; ++side) {
             const CellBorder& border = cellDef.borders[side];
             const qreal width = border.present ? std::max(twipsToUnits(border.widthTwips), 0.5) : 0.0;

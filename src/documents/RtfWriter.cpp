@@ -312,6 +312,10 @@ void RtfWriter::writeTable(QTextTable* table)
             } else if (vertical == QTextCharFormat::AlignBottom) {
                 m_out += "\\clvertalb";
             }
+            m_out += "\\clpadt" + QByteArray::number(twips(format.topPadding())) + "\\clpadft3\\clpadl"
+                     + QByteArray::number(twips(format.leftPadding())) + "\\clpadfl3\\clpadb"
+                     + QByteArray::number(twips(format.bottomPadding())) + "\\clpadfb3\\clpadr"
+                     + QByteArray::number(twips(format.rightPadding())) + "\\clpadfr3";
             writeBorder("t", format.topBorder(), format.topBorderStyle(), format.topBorderBrush());
             writeBorder("l", format.leftBorder(), format.leftBorderStyle(), format.leftBorderBrush());
             writeBorder("b", format.bottomBorder(), format.bottomBorderStyle(), format.bottomBorderBrush());

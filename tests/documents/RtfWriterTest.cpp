@@ -83,7 +83,7 @@ QStringList describe(const QTextDocument& document)
                 for (int column = 0; column < table->columns(); ++column) {
                     const QTextTableCell cell = table->cellAt(row, column);
                     const QTextTableCellFormat format = cell.format().toTableCellFormat();
-                    lines.append(QStringLiteral("  C %1,%2 span %3x%4 borders %5 %6 %7 %8 bg %9")
+                    lines.append(QStringLiteral("  C %1,%2 span %3x%4 borders %5 %6 %7 %8 bg %9 pad %10 %11")
                                      .arg(row)
                                      .arg(column)
                                      .arg(cell.rowSpan())
@@ -92,7 +92,8 @@ QStringList describe(const QTextDocument& document)
                                           twipsText(format.bottomBorder()), twipsText(format.rightBorder()),
                                           format.background().style() == Qt::NoBrush
                                               ? QString()
-                                              : format.background().color().name()));
+                                              : format.background().color().name())
+                                     .arg(twipsText(format.topPadding()), twipsText(format.leftPadding())));
                 }
             }
         }

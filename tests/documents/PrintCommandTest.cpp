@@ -1,0 +1,109 @@
+#include "DocumentFixtures.h"
+#include "PdfPages.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace pvardo::test;
+
+namespace {
+
+struct AdminRun {
+    int code = -1;
+    QString out;
+    QString err;
+};
+
+AdminRun admin(const QStringList& arguments)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(PVARDO_BINARY_DIR "/pvardo-admin"), arguments);
+    AdminRun run;
+    if (!process.waitForFinished(60000)) {
+        process.kill();
+        process.waitForFinished();
+        return run;
+    }
+    run.code = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
+    run.out = QString::fromUtf8(process.readAllStandardOutput());
+    run.err = QString::fromUtf8(process.readAllStandardError());
+    return run;
+}
+
+} // namespace
+
+TEST(PrintCommand, printsAFixtureToPdfWithTheFooter)
+{
+    QTemporaryDir dir;
+    const QString pdf = dir.filePath(QStringLiteral("multipage.pdf"));
+    const AdminRun run = admin({QStringLiteral("print"), rtfFixturePath(QStringLiteral("multipage.rtf")),
+                           QStringLiteral("--pdf"), pdf, QStringLiteral("--footer")});
+    ASSERT_EQ(run.code, 0) << run.err.toStdString();
+    const QStringList pages = pdfPageTexts(pdf);
+    ASSERT_GE(pages.size(), 3);
+    EXPECT_TRUE(run.out.contains(QStringLiteral("Printed %1 pages to").arg(pages.size()))) << run.out.toStdString();
+    for (int i = 0; i < pages.size(); ++i) {
+        EXPECT_TRUE(pages.at(i).contains(QStringLiteral("Page %1").arg(i + 1))) << "page " << i + 1;
+    }
+
+    // Wider margins make more pages.
+    const QString wide = dir.filePath(QStringLiteral("wide.pdf"));
+    ASSERT_EQ(admin({QStringLiteral("print"), rtfFixturePath(QStringLiteral("multipage.rtf")),
+                     QStringLiteral("--pdf"), wide, QStringLiteral("--margins"), QStringLiteral("2.5,2,2.5,2")})
+                  .code,
+              0);
+    EXPECT_GT(pdfPageCount(wide), pages.size());
+}
+
+TEST(PrintCommand, refusesBadArgumentsAndBadFiles)
+{
+    QTemporaryDir dir;
+    const QString pdf = dir.filePath(QStringLiteral("out.pdf"));
+    const QString letter = rtfFixturePath(QStringLiteral("letter.rtf"));
+    QFile plain(dir.filePath(QStringLiteral("plain.rtf")));
+    ASSERT_TRUE(plain.open(QIODevice::WriteOnly));
+    plain.write("Just words, no RTF.");
+    plain.close();
+    QFile torn(dir.filePath(QStringLiteral("torn.rtf")));
+    ASSERT_TRUE(torn.open(QIODevice::WriteOnly));
+    torn.write(readFixtureBytes(letter).left(6000));
+    torn.close();
+
+    struct Case {
+        QStringList arguments;
+        int code;
+        const char* message;
+    };
+    const QList<Case> cases = {
+        {{QStringLiteral("print")}, 2, "usage"},
+        {{QStringLiteral("print"), dir.filePath(QStringLiteral("missing.rtf")), QStringLiteral("--pdf"), pdf}, 2,
+         "cannot read"},
+        {{QStringLiteral("print"), letter, QStringLiteral("--margins"), QStringLiteral("1,1,1"), QStringLiteral("--pdf"),
+          pdf},
+         2,
+         "--margins"},
+        {{QStringLiteral("print"), letter, QStringLiteral("--colour")}, 2, "unexpected"},
+        {{QStringLiteral("print"), plain.fileName(), QStringLiteral("--pdf"), pdf}, 1, "not an RTF document"},
+        {{QStringLiteral("print"), letter, QStringLiteral("--pdf"), dir.filePath(QStringLiteral("no/such/dir/x.pdf"))},
+         1,
+         "cannot write"},
+    };
+    for (const Case& c : cases) {
+        const AdminRun run = admin(c.arguments);
+        EXPECT_EQ(run.code, c.code) << c.arguments.join(QLatin1Char(' ')).toStdString();
+        EXPECT_TRUE(run.err.contains(QLatin1String(c.message))) << run.err.toStdString();
+    }
+    EXPECT_FALSE(QFile::exists(pdf)); // nothing half-written was left
+
+    // A torn file prints what could be read and says so.
+    const AdminRun run = admin({QStringLiteral("print"), torn.fileName(), QStringLiteral("--pdf"), pdf});
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(run.err.contains(QStringLiteral("is damaged"))) << run.err.toStdString();
+    EXPECT_TRUE(pdfPageTexts(pdf).value(0).contains(QStringLiteral("ELMBROOK")));
+}
