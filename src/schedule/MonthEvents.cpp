@@ -28,7 +28,11 @@ MonthEvents::Outcome MonthEvents::GetMonthEvents(const QString& dateText)
     const QString year = text.right(4);
     const int month = LeadingWholeNumber(text.section(QLatin1Char('/'), 0, 0));
     const int yearNumber = LeadingWholeNumber(year);
-    if (month < 1 || month > 12 || yearNumber < 1 || !QDate(yearNumber, month, 1).isValid()) {
+    bool digits = year.size() == 4;
+    for (const QChar c : year) {
+        digits = digits && c.isDigit();
+    }
+    if (!digits || month < 1 || month > 12 || yearNumber < 1 || !QDate(yearNumber, month, 1).isValid()) {
         m_status = store::StoreStatus::failure(store::StoreErrorNumber::TypeMismatch,
             QStringLiteral("\"%1\" is not a date of the calendar.").arg(dateText));
         return Outcome::Failed;

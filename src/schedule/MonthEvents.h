@@ -42,7 +42,9 @@ public:
 
     // Loads the month of a date given as month/day/year text (the year is
     // its last four characters): selects the year's rows and every rule, in
-    // day-number order, and keeps those that fall in the month in view.
+    // day-number order, and keeps those that fall in the month in view. A
+    // text that is no such date (a two-digit year, a month of 13) fails and
+    // changes nothing.
     Outcome GetMonthEvents(const QString& dateText);
 
     // The query for a year, as the month load runs it.

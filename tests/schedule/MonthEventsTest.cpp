@@ -177,7 +177,9 @@ TEST_F(MonthEventsTest, BadDatesDamagedRulesAndMissingFilesEndQuietly)
     MonthEvents events(path);
     EXPECT_EQ(events.GetMonthEvents(q("13/01/2011")), MonthEvents::Outcome::Failed);
     EXPECT_EQ(events.GetMonthEvents(q("")), MonthEvents::Outcome::Failed);
-    // An apostrophe breaks the query, which the store refuses.
+    EXPECT_EQ(events.GetMonthEvents(q("3/1/11")), MonthEvents::Outcome::Failed);
+    EXPECT_TRUE(events.entries().isEmpty());
+    // An apostrophe never reaches the query.
     EXPECT_EQ(events.GetMonthEvents(q("03/01/20'1")), MonthEvents::Outcome::Failed);
 
     MonthEvents missing(installation.databaseFolder() + q("/nothing.db"));
