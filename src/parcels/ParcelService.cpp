@@ -77,19 +77,20 @@ void ParcelService::moveLastThenFirst()
     m_store->MoveFirst();
 }
 
-bool ParcelService::SBLExists(const QString& sbl)
+bool ParcelService::SBLLocate(const QString& sbl)
 {
-    if (!m_store) {
-        return false;
-    }
-    const QString key = sbl.toUpper();
-    if (m_store->RecordCount() == 0) {
+    if (!m_store || m_store->RecordCount() == 0) {
         return false;
     }
     moveLastThenFirst();
     // The key is joined in as it stands, as every look-up of the office's is;
     // a key the criteria cannot hold finds nothing.
-    if (!m_store->Find(QStringLiteral("[SBLF] = '") + key + QLatin1Char('\'')).ok() || m_store->Eof()) {
+    return m_store->Find(QStringLiteral("[SBLF] = '") + sbl.toUpper() + QLatin1Char('\'')).ok() && !m_store->Eof();
+}
+
+bool ParcelService::SBLExists(const QString& sbl)
+{
+    if (!SBLLocate(sbl)) {
         return false;
     }
     m_found.permit = m_store->text(QStringLiteral("PERMIT"));

@@ -74,6 +74,9 @@ public:
     // and found() holds its values.
     bool SBLExists(const QString& sbl);
     const ParcelFound& found() const { return m_found; }
+    // SBLExists without reading the row's values, for long runs that only
+    // need the cursor on the row.
+    bool SBLLocate(const QString& sbl);
 
     // The three adds. SBLAdd and SBLAdd18 start the trail with "*" and the
     // permit; SBLAddExtended, the roll's, writes neither permit nor trail nor

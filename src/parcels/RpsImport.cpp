@@ -6,6 +6,7 @@
 #include "parcels/SblParts.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
@@ -20,8 +21,11 @@ namespace {
 // A parcel record is 460 characters; a "line" longer than this is no record,
 // and is passed over without being held.
 constexpr qint64 LongestLine = 8192;
-// Roll rows written in one transaction of the roll file.
-constexpr int RowsPerTransaction = 2000;
+// Roll rows are committed in groups: each commit waits for the disk, and
+// other workstations wait while a group is open, so a group is closed after
+// half a second or this many rows.
+constexpr int RowsPerTransaction = 50000;
+constexpr qint64 TransactionMs = 500;
 
 // Reads a file one line at a time, without its line end (LF or CR LF).
 class LineReader
@@ -189,8 +193,10 @@ RpsImportResult RpsImport::ImportIn(int pass, RpsRoll* roll, const RpsImportCall
     bool tooLong = false;
     int committed = 0; // records of the groups already committed
     store::StoreStatus status;
+    QElapsedTimer group;
     if (pass == 2) {
         status = roll->beginBatch();
+        group.start();
     }
     while (status.ok() && reader.next(bytes, length, tooLong)) {
         ++result.lines;
@@ -236,12 +242,14 @@ RpsImportResult RpsImport::ImportIn(int pass, RpsRoll* roll, const RpsImportCall
                         const RpsRow row{full,           preview.sbl,   preview.owner,   preview.owner,
                                          preview.location, preview.east, preview.north, preview.mailing,
                                          QString(),      QString(),     QString(),       QString()};
-                        status = roll->RPSSBLExists(full) ? roll->RPSSBLUpdate2(row) : roll->RPSSBLAdd(row);
-                        if (status.ok() && result.processed - committed == RowsPerTransaction) {
+                        status = roll->locate(full) ? roll->RPSSBLUpdate2(row) : roll->RPSSBLAdd(row);
+                        if (status.ok() && (result.processed - committed == RowsPerTransaction ||
+                                            group.elapsed() >= TransactionMs)) {
                             status = roll->commitBatch();
                             if (status.ok()) {
                                 committed = result.processed;
                                 status = roll->beginBatch();
+                                group.start();
                             }
                         }
                         if (!status.ok()) {

@@ -4,6 +4,7 @@
 #include "store/Catalogue.h"
 #include "store/DatabaseLocation.h"
 
+#include <QElapsedTimer>
 #include <QFileInfo>
 
 namespace pvardo::parcels {
@@ -71,14 +72,19 @@ StoreStatus RpsRoll::resetRPS()
     return open(false);
 }
 
-bool RpsRoll::RPSSBLExists(const QString& fullForm)
+bool RpsRoll::locate(const QString& fullForm)
 {
     if (!m_rows || m_rows->RecordCount() == 0) {
         return false;
     }
     m_rows->MoveLast();
     m_rows->MoveFirst();
-    if (!m_rows->Find(QStringLiteral("[RSBLF] = '") + fullForm + QLatin1Char('\'')).ok() || m_rows->Eof()) {
+    return m_rows->Find(QStringLiteral("[RSBLF] = '") + fullForm + QLatin1Char('\'')).ok() && !m_rows->Eof();
+}
+
+bool RpsRoll::RPSSBLExists(const QString& fullForm)
+{
+    if (!locate(fullForm)) {
         return false;
     }
     auto text = [this](const char* column) { return m_rows->text(QString::fromLatin1(column)); };
@@ -160,10 +166,14 @@ int RpsRoll::syncSBL(ParcelService& parcels, StoreStatus* status, const ParcelPr
     const double step = 100.0 / m_rows->RecordCount();
     double done = 0;
     int carried = 0;
-    // Committed in groups: a run stopped half-way leaves whole rows, and other
-    // workstations wait for one group at most.
-    constexpr int RowsPerTransaction = 2000;
+    // Committed in groups of half a second at most: a run stopped half-way
+    // leaves whole rows, and other workstations wait for one group at most.
+    constexpr int RowsPerTransaction = 50000;
+    constexpr qint64 TransactionMs = 500;
+    QElapsedTimer group;
+    int inGroup = 0;
     result = parcels.beginBatch();
+    group.start();
     while (result.ok() && !m_rows->Eof()) {
         auto text = [this](const char* column) { return m_rows->text(QString::fromLatin1(column)); };
         const QString full = text("RSBLF");
@@ -177,7 +187,7 @@ int RpsRoll::syncSBL(ParcelService& parcels, StoreStatus* status, const ParcelPr
         const QString price = text("RPRICE");
         const QString notes = text("RNOTES");
         const QString flag = text("FLAG");
-        if (parcels.SBLExists(full)) {
+        if (parcels.SBLLocate(full)) {
             result = parcels.SBLUpdateExtended(full, contact, association, location, east, north, mailing, map,
                                                price, notes, flag);
         } else {
@@ -188,10 +198,12 @@ int RpsRoll::syncSBL(ParcelService& parcels, StoreStatus* status, const ParcelPr
             break;
         }
         ++carried;
-        if (carried % RowsPerTransaction == 0) {
+        if (++inGroup == RowsPerTransaction || group.elapsed() >= TransactionMs) {
+            inGroup = 0;
             result = parcels.commitBatch();
             if (result.ok()) {
                 result = parcels.beginBatch();
+                group.start();
             }
         }
         m_rows->MoveNext();

@@ -53,6 +53,9 @@ public:
     // and found() holds the row's values.
     bool RPSSBLExists(const QString& fullForm);
     const RpsRow& found() const { return m_found; }
+    // RPSSBLExists without reading the row's values: the import rewrites the
+    // row whole and needs only the cursor on it.
+    bool locate(const QString& fullForm);
     // Adds a roll row, or rewrites the row under the cursor, stamped now.
     // Values longer than their columns are cut; an empty owner, contact or
     // location is written "?".
