@@ -17,8 +17,10 @@ inline QByteArray rpsRecord(int i)
     auto put = [&line](int column, int width, const QByteArray& text) {
         line.replace(column - 1, width, text.leftJustified(width, ' ', true));
     };
-    static const char* const streets[] = {"MAIN ST", "OAK LN", "RIVER RD", "HILLSIDE AVE", "ORCHARD WAY", "MILL ST"};
-    static const char* const owners[] = {"SMITH JOHN", "JONES MARY", "GARCIA ANA", "MILLER ROBERT", "LEE DAVID"};
+    static const char* const streets[]
+        = {"MAIN ST", "OAK LN", "RIVER RD", "HILLSIDE AVE", "ORCHARD WAY", "MILL ST"};
+    static const char* const owners[]
+        = {"SMITH JOHN", "JONES MARY", "GARCIA ANA", "MILLER ROBERT", "LEE DAVID"};
     static const char* const towns[] = {"KINGSTON NY", "NEW PALTZ NY", "SAUGERTIES NY", "WOODSTOCK NY"};
     // Section, subsection, block and lot make 200,000 distinct parcels; some
     // have a sublot, and the roll writes a few with its slashes.
@@ -26,8 +28,8 @@ inline QByteArray rpsRecord(int i)
     const int subsection = 1 + (i / 400) % 50;
     const int block = 1 + (i / 20) % 20;
     const int lot = 1 + i % 20;
-    QByteArray sbl = QByteArray::number(section) + (i % 7 == 0 ? "/" : ".") + QByteArray::number(subsection) + "-" +
-                     QByteArray::number(block) + "-" + QByteArray::number(lot);
+    QByteArray sbl = QByteArray::number(section) + (i % 7 == 0 ? "/" : ".") + QByteArray::number(subsection)
+        + "-" + QByteArray::number(block) + "-" + QByteArray::number(lot);
     if (i % 5 == 0) {
         sbl += "." + QByteArray::number(i % 3 + 1);
     }

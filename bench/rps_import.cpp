@@ -8,7 +8,6 @@
 //
 // PVARDO_BENCH_RPS_RECORDS changes the record count (200,000).
 #include "RpsExtractGenerator.h"
-
 #include "parcels/ParcelService.h"
 #include "parcels/RpsFields.h"
 #include "parcels/RpsImport.h"
@@ -21,12 +20,9 @@
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
-
 #include <benchmark/benchmark.h>
-
-#include <sys/resource.h>
-
 #include <cstdio>
+#include <sys/resource.h>
 
 using namespace pvardo;
 using namespace pvardo::parcels;
@@ -59,7 +55,8 @@ QByteArray csvField(const QString& text)
 
 // The extract, and the same rows as the import writes them as CSV, for the
 // roll and for the parcel store: made once.
-struct Files {
+struct Files
+{
     QString extract;
     QString rollCsv;
     QString storeCsv;
@@ -89,15 +86,13 @@ const Files& files()
             const QString mailing = cutText(RpsFields::getMailing(line), 80);
             const QString east = RpsFields::getEGrid(line);
             const QString north = RpsFields::getNGrid(line);
-            const QList<QByteArray> rollRow = {csvField(full), csvField(sbl), csvField(owner), csvField(owner),
-                                               csvField(location), csvField(mailing), csvField(east),
-                                               csvField(north), "\"\"", "\"\"", "\"\"", "\"\"",
-                                               csvField(stamp)};
+            const QList<QByteArray> rollRow = {csvField(full), csvField(sbl), csvField(owner),
+                csvField(owner), csvField(location), csvField(mailing), csvField(east), csvField(north),
+                "\"\"", "\"\"", "\"\"", "\"\"", csvField(stamp)};
             roll.write(rollRow.join(',') + '\n');
-            const QList<QByteArray> storeRow = {csvField(full), csvField(owner), csvField(location), "", "", "", "",
-                                                "", "", "", "", "", "", csvField(owner), csvField(mailing), "",
-                                                QByteArray::number(east.toDouble()),
-                                                QByteArray::number(north.toDouble())};
+            const QList<QByteArray> storeRow = {csvField(full), csvField(owner), csvField(location), "", "",
+                "", "", "", "", "", "", "", "", csvField(owner), csvField(mailing), "",
+                QByteArray::number(east.toDouble()), QByteArray::number(north.toDouble())};
             parcelStore.write(storeRow.join(',') + '\n');
         }
         return f;
@@ -117,7 +112,9 @@ void freshDatabase(const QString& path, store::Table table)
 
 void reportMemory(benchmark::State& state)
 {
-    struct rusage usage {};
+    struct rusage usage
+    {
+    };
     getrusage(RUSAGE_SELF, &usage);
     state.counters["max_rss_MiB"] = static_cast<double>(usage.ru_maxrss) / 1024.0;
 }
@@ -125,8 +122,9 @@ void reportMemory(benchmark::State& state)
 void sqliteImport(const QString& database, const QString& csv, const char* table)
 {
     QProcess tool;
-    tool.start(QStringLiteral("sqlite3"), {database, QStringLiteral(".mode csv"),
-                                           QStringLiteral(".import %1 %2").arg(csv, QString::fromLatin1(table))});
+    tool.start(QStringLiteral("sqlite3"),
+        {database, QStringLiteral(".mode csv"),
+            QStringLiteral(".import %1 %2").arg(csv, QString::fromLatin1(table))});
     if (!tool.waitForFinished(600000) || tool.exitCode() != 0) {
         std::fprintf(stderr, "sqlite3 .import failed: %s\n", tool.readAllStandardError().constData());
         std::exit(1);
@@ -243,7 +241,11 @@ void SqliteToolImportStore(benchmark::State& state)
 BENCHMARK(AnalyseExtract)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(3)->UseRealTime();
 BENCHMARK(SqliteToolImportRoll)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(3)->UseRealTime();
 BENCHMARK(ImportIntoEmptyRoll)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(3)->UseRealTime();
-BENCHMARK(ImportAgainOverFullRoll)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(3)->UseRealTime();
+BENCHMARK(ImportAgainOverFullRoll)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(1)
+    ->Repetitions(3)
+    ->UseRealTime();
 BENCHMARK(SqliteToolImportStore)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(3)->UseRealTime();
 BENCHMARK(SyncIntoEmptyStore)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(3)->UseRealTime();
 

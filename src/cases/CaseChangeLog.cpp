@@ -14,7 +14,7 @@ QString CaseChangeLog::logTime()
 }
 
 bool CaseChangeLog::LogCaseChange(const Session& session, const QString& code, const QString& keyName,
-                                  const QString& caseNumber, QString* error)
+    const QString& caseNumber, QString* error)
 {
     if (session.ShareParcelStore) {
         return true;

@@ -19,7 +19,7 @@ public:
     // date and time; then replaces \homebound.txt. Gives false, with a reason,
     // when a file could not be written (the case itself is written all the same).
     static bool LogCaseChange(const Session& session, const QString& code, const QString& keyName,
-                              const QString& caseNumber, QString* error = nullptr);
+        const QString& caseNumber, QString* error = nullptr);
     // The date and time as the log writes them.
     static QString logTime();
 };

@@ -5,7 +5,6 @@
 #include "common/TextFiles.h"
 
 #include <QFileInfo>
-
 #include <cmath>
 
 namespace pvardo::cases {
@@ -67,7 +66,8 @@ bool CaseNumbering::openCases()
         m_cases.reset();
     }
     store::StoreStatus status;
-    m_cases = store::openRecordsetAt(m_casePath, QStringLiteral("Select * from PBPROJ order by PBCASE"), &status);
+    m_cases
+        = store::openRecordsetAt(m_casePath, QStringLiteral("Select * from PBPROJ order by PBCASE"), &status);
     return m_cases != nullptr;
 }
 
@@ -77,7 +77,8 @@ bool CaseNumbering::PermitExists(const QString& caseNumber)
         return false;
     }
     m_cases->MoveFirst();
-    const store::StoreStatus status = m_cases->Find(QStringLiteral("[PBCASE] = '") + caseNumber + QLatin1Char('\''));
+    const store::StoreStatus status
+        = m_cases->Find(QStringLiteral("[PBCASE] = '") + caseNumber + QLatin1Char('\''));
     return status.ok() && !m_cases->Eof();
 }
 

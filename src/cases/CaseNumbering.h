@@ -4,7 +4,6 @@
 
 #include <QDate>
 #include <QString>
-
 #include <functional>
 #include <memory>
 
@@ -13,8 +12,8 @@ namespace pvardo::cases {
 // What the user answered in the dialog `dupe` about a case number that is
 // already taken.
 enum class DupeChoice {
-    Cancel,                 // iCancel, or iContinue with the box clear: the command is abandoned
-    ResolveAutomatically,   // iContinue with "Resolve Duplicate Numbers Automatically" ticked
+    Cancel, // iCancel, or iContinue with the box clear: the command is abandoned
+    ResolveAutomatically, // iContinue with "Resolve Duplicate Numbers Automatically" ticked
 };
 using DupeDialog = std::function<DupeChoice()>;
 
@@ -34,9 +33,9 @@ public:
     CaseNumbering(QString databaseFolder, QString caseDatabasePath, const QDate& startUpDate);
 
     // The working values, as text, as the files hold them.
-    QString PermitSeq;       // the working sequence number, empty at start-up
+    QString PermitSeq; // the working sequence number, empty at start-up
     QString PermitSeqStored; // line 1 of \zhi.txt
-    QString PermitBase;      // line 1 of \pnb.txt; "-1" lets the computer decide
+    QString PermitBase; // line 1 of \pnb.txt; "-1" lets the computer decide
     bool ResolveDupesAuto = false;
 
     // Reads \pnb.txt and \zhi.txt. When either is missing, both are written

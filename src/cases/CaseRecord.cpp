@@ -33,19 +33,21 @@ QString CaseRecord::duplicatePermitText()
 
 QString CaseRecord::dupeText()
 {
-    return QStringLiteral("The Case Number entered already exist. You cannot add a new case with the same number.");
+    return QStringLiteral(
+        "The Case Number entered already exist. You cannot add a new case with the same number.");
 }
 
 QString CaseRecord::dupeAdvice()
 {
-    return QStringLiteral("If your operation does not utilize pre-numbered cases, the program can resolve duplicate "
-                          "case numbers simply by incrementing your case number automatically. If you want for the "
-                          "program to resolve this automatically, simply check the box \"Resolve duplicate numbers "
-                          "automatically.\"");
+    return QStringLiteral(
+        "If your operation does not utilize pre-numbered cases, the program can resolve duplicate "
+        "case numbers simply by incrementing your case number automatically. If you want for the "
+        "program to resolve this automatically, simply check the box \"Resolve duplicate numbers "
+        "automatically.\"");
 }
 
-StoreStatus CaseRecord::writeDerivedColumns(store::Recordset& caseRow, const CaseInputs& inputs,
-                                            const QString& currentUser)
+StoreStatus CaseRecord::writeDerivedColumns(
+    store::Recordset& caseRow, const CaseInputs& inputs, const QString& currentUser)
 {
     QList<QPair<QString, QVariant>> values;
     const QString fileDate = inputs.fileDate.trimmed();
@@ -71,7 +73,7 @@ StoreStatus CaseRecord::writeDerivedColumns(store::Recordset& caseRow, const Cas
     const qsizetype point = section.indexOf(QLatin1Char('.'));
     values.append({QStringLiteral("SEC"), parcels::cutText(point >= 0 ? section.left(point) : section, 6)});
     values.append({QStringLiteral("SUD"),
-                   parcels::cutText(point >= 0 ? section.mid(point + 1) : QStringLiteral("0"), 4)});
+        parcels::cutText(point >= 0 ? section.mid(point + 1) : QStringLiteral("0"), 4)});
     values.append({QStringLiteral("PBFW"), utilityFlag(inputs.privateWater)});
     values.append({QStringLiteral("PBFS"), utilityFlag(inputs.privateSewage)});
     values.append({QStringLiteral("PBFE"), utilityFlag(inputs.privateElectric)});
@@ -86,8 +88,7 @@ StoreStatus CaseRecord::writeDerivedColumns(store::Recordset& caseRow, const Cas
 }
 
 StoreStatus CaseRecord::movefieldsintodb(const store::ColumnMap& map, store::Recordset& caseRow,
-                                         const store::BoxReader& box, const CaseInputs& inputs,
-                                         const Session& session)
+    const store::BoxReader& box, const CaseInputs& inputs, const Session& session)
 {
     StoreStatus status = store::movefieldsintodb(map, caseRow, box);
     if (status.ok()) {
@@ -95,13 +96,14 @@ StoreStatus CaseRecord::movefieldsintodb(const store::ColumnMap& map, store::Rec
     }
     if (status.ok()) {
         // A change log that cannot be written does not stop the case.
-        CaseChangeLog::LogCaseChange(session, QStringLiteral("20"), QStringLiteral("PBCASE"),
-                                     inputs.caseNumber.trimmed());
+        CaseChangeLog::LogCaseChange(
+            session, QStringLiteral("20"), QStringLiteral("PBCASE"), inputs.caseNumber.trimmed());
     }
     return status;
 }
 
-StoreStatus CaseRecord::PostCaseToParcel(parcels::ParcelService& parcels, const CaseInputs& inputs, bool inserting)
+StoreStatus CaseRecord::PostCaseToParcel(
+    parcels::ParcelService& parcels, const CaseInputs& inputs, bool inserting)
 {
     const QString sbl = parcels.MakeSBL(inputs.sbl);
     const QString caseNumber = inputs.caseNumber.trimmed();
@@ -125,7 +127,8 @@ StoreStatus CaseRecord::PostCaseToParcel(parcels::ParcelService& parcels, const 
             // The trail only grows: voiding, deleting or renaming the case
             // later leaves this token behind.
             const QString trail = parcels.recordset()->text(QStringLiteral("HISTORICAL"));
-            changes.append({QStringLiteral("HISTORICAL"), QString(trail + QStringLiteral("*Z") + caseNumber)});
+            changes.append(
+                {QStringLiteral("HISTORICAL"), QString(trail + QStringLiteral("*Z") + caseNumber)});
         }
         changes.append({QStringLiteral("ASSOC"), owner});
         changes.append({QStringLiteral("LOCN1"), location});
@@ -136,7 +139,7 @@ StoreStatus CaseRecord::PostCaseToParcel(parcels::ParcelService& parcels, const 
 }
 
 StoreStatus CaseRecord::insertCase(store::Recordset& cases, CaseNumbering& numbering, CaseInputs& inputs,
-                                   const RowFiller& fill, const DupeDialog& askDupe)
+    const RowFiller& fill, const DupeDialog& askDupe)
 {
     for (;;) {
         cases.AddNew();

@@ -6,7 +6,6 @@
 #include "store/Recordset.h"
 
 #include <QString>
-
 #include <functional>
 
 namespace pvardo {
@@ -21,12 +20,13 @@ namespace pvardo::cases {
 
 // The inputs of the case screen that the record's own rules read; the boxed
 // columns come through the screen's ColumnMap walk.
-struct CaseInputs {
-    QString caseNumber;  // Text1(1)
-    QString fileDate;    // the file-date input, as typed
-    QString statusText;  // the status list's text
+struct CaseInputs
+{
+    QString caseNumber; // Text1(1)
+    QString fileDate; // the file-date input, as typed
+    QString statusText; // the status list's text
     parcels::SblBoxes sbl; // Text1(2) to Text1(6)
-    QString ownerName;   // the owner's name
+    QString ownerName; // the owner's name
     QString siteLocation; // the site location
     bool privateWater = false;
     bool privateSewage = false;
@@ -46,22 +46,21 @@ public:
     // the file date and its month, day and year texts (left alone when the
     // input is empty), the case number and its two parts, the status letter,
     // section and subsection, the four utility flags, and the stamps.
-    static store::StoreStatus writeDerivedColumns(store::Recordset& caseRow, const CaseInputs& inputs,
-                                                  const QString& currentUser);
+    static store::StoreStatus writeDerivedColumns(
+        store::Recordset& caseRow, const CaseInputs& inputs, const QString& currentUser);
 
     // The whole write of the screen's inputs into the row being added or
     // edited: the ColumnMap walk, the derived columns, then the change log.
     // The row is not written; the caller's Update() does that.
     static store::StoreStatus movefieldsintodb(const store::ColumnMap& map, store::Recordset& caseRow,
-                                               const store::BoxReader& box, const CaseInputs& inputs,
-                                               const Session& session);
+        const store::BoxReader& box, const CaseInputs& inputs, const Session& session);
 
     // Ties the case to its parcel, before the case row is written: the
     // parcel's owner and location follow the case, an insert adds "*Z" and the
     // number to the parcel's trail, and a parcel the store does not hold is
     // added. Gives the status of the parcel write.
-    static store::StoreStatus PostCaseToParcel(parcels::ParcelService& parcels, const CaseInputs& inputs,
-                                               bool inserting);
+    static store::StoreStatus PostCaseToParcel(
+        parcels::ParcelService& parcels, const CaseInputs& inputs, bool inserting);
 
     // Fills a new or edited row; called again for each retry of an insert.
     using RowFiller = std::function<store::StoreStatus(store::Recordset& caseRow, const CaseInputs& inputs)>;
@@ -71,13 +70,14 @@ public:
     // (ResolveDupesAuto) or the user is asked, and the write is retried. On
     // success the sequence advances. The case number of `inputs` is the one
     // written. StopFlag is set when the user abandons the insert.
-    static store::StoreStatus insertCase(store::Recordset& cases, CaseNumbering& numbering, CaseInputs& inputs,
-                                         const RowFiller& fill, const DupeDialog& askDupe);
+    static store::StoreStatus insertCase(store::Recordset& cases, CaseNumbering& numbering,
+        CaseInputs& inputs, const RowFiller& fill, const DupeDialog& askDupe);
 
     // Writes an edited case. A number already used by another case is refused
     // with the message " Duplicate Permit", the edit is cancelled and StopFlag
     // set, so the screen stays in edit mode.
-    static store::StoreStatus saveCase(store::Recordset& cases, const CaseInputs& inputs, const RowFiller& fill);
+    static store::StoreStatus saveCase(
+        store::Recordset& cases, const CaseInputs& inputs, const RowFiller& fill);
     static QString duplicatePermitTitle() { return QStringLiteral(" Duplicate Permit"); }
     static QString duplicatePermitText();
 

@@ -6,9 +6,9 @@ namespace pvardo::cases {
 
 QStringList CaseStatus::statusListTexts()
 {
-    return {QStringLiteral("Initial Submission"), QStringLiteral("Pending"),  QStringLiteral("On Appeal"),
-            QStringLiteral("Approved"),           QStringLiteral("Denied"),   QStringLiteral("Canceled"),
-            QStringLiteral("Void")};
+    return {QStringLiteral("Initial Submission"), QStringLiteral("Pending"), QStringLiteral("On Appeal"),
+        QStringLiteral("Approved"), QStringLiteral("Denied"), QStringLiteral("Canceled"),
+        QStringLiteral("Void")};
 }
 
 QString CaseStatus::letterOf(const QString& listText)
@@ -20,8 +20,14 @@ QString CaseStatus::statusVerbose(const QString& letter)
 {
     // Tested in this order, as the office's listings always have.
     static const std::pair<const char*, const char*> words[] = {
-        {"I", "Initial Application"}, {"O", "On Appeal"}, {"D", "Denied"},  {"P", "Pending"},
-        {"A", "Approved"},            {"T", "Tabled"},    {"V", "Voided"},  {"C", "Canceled"},
+        {"I", "Initial Application"},
+        {"O", "On Appeal"},
+        {"D", "Denied"},
+        {"P", "Pending"},
+        {"A", "Approved"},
+        {"T", "Tabled"},
+        {"V", "Voided"},
+        {"C", "Canceled"},
     };
     for (const auto& [code, word] : words) {
         if (letter == QLatin1String(code)) {

@@ -7,7 +7,6 @@ namespace pvardo::store {
 class Recordset;
 }
 
-
 namespace pvardo::cases {
 
 // The status of a case: one letter in PBSTATUS, chosen from the status list

@@ -36,7 +36,8 @@ parcels::RpsImportCallback progressPrinter(CommandContext& context)
     };
 }
 
-void printPreview(CommandContext& context, const parcels::RpsImport& import, const parcels::RpsImportResult& result)
+void printPreview(
+    CommandContext& context, const parcels::RpsImport& import, const parcels::RpsImportResult& result)
 {
     const parcels::RpsPreview& preview = result.preview;
     QTextStream& out = context.out;
@@ -85,7 +86,8 @@ int runImportRps(CommandContext& context)
         }
     }
     if (file.isEmpty()) {
-        context.err << "usage: pvardo-admin --home DIR import-rps FILE [--swis CODE] [--analyse-only]" << Qt::endl;
+        context.err << "usage: pvardo-admin --home DIR import-rps FILE [--swis CODE] [--analyse-only]"
+                    << Qt::endl;
         return ExitCode::BadUsage;
     }
     const QFileInfo info(file);
@@ -133,8 +135,7 @@ int runImportRps(CommandContext& context)
 }
 
 const CommandRegistration registration{{"import-rps", "import-rps FILE [--swis CODE] [--analyse-only]",
-                                        "imports an NYS RPS extract into the tax parcel roll", true,
-                                        &runImportRps}};
+    "imports an NYS RPS extract into the tax parcel roll", true, &runImportRps}};
 
 } // namespace
 

@@ -33,8 +33,7 @@ int runSbl(CommandContext& context)
 }
 
 const CommandRegistration registration{{"sbl", "sbl short|full|trim TEXT",
-                                        "converts a parcel number to its short, full or trimmed form", false,
-                                        &runSbl}};
+    "converts a parcel number to its short, full or trimmed form", false, &runSbl}};
 
 } // namespace
 

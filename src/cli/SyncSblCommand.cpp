@@ -45,7 +45,8 @@ int runSyncSbl(CommandContext& context)
     }
     parcels::RpsRoll roll(parcels::RpsRoll::rollPathIn(state.DatabaseFolder));
     if (!roll.rollExists()) {
-        context.err << "There is no tax parcel roll to synchronize: import one first (import-rps)." << Qt::endl;
+        context.err << "There is no tax parcel roll to synchronize: import one first (import-rps)."
+                    << Qt::endl;
         return ExitCode::Failed;
     }
     store::StoreStatus status = roll.resetRPSsbl();
@@ -53,17 +54,17 @@ int runSyncSbl(CommandContext& context)
         context.err << "The tax parcel roll cannot be opened: " << status.description << Qt::endl;
         return ExitCode::Failed;
     }
-    parcels::ParcelService service(parcels::ParcelService::parcelStorePathOf(state),
-                                   parcels::ParcelService::caseDatabasePathOf(state));
+    parcels::ParcelService service(
+        parcels::ParcelService::parcelStorePathOf(state), parcels::ParcelService::caseDatabasePathOf(state));
     status = service.resetsbl();
     if (!status.ok()) {
         context.err << "The SBL Repository " << QDir::toNativeSeparators(service.parcelStorePath())
                     << " cannot be opened: " << status.description << Qt::endl;
         return ExitCode::Failed;
     }
-    const parcels::SblSync::Outcome outcome =
-        parcels::SblSync::syncSBL(service, roll, state, progressPrinter(context, "Converting SBL info.."),
-                                  progressPrinter(context, "Synchronizing SBL info.."));
+    const parcels::SblSync::Outcome outcome
+        = parcels::SblSync::syncSBL(service, roll, state, progressPrinter(context, "Converting SBL info.."),
+            progressPrinter(context, "Synchronizing SBL info.."));
     if (!outcome.status.ok()) {
         context.err << "The SBL Repository was not synchronized: " << outcome.status.description << Qt::endl;
         return ExitCode::Failed;
@@ -79,8 +80,8 @@ int runSyncSbl(CommandContext& context)
     return ExitCode::Ok;
 }
 
-const CommandRegistration registration{{"sync-sbl", "sync-sbl", "carries the tax parcel roll into the SBL Repository",
-                                        true, &runSyncSbl}};
+const CommandRegistration registration{
+    {"sync-sbl", "sync-sbl", "carries the tax parcel roll into the SBL Repository", true, &runSyncSbl}};
 
 } // namespace
 

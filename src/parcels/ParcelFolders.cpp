@@ -28,8 +28,9 @@ bool useInstallationFolders(const QString& programFolder, Session& session, QStr
     }
     if (!QFileInfo(databaseFolder).isDir()) {
         if (error) {
-            *error = QStringLiteral("The installation %1 has no database folder (%2).")
-                         .arg(QDir::toNativeSeparators(programFolder), QDir::toNativeSeparators(databaseFolder));
+            *error
+                = QStringLiteral("The installation %1 has no database folder (%2).")
+                      .arg(QDir::toNativeSeparators(programFolder), QDir::toNativeSeparators(databaseFolder));
         }
         return false;
     }

@@ -85,7 +85,8 @@ bool ParcelService::SBLLocate(const QString& sbl)
     moveLastThenFirst();
     // The key is joined in as it stands, as every look-up of the office's is;
     // a key the criteria cannot hold finds nothing.
-    return m_store->Find(QStringLiteral("[SBLF] = '") + sbl.toUpper() + QLatin1Char('\'')).ok() && !m_store->Eof();
+    return m_store->Find(QStringLiteral("[SBLF] = '") + sbl.toUpper() + QLatin1Char('\'')).ok()
+        && !m_store->Eof();
 }
 
 bool ParcelService::SBLExists(const QString& sbl)
@@ -96,7 +97,8 @@ bool ParcelService::SBLExists(const QString& sbl)
     m_found.permit = m_store->text(QStringLiteral("PERMIT"));
     m_found.association = m_store->text(QStringLiteral("ASSOC"));
     m_found.location = m_store->text(QStringLiteral("LOCN1"));
-    m_found.mailing = m_store->hasField(QStringLiteral("MAILING")) ? m_store->text(QStringLiteral("MAILING")) : QString();
+    m_found.mailing
+        = m_store->hasField(QStringLiteral("MAILING")) ? m_store->text(QStringLiteral("MAILING")) : QString();
     return true;
 }
 
@@ -106,7 +108,7 @@ StoreStatus ParcelService::write(const char* column, const QVariant& value)
 }
 
 StoreStatus ParcelService::SBLAdd(const QString& sbl, const QString& permit, const QString& association,
-                                  const QString& notes, const QString& location)
+    const QString& notes, const QString& location)
 {
     if (!m_store) {
         return StoreStatus::failure(store::StoreErrorNumber::DatabaseNotFound, notOpen());
@@ -140,8 +142,7 @@ StoreStatus ParcelService::SBLAdd(const QString& sbl, const QString& permit, con
 }
 
 StoreStatus ParcelService::SBLAdd18(const QString& sbl, const QString& permit, const QString& association,
-                                    const QString& notes, const QString& location, const QString& contact,
-                                    const QString& mailing)
+    const QString& notes, const QString& location, const QString& contact, const QString& mailing)
 {
     if (!m_store) {
         return StoreStatus::failure(store::StoreErrorNumber::DatabaseNotFound, notOpen());
@@ -180,10 +181,9 @@ StoreStatus ParcelService::SBLAdd18(const QString& sbl, const QString& permit, c
     return status;
 }
 
-StoreStatus ParcelService::SBLAddExtended(const QString& sbl, const QString& contact, const QString& association,
-                                          const QString& location, const QString& east, const QString& north,
-                                          const QString& mailing, const QString&, const QString&, const QString&,
-                                          const QString&)
+StoreStatus ParcelService::SBLAddExtended(const QString& sbl, const QString& contact,
+    const QString& association, const QString& location, const QString& east, const QString& north,
+    const QString& mailing, const QString&, const QString&, const QString&, const QString&)
 {
     if (!m_store) {
         return StoreStatus::failure(store::StoreErrorNumber::DatabaseNotFound, notOpen());
@@ -225,7 +225,7 @@ StoreStatus ParcelService::saveAndReread()
 }
 
 StoreStatus ParcelService::SBLUpdate2(const QString& sbl, const QString& permit, const QString& association,
-                                      const QString&, const QString& location)
+    const QString&, const QString& location)
 {
     if (!m_store) {
         return StoreStatus::failure(store::StoreErrorNumber::DatabaseNotFound, notOpen());
@@ -244,10 +244,9 @@ StoreStatus ParcelService::SBLUpdate2(const QString& sbl, const QString& permit,
     return saveAndReread();
 }
 
-StoreStatus ParcelService::SBLUpdateExtended(const QString& sbl, const QString& contact, const QString& association,
-                                             const QString& location, const QString& east, const QString& north,
-                                             const QString& mailing, const QString&, const QString&,
-                                             const QString&, const QString&)
+StoreStatus ParcelService::SBLUpdateExtended(const QString& sbl, const QString& contact,
+    const QString& association, const QString& location, const QString& east, const QString& north,
+    const QString& mailing, const QString&, const QString&, const QString&, const QString&)
 {
     if (!m_store) {
         return StoreStatus::failure(store::StoreErrorNumber::DatabaseNotFound, notOpen());
@@ -454,7 +453,8 @@ void ParcelService::ValidatePermit(const QString& caseNumber)
     }
     if (!m_cases) {
         StoreStatus status;
-        m_cases = store::openRecordsetAt(m_casePath, QStringLiteral("Select * from PBPROJ order by PBCASE"), &status);
+        m_cases = store::openRecordsetAt(
+            m_casePath, QStringLiteral("Select * from PBPROJ order by PBCASE"), &status);
     }
     if (!m_cases || m_cases->RecordCount() == 0) {
         state.StopFlag = true;
@@ -480,8 +480,8 @@ StoreStatus ParcelService::convertOldSBLtoSBL18(const QString& programFolder, co
         }
     }
     StoreStatus status;
-    std::unique_ptr<store::Recordset> newer =
-        store::openRecordsetAt(target, QStringLiteral("Select * from SBL"), &status);
+    std::unique_ptr<store::Recordset> newer
+        = store::openRecordsetAt(target, QStringLiteral("Select * from SBL"), &status);
     if (!newer) {
         return status;
     }
@@ -548,7 +548,7 @@ StoreStatus ParcelService::convertOldSBLtoSBL18(const QString& programFolder, co
         done += step;
         if (progress && !progress(done)) {
             status = StoreStatus::failure(store::StoreErrorNumber::WriteFailed,
-                                          QStringLiteral("The conversion was stopped; the SBL Repository is unchanged."));
+                QStringLiteral("The conversion was stopped; the SBL Repository is unchanged."));
         }
     }
     if (!status.ok()) {
@@ -590,8 +590,8 @@ ParcelService& mdb()
     std::unique_ptr<ParcelService>& service = loadedService();
     if (!service) {
         Session& state = session();
-        service = std::make_unique<ParcelService>(ParcelService::parcelStorePathOf(state),
-                                                  ParcelService::caseDatabasePathOf(state));
+        service = std::make_unique<ParcelService>(
+            ParcelService::parcelStorePathOf(state), ParcelService::caseDatabasePathOf(state));
         if (service->resetsbl().ok()) {
             state.ParcelStoreVersion = service->columnCount();
         }

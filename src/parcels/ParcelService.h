@@ -6,7 +6,6 @@
 #include <QList>
 #include <QPair>
 #include <QString>
-
 #include <functional>
 #include <memory>
 
@@ -22,7 +21,8 @@ using ParcelProgress = std::function<bool(double percent)>;
 
 // The values of the parcel row SBLExists found last, null read as "". The
 // case and parcel screens read them right after the call.
-struct ParcelFound {
+struct ParcelFound
+{
     QString permit;
     QString association;
     QString location;
@@ -82,24 +82,21 @@ public:
     // permit; SBLAddExtended, the roll's, writes neither permit nor trail nor
     // flags. The last four values of SBLAddExtended are not used.
     store::StoreStatus SBLAdd(const QString& sbl, const QString& permit, const QString& association,
-                              const QString& notes, const QString& location);
+        const QString& notes, const QString& location);
     store::StoreStatus SBLAdd18(const QString& sbl, const QString& permit, const QString& association,
-                                const QString& notes, const QString& location, const QString& contact,
-                                const QString& mailing);
+        const QString& notes, const QString& location, const QString& contact, const QString& mailing);
     store::StoreStatus SBLAddExtended(const QString& sbl, const QString& contact, const QString& association,
-                                      const QString& location, const QString& east, const QString& north,
-                                      const QString& mailing, const QString& unused1 = {},
-                                      const QString& unused2 = {}, const QString& unused3 = {},
-                                      const QString& unused4 = {});
+        const QString& location, const QString& east, const QString& north, const QString& mailing,
+        const QString& unused1 = {}, const QString& unused2 = {}, const QString& unused3 = {},
+        const QString& unused4 = {});
 
     // Updates of the row under the cursor.
     store::StoreStatus SBLUpdate2(const QString& sbl, const QString& permit, const QString& association,
-                                  const QString& unused, const QString& location);
-    store::StoreStatus SBLUpdateExtended(const QString& sbl, const QString& contact, const QString& association,
-                                         const QString& location, const QString& east, const QString& north,
-                                         const QString& mailing, const QString& unused1 = {},
-                                         const QString& unused2 = {}, const QString& unused3 = {},
-                                         const QString& unused4 = {});
+        const QString& unused, const QString& location);
+    store::StoreStatus SBLUpdateExtended(const QString& sbl, const QString& contact,
+        const QString& association, const QString& location, const QString& east, const QString& north,
+        const QString& mailing, const QString& unused1 = {}, const QString& unused2 = {},
+        const QString& unused3 = {}, const QString& unused4 = {});
     store::StoreStatus SBLUpdate(const QString& unused, const QString& association, const QString& notes);
     store::StoreStatus SBLHistoryUpdate(const QString& trail);
 
@@ -139,7 +136,8 @@ public:
     // Copies the older store's rows into a new 18-column store, sbl18.db in
     // the program folder, made from the seed wrk/sbl18.db. The trail is not
     // carried over.
-    store::StoreStatus convertOldSBLtoSBL18(const QString& programFolder, const ParcelProgress& progress = {});
+    store::StoreStatus convertOldSBLtoSBL18(
+        const QString& programFolder, const ParcelProgress& progress = {});
 
     // Groups the writes of a long run into transactions of the store file.
     store::StoreStatus beginBatch();

@@ -58,8 +58,8 @@ QString RpsFields::getMailing(const QString& line)
 {
     // An empty second line leaves two blanks before the comma, and the zip
     // keeps its own blanks: the office's labels have always looked so.
-    return trimBlanks(field(line, 352, 25) + QLatin1Char(' ') + field(line, 377, 25) + QLatin1String(" , ") +
-                      field(line, 402, 25) + QLatin1Char(' ') + midText(line, 427, 9));
+    return trimBlanks(field(line, 352, 25) + QLatin1Char(' ') + field(line, 377, 25) + QLatin1String(" , ")
+        + field(line, 402, 25) + QLatin1Char(' ') + midText(line, 427, 9));
 }
 
 bool RpsFields::isParcelRecord(const QString& line)

@@ -10,7 +10,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
-
 #include <cmath>
 #include <cstdio>
 
@@ -163,8 +162,8 @@ RpsImportResult RpsImport::ImportIn(int pass, RpsRoll* roll, const RpsImportCall
 {
     RpsImportResult result;
     result.pass = pass;
-    result.preview.sbl = result.preview.owner = result.preview.location = result.preview.mailing =
-        couldNotObtain();
+    result.preview.sbl = result.preview.owner = result.preview.location = result.preview.mailing
+        = couldNotObtain();
     if (pass == 2) {
         session().StopFlag = true;
         result.stopFlag = true;
@@ -175,7 +174,7 @@ RpsImportResult RpsImport::ImportIn(int pass, RpsRoll* roll, const RpsImportCall
     if (info.isDir() || !file.open(QIODevice::ReadOnly)) {
         result.message = QStringLiteral("The file %1 cannot be read: %2")
                              .arg(QDir::toNativeSeparators(m_path),
-                                  info.isDir() ? QStringLiteral("it is a folder") : file.errorString());
+                                 info.isDir() ? QStringLiteral("it is a folder") : file.errorString());
         return result;
     }
     result.fileBytes = file.size();
@@ -201,9 +200,9 @@ RpsImportResult RpsImport::ImportIn(int pass, RpsRoll* roll, const RpsImportCall
     while (status.ok() && reader.next(bytes, length, tooLong)) {
         ++result.lines;
         result.bytesRead += length;
-        where.percent = result.fileBytes > 0 ? 100.0 * static_cast<double>(result.bytesRead) /
-                                                   static_cast<double>(result.fileBytes)
-                                             : 0;
+        where.percent = result.fileBytes > 0
+            ? 100.0 * static_cast<double>(result.bytesRead) / static_cast<double>(result.fileBytes)
+            : 0;
         // Binary data is no record, whatever its last two bytes.
         if (tooLong || bytes.contains('\0')) {
             ++result.skippedOtherType;
@@ -235,16 +234,17 @@ RpsImportResult RpsImport::ImportIn(int pass, RpsRoll* roll, const RpsImportCall
                         // about 200 %, as the office has always read it.
                         result.confidenceSum += 2 * line.size();
                         result.confidence = result.fileBytes > 0
-                                                ? 100.0 * static_cast<double>(result.confidenceSum) /
-                                                      static_cast<double>(result.fileBytes)
-                                                : 0;
+                            ? 100.0 * static_cast<double>(result.confidenceSum)
+                                / static_cast<double>(result.fileBytes)
+                            : 0;
                     } else {
-                        const RpsRow row{full,           preview.sbl,   preview.owner,   preview.owner,
-                                         preview.location, preview.east, preview.north, preview.mailing,
-                                         QString(),      QString(),     QString(),       QString()};
+                        const RpsRow row{full, preview.sbl, preview.owner, preview.owner, preview.location,
+                            preview.east, preview.north, preview.mailing, QString(), QString(), QString(),
+                            QString()};
                         status = roll->locate(full) ? roll->RPSSBLUpdate2(row) : roll->RPSSBLAdd(row);
-                        if (status.ok() && (result.processed - committed == RowsPerTransaction ||
-                                            group.elapsed() >= TransactionMs)) {
+                        if (status.ok()
+                            && (result.processed - committed == RowsPerTransaction
+                                || group.elapsed() >= TransactionMs)) {
                             status = roll->commitBatch();
                             if (status.ok()) {
                                 committed = result.processed;
@@ -289,8 +289,8 @@ RpsImportResult RpsImport::ImportIn(int pass, RpsRoll* roll, const RpsImportCall
     return result;
 }
 
-RpsImport::Completion RpsImport::iContinue(RpsRoll& roll, const QString& databaseFolder,
-                                           const RpsImportCallback& progress)
+RpsImport::Completion RpsImport::iContinue(
+    RpsRoll& roll, const QString& databaseFolder, const RpsImportCallback& progress)
 {
     Completion completion;
     if (!roll.recordset()) {

@@ -5,17 +5,17 @@
 
 #include <QString>
 #include <QStringList>
-
 #include <functional>
 
 namespace pvardo::parcels {
 
 // What the preview shows: the values of the last record read (of the target
 // SWIS when there is one), whether or not its S-B-L then converted.
-struct RpsPreview {
+struct RpsPreview
+{
     bool read = false; // false until a record has been read
     QString swis;
-    QString sbl;      // short form, cleaned
+    QString sbl; // short form, cleaned
     QString owner;
     QString east;
     QString north;
@@ -24,11 +24,12 @@ struct RpsPreview {
 };
 
 // Where an import stands, for the progress bar and the counters of the preview.
-struct RpsImportProgress {
+struct RpsImportProgress
+{
     int pass = 1;
-    double percent = 0;   // bytes read over the file's length
-    int recordsRead = 0;  // "Records Read:": the count before the record at hand
-    int processed = 0;    // "Total Records Processed:"
+    double percent = 0; // bytes read over the file's length
+    int recordsRead = 0; // "Records Read:": the count before the record at hand
+    int processed = 0; // "Total Records Processed:"
     double confidence = 0;
 };
 
@@ -36,11 +37,12 @@ struct RpsImportProgress {
 // until then stay, whole.
 using RpsImportCallback = std::function<bool(const RpsImportProgress&)>;
 
-struct RpsImportResult {
+struct RpsImportResult
+{
     int pass = 1;
     bool fileRead = false; // the whole file was read
-    bool stopped = false;  // stopped through the callback
-    QString message;       // why the file could not be read or written, else empty
+    bool stopped = false; // stopped through the callback
+    QString message; // why the file could not be read or written, else empty
     store::StoreStatus status;
 
     qint64 fileBytes = 0;
@@ -83,12 +85,14 @@ public:
     // What iContinue of the preview does: pass 2, then the record of the
     // import in \imported.txt of the database folder. Gives the messages to
     // show, in order.
-    struct Completion {
+    struct Completion
+    {
         bool completed = false;
         QStringList messages;
         RpsImportResult result;
     };
-    Completion iContinue(RpsRoll& roll, const QString& databaseFolder, const RpsImportCallback& progress = {});
+    Completion iContinue(
+        RpsRoll& roll, const QString& databaseFolder, const RpsImportCallback& progress = {});
 
 private:
     QString m_path;

@@ -41,7 +41,7 @@ StoreStatus RpsRoll::open(bool createWhenMissing)
     if (!rollExists()) {
         if (!createWhenMissing) {
             return StoreStatus::failure(store::StoreErrorNumber::DatabaseNotFound,
-                                        QStringLiteral("There is no tax parcel import file: %1").arg(m_path));
+                QStringLiteral("There is no tax parcel import file: %1").arg(m_path));
         }
         StoreStatus created = store::createDatabaseFile(m_path, store::tableDef(store::Table::RPS));
         if (!created.ok()) {
@@ -88,9 +88,9 @@ bool RpsRoll::RPSSBLExists(const QString& fullForm)
         return false;
     }
     auto text = [this](const char* column) { return m_rows->text(QString::fromLatin1(column)); };
-    m_found = RpsRow{text("RSBLF"),  text("RSSBL"), text("RCONTACT"), text("RASSOC"),
-                     text("RLOCN1"), text("RCOORD1"), text("RCOORD2"), text("RADDR1"),
-                     text("RMAP"),   text("RPRICE"), text("RNOTES"),  text("FLAG")};
+    m_found = RpsRow{text("RSBLF"), text("RSSBL"), text("RCONTACT"), text("RASSOC"), text("RLOCN1"),
+        text("RCOORD1"), text("RCOORD2"), text("RADDR1"), text("RMAP"), text("RPRICE"), text("RNOTES"),
+        text("FLAG")};
     return true;
 }
 
@@ -129,7 +129,7 @@ StoreStatus RpsRoll::RPSSBLAdd(const RpsRow& row)
 {
     if (!m_rows) {
         return StoreStatus::failure(store::StoreErrorNumber::DatabaseNotFound,
-                                    QStringLiteral("The tax parcel import file is not open."));
+            QStringLiteral("The tax parcel import file is not open."));
     }
     m_rows->AddNew();
     return writeRow(row);
@@ -139,7 +139,7 @@ StoreStatus RpsRoll::RPSSBLUpdate2(const RpsRow& row)
 {
     if (!m_rows) {
         return StoreStatus::failure(store::StoreErrorNumber::DatabaseNotFound,
-                                    QStringLiteral("The tax parcel import file is not open."));
+            QStringLiteral("The tax parcel import file is not open."));
     }
     return writeRow(row);
 }
@@ -188,11 +188,11 @@ int RpsRoll::syncSBL(ParcelService& parcels, StoreStatus* status, const ParcelPr
         const QString notes = text("RNOTES");
         const QString flag = text("FLAG");
         if (parcels.SBLLocate(full)) {
-            result = parcels.SBLUpdateExtended(full, contact, association, location, east, north, mailing, map,
-                                               price, notes, flag);
+            result = parcels.SBLUpdateExtended(
+                full, contact, association, location, east, north, mailing, map, price, notes, flag);
         } else {
-            result = parcels.SBLAddExtended(full, contact, association, location, east, north, mailing, map, price,
-                                            notes, flag);
+            result = parcels.SBLAddExtended(
+                full, contact, association, location, east, north, mailing, map, price, notes, flag);
         }
         if (!result.ok()) {
             break;

@@ -5,26 +5,26 @@
 
 #include <QDateTime>
 #include <QString>
-
 #include <memory>
 
 namespace pvardo::parcels {
 
 // One parcel of the assessment roll, as the import writes it and the
 // look-ups read it.
-struct RpsRow {
-    QString fullForm;  // RSBLF
+struct RpsRow
+{
+    QString fullForm; // RSBLF
     QString shortForm; // RSSBL, as cleaned from the file
-    QString contact;   // RCONTACT
+    QString contact; // RCONTACT
     QString association; // RASSOC, the owner
-    QString location;  // RLOCN1
-    QString east;      // RCOORD1
-    QString north;     // RCOORD2
-    QString mailing;   // RADDR1
-    QString map;       // RMAP, reserved
-    QString price;     // RPRICE, reserved
-    QString notes;     // RNOTES, reserved
-    QString flag;      // FLAG, reserved
+    QString location; // RLOCN1
+    QString east; // RCOORD1
+    QString north; // RCOORD2
+    QString mailing; // RADDR1
+    QString map; // RMAP, reserved
+    QString price; // RPRICE, reserved
+    QString notes; // RNOTES, reserved
+    QString flag; // FLAG, reserved
 };
 
 // The local copy of the assessment roll: table RPS in rps.db of the database
@@ -66,7 +66,8 @@ public:
     // mailing address and coordinates are overwritten; flags, permit, trail
     // and notes stay. Gives the number of rows carried, or -1 on a failure,
     // with the status; rows written before a failure or a stop stay, whole.
-    int syncSBL(ParcelService& parcels, store::StoreStatus* status = nullptr, const ParcelProgress& progress = {});
+    int syncSBL(
+        ParcelService& parcels, store::StoreStatus* status = nullptr, const ParcelProgress& progress = {});
 
     // Groups the writes of an import into transactions of the roll file.
     store::StoreStatus beginBatch();

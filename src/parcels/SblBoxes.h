@@ -7,10 +7,11 @@ namespace pvardo::parcels {
 // The five S-B-L entry boxes of a screen, Text1(2) to Text1(6), as plain texts.
 // The case and neighbour screens hand their box texts over in this record and
 // take the boxes back from it, so the S-B-L rules never touch a window.
-struct SblBoxes {
+struct SblBoxes
+{
     QString section; // Text1(2): section, with an optional subsection after a point (12.34)
-    QString block;   // Text1(3)
-    QString lot;     // Text1(4)
+    QString block; // Text1(3)
+    QString lot; // Text1(4)
     QString sublot1; // Text1(5)
     QString sublot2; // Text1(6)
 

@@ -47,8 +47,8 @@ QString SblParts::currentSBL(const store::Recordset& caseRow)
         }
         return zeroWhenEmpty(caseRow.text(name));
     };
-    const QStringList inOrder = {part("SEC"), part("SUD"), part("SECA"), part("BLK"),
-                                 part("LOT"), part("LOD"), part("SUB"),  part("SED")};
+    const QStringList inOrder = {part("SEC"), part("SUD"), part("SECA"), part("BLK"), part("LOT"),
+        part("LOD"), part("SUB"), part("SED")};
     return inOrder.join(kDash).toUpper();
 }
 
@@ -167,8 +167,8 @@ QString SblParts::SBL2SQL(const SblBoxes& boxes)
     QString criteria;
     auto term = [&criteria](const char* column, const QString& value) {
         if (!value.isEmpty()) {
-            criteria += QLatin1Char('[') + QLatin1String(column) + QLatin1String("] = '") + value +
-                        QLatin1String("' AND");
+            criteria += QLatin1Char('[') + QLatin1String(column) + QLatin1String("] = '") + value
+                + QLatin1String("' AND");
         }
     };
     term("SEC", section);

@@ -3,7 +3,6 @@
 #include "parcels/SblBoxes.h"
 
 #include <QString>
-
 #include <array>
 
 namespace pvardo::store {

@@ -11,9 +11,10 @@ using store::StoreStatus;
 
 QString SblSync::oldSBLText()
 {
-    return QStringLiteral("You have an older version SBL Repository. In order to synchronize the database, your "
-                          "older SBL Repository needs to be converted.\n"
-                          "Would you like to convert your SBL Repository to a newer version?");
+    return QStringLiteral(
+        "You have an older version SBL Repository. In order to synchronize the database, your "
+        "older SBL Repository needs to be converted.\n"
+        "Would you like to convert your SBL Repository to a newer version?");
 }
 
 QString SblSync::oldSBLTitle()
@@ -29,7 +30,8 @@ StoreStatus SblSync::installConvertedStore(ParcelService& parcels, Session& sess
     const QString databaseCopy = joinPath(session.DatabaseFolder, QStringLiteral("\\sbl.db"));
     QString error;
     StoreStatus status;
-    if (!copyFileReplacing(converted, programCopy, &error) || !copyFileReplacing(programCopy, databaseCopy, &error)) {
+    if (!copyFileReplacing(converted, programCopy, &error)
+        || !copyFileReplacing(programCopy, databaseCopy, &error)) {
         status = StoreStatus::failure(store::StoreErrorNumber::WriteFailed, error);
     }
     const StoreStatus reopened = parcels.resetsbl();
@@ -40,15 +42,15 @@ StoreStatus SblSync::installConvertedStore(ParcelService& parcels, Session& sess
 }
 
 SblSync::Outcome SblSync::syncSBL(ParcelService& parcels, RpsRoll& roll, Session& session,
-                                  const ParcelProgress& conversionProgress, const ParcelProgress& syncProgress)
+    const ParcelProgress& conversionProgress, const ParcelProgress& syncProgress)
 {
     Outcome outcome;
     if (!parcels.isOpen() && !(outcome.status = parcels.resetsbl()).ok()) {
         return outcome;
     }
     if (parcels.columnCount() < 18) {
-        const PromptAnswer answer =
-            prompts().message(Prompt{oldSBLTitle(), oldSBLText(), PromptButtons::YesNo, PromptIcon::Question, {}});
+        const PromptAnswer answer = prompts().message(
+            Prompt{oldSBLTitle(), oldSBLText(), PromptButtons::YesNo, PromptIcon::Question, {}});
         if (answer != PromptAnswer::Yes) {
             return outcome;
         }

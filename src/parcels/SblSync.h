@@ -21,18 +21,18 @@ public:
     static QString oldSBLText();
     static QString oldSBLTitle();
 
-    struct Outcome {
-        bool ran = false;       // the roll was carried into the store
+    struct Outcome
+    {
+        bool ran = false; // the roll was carried into the store
         bool converted = false; // an older store was converted first
-        int carried = 0;        // roll rows carried
+        int carried = 0; // roll rows carried
         store::StoreStatus status;
     };
 
     // Asks through the prompt service when the store is of the older
     // generation; "No" stops with nothing done.
     static Outcome syncSBL(ParcelService& parcels, RpsRoll& roll, Session& session,
-                           const ParcelProgress& conversionProgress = {},
-                           const ParcelProgress& syncProgress = {});
+        const ParcelProgress& conversionProgress = {}, const ParcelProgress& syncProgress = {});
 
     // Puts a converted store in place: sbl18.db of the program folder over
     // sbl.db there and in the database folder. The service is closed first so

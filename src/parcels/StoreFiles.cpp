@@ -12,14 +12,16 @@ bool copyFileReplacing(const QString& source, const QString& target, QString* er
     QFile in(source);
     if (!in.open(QIODevice::ReadOnly)) {
         if (error) {
-            *error = QStringLiteral("Cannot read %1: %2").arg(QDir::toNativeSeparators(source), in.errorString());
+            *error = QStringLiteral("Cannot read %1: %2")
+                         .arg(QDir::toNativeSeparators(source), in.errorString());
         }
         return false;
     }
     QSaveFile out(target);
     if (!out.open(QIODevice::WriteOnly)) {
         if (error) {
-            *error = QStringLiteral("Cannot write %1: %2").arg(QDir::toNativeSeparators(target), out.errorString());
+            *error = QStringLiteral("Cannot write %1: %2")
+                         .arg(QDir::toNativeSeparators(target), out.errorString());
         }
         return false;
     }
@@ -38,7 +40,7 @@ bool copyFileReplacing(const QString& source, const QString& target, QString* er
         if (error) {
             *error = QStringLiteral("Cannot copy %1 to %2: %3")
                          .arg(QDir::toNativeSeparators(source), QDir::toNativeSeparators(target),
-                              in.error() != QFile::NoError ? in.errorString() : out.errorString());
+                             in.error() != QFile::NoError ? in.errorString() : out.errorString());
         }
         out.cancelWriting();
         return false;

@@ -1,4 +1,5 @@
 #include "cases/CaseNumbering.h"
+
 #include "common/Session.h"
 #include "common/TextFiles.h"
 #include "store/Catalogue.h"
@@ -6,7 +7,6 @@
 #include "support/TestInstallation.h"
 
 #include <QFile>
-
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -26,7 +26,8 @@ protected:
     {
         installation.applyTo(session());
         casePath = installation.createDatabase(store::Table::PBPROJ);
-        numbering = std::make_unique<CaseNumbering>(installation.databaseFolder(), casePath, QDate(2026, 1, 5));
+        numbering
+            = std::make_unique<CaseNumbering>(installation.databaseFolder(), casePath, QDate(2026, 1, 5));
     }
 
     void addCase(const QString& number)
@@ -46,7 +47,8 @@ protected:
 
     void writeLine(const char* name, const QString& line)
     {
-        ASSERT_TRUE(replaceTextLines(joinPath(installation.databaseFolder(), QString::fromLatin1(name)), {line}));
+        ASSERT_TRUE(
+            replaceTextLines(joinPath(installation.databaseFolder(), QString::fromLatin1(name)), {line}));
     }
 
     test::TestInstallation installation;
@@ -142,7 +144,11 @@ TEST_F(CaseNumberingTest, ValidatePermitAndPermitExistHaveOppositeSenses)
 TEST_F(CaseNumberingTest, BumpPermit)
 {
     const std::pair<const char*, const char*> cases[] = {
-        {"12-207", "12-208"}, {"ABC", "AB-1"}, {"12-", "12-1"}, {"2026-5", "20-7"}, {"12-9X", "12-10"},
+        {"12-207", "12-208"},
+        {"ABC", "AB-1"},
+        {"12-", "12-1"},
+        {"2026-5", "20-7"},
+        {"12-9X", "12-10"},
     };
     for (const auto& [input, bumped] : cases) {
         EXPECT_EQ(numbering->BumpPermit(q(input)), q(bumped)) << input;

@@ -1,6 +1,7 @@
+#include "cases/CaseRecord.h"
+
 #include "cases/CaseChangeLog.h"
 #include "cases/CaseNumbering.h"
-#include "cases/CaseRecord.h"
 #include "cases/CaseStatus.h"
 #include "common/Session.h"
 #include "common/TextFiles.h"
@@ -13,7 +14,6 @@
 
 #include <QFile>
 #include <QMap>
-
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -38,7 +38,8 @@ protected:
         ASSERT_TRUE(store::createDatabaseFile(storePath, store::tableDef(store::Table::SBL18)).ok());
         parcels = std::make_unique<parcels::ParcelService>(storePath, casePath);
         ASSERT_TRUE(parcels->resetsbl().ok());
-        numbering = std::make_unique<CaseNumbering>(installation.databaseFolder(), casePath, QDate(2012, 3, 1));
+        numbering
+            = std::make_unique<CaseNumbering>(installation.databaseFolder(), casePath, QDate(2012, 3, 1));
         numbering->load();
         map.fill(store::Table::PBPROJ);
         store::StoreStatus status;
@@ -68,8 +69,8 @@ protected:
             boxes[4] = in.sbl.lot;
             boxes[7] = in.siteLocation;
             boxes[12] = in.ownerName;
-            return CaseRecord::movefieldsintodb(map, row, [this](int box) { return boxes.value(box); }, in,
-                                                session());
+            return CaseRecord::movefieldsintodb(
+                map, row, [this](int box) { return boxes.value(box); }, in, session());
         };
     }
 
@@ -82,8 +83,8 @@ protected:
     std::unique_ptr<store::Recordset> caseRow(const QString& number)
     {
         store::StoreStatus status;
-        auto rows = store::openRecordsetAt(casePath, q("Select * from PBPROJ where [PBCASE] = '") + number + q("'"),
-                                           &status);
+        auto rows = store::openRecordsetAt(
+            casePath, q("Select * from PBPROJ where [PBCASE] = '") + number + q("'"), &status);
         EXPECT_TRUE(rows && !rows->Eof()) << number.toStdString();
         return rows;
     }
@@ -108,8 +109,16 @@ protected:
 TEST(CaseStatus, WordsOfTheLetters)
 {
     const std::pair<const char*, const char*> cases[] = {
-        {"I", "Initial Application"}, {"P", "Pending"}, {"O", "On Appeal"}, {"A", "Approved"}, {"D", "Denied"},
-        {"C", "Canceled"},            {"V", "Voided"},  {"T", "Tabled"},    {"", ""},          {"X", "X"},
+        {"I", "Initial Application"},
+        {"P", "Pending"},
+        {"O", "On Appeal"},
+        {"A", "Approved"},
+        {"D", "Denied"},
+        {"C", "Canceled"},
+        {"V", "Voided"},
+        {"T", "Tabled"},
+        {"", ""},
+        {"X", "X"},
         {"i", "i"},
     };
     for (const auto& [letter, word] : cases) {
@@ -172,7 +181,8 @@ TEST_F(CaseRecordTest, AnEmptyFileDateLeavesTheDateColumnsAlone)
 
 TEST_F(CaseRecordTest, ParcelPostingOnInsertAndSave)
 {
-    ASSERT_TRUE(parcels->SBLAdd18(q("12-3-0-1-5-0-0-0"), q("11-1"), q("OLD"), q(""), q("OLD ST"), q(""), q("")).ok());
+    ASSERT_TRUE(
+        parcels->SBLAdd18(q("12-3-0-1-5-0-0-0"), q("11-1"), q("OLD"), q(""), q("OLD ST"), q(""), q("")).ok());
     ASSERT_TRUE(insert(inputs("12-207")).ok());
     EXPECT_EQ(parcelText("12-3-0-1-5-0-0-0", "HISTORICAL"), q("*11-1*Z12-207"));
     EXPECT_EQ(parcelText("12-3-0-1-5-0-0-0", "ASSOC"), q("OWNER OF THE PARCEL "));
@@ -260,8 +270,8 @@ TEST_F(CaseRecordTest, VoidRestoreDeleteAndRenameLeaveTheRestBehind)
     }
     auto feesOf = [&fees](const char* number) {
         store::StoreStatus status;
-        return store::openRecordsetAt(fees, q("Select * from PBFEES where [PBFCASE] = '") + q(number) + q("'"),
-                                      &status)
+        return store::openRecordsetAt(
+            fees, q("Select * from PBFEES where [PBFCASE] = '") + q(number) + q("'"), &status)
             ->RecordCount();
     };
 
@@ -300,7 +310,8 @@ TEST_F(CaseRecordTest, ChangeLogLinesAndTheSharedStore)
     ASSERT_TRUE(insert(inputs("12-207")).ok());
     const auto log = readTextLines(joinPath(installation.databaseFolder(), q("\\changed.txt")));
     ASSERT_TRUE(log && log->size() == 1);
-    EXPECT_TRUE(log->first().startsWith(q("20PBCASE12-207") + QString(19, QLatin1Char(' ')))) << log->first().toStdString();
+    EXPECT_TRUE(log->first().startsWith(q("20PBCASE12-207") + QString(19, QLatin1Char(' '))))
+        << log->first().toStdString();
     const auto homebound = readTextLines(installation.path(q("homebound.txt")));
     ASSERT_TRUE(homebound && homebound->size() == 1);
     EXPECT_TRUE(log->first().endsWith(homebound->first()));

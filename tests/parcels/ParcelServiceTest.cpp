@@ -1,5 +1,6 @@
-#include "common/Session.h"
 #include "parcels/ParcelService.h"
+
+#include "common/Session.h"
 #include "parcels/RpsRoll.h"
 #include "parcels/SblSync.h"
 #include "store/Catalogue.h"
@@ -8,7 +9,6 @@
 #include "support/TestInstallation.h"
 
 #include <QFile>
-
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -34,7 +34,8 @@ protected:
     {
         QFile::remove(storePath());
         ASSERT_TRUE(store::createDatabaseFile(storePath(), store::tableDef(generation)).ok());
-        service = std::make_unique<ParcelService>(storePath(), installation.databaseFolder() + q("/pbproj.db"));
+        service
+            = std::make_unique<ParcelService>(storePath(), installation.databaseFolder() + q("/pbproj.db"));
         ASSERT_TRUE(service->resetsbl().ok());
     }
 
@@ -44,7 +45,8 @@ protected:
     std::unique_ptr<store::Recordset> row(const QString& sbl)
     {
         store::StoreStatus status;
-        auto rows = store::openRecordsetAt(storePath(), q("Select * from SBL where [SBLF] = '") + sbl + q("'"), &status);
+        auto rows = store::openRecordsetAt(
+            storePath(), q("Select * from SBL where [SBLF] = '") + sbl + q("'"), &status);
         EXPECT_TRUE(rows && !rows->Eof()) << sbl.toStdString();
         return rows;
     }
@@ -71,11 +73,14 @@ TEST_F(ParcelServiceTest, GenerationsHaveTheirColumnCounts)
 TEST_F(ParcelServiceTest, ExistsFindsAnyCaseAndFillsTheFoundValues)
 {
     EXPECT_FALSE(service->SBLExists(q("12-34-0-1-5-0-0-0")));
-    ASSERT_TRUE(service->SBLAdd18(q("43-0-0-12-24-c-0-0"), q("12-207"), q("SMITH"), q(""), q("1 MAIN ST"),
-                                  q("JOHN SMITH"), q("PO BOX 1"))
+    ASSERT_TRUE(service
+                    ->SBLAdd18(q("43-0-0-12-24-c-0-0"), q("12-207"), q("SMITH"), q(""), q("1 MAIN ST"),
+                        q("JOHN SMITH"), q("PO BOX 1"))
                     .ok());
-    ASSERT_TRUE(service->SBLAdd18(q("12-34-0-1-5-0-0-0"), q("12-208"), q("JONES"), q(""), q("2 MAIN ST"), q(""), q(""))
-                    .ok());
+    ASSERT_TRUE(
+        service->SBLAdd18(
+                   q("12-34-0-1-5-0-0-0"), q("12-208"), q("JONES"), q(""), q("2 MAIN ST"), q(""), q(""))
+            .ok());
     // A short form with a lower-case letter is stored upper case and found by either.
     EXPECT_TRUE(service->SBLExists(q("43-0-0-12-24-c-0-0")));
     EXPECT_EQ(service->found().permit, q("12-207"));
@@ -95,8 +100,11 @@ TEST_F(ParcelServiceTest, TheThreeAddsWriteTheirOwnColumns)
     const QString long40 = QString(45, QLatin1Char('A'));
     const QString long90 = QString(90, QLatin1Char('L'));
     ASSERT_TRUE(service->SBLAdd(q("1-0-0-1-1-0-0-0"), q("12-1"), long40, q("a note"), long90).ok());
-    ASSERT_TRUE(service->SBLAdd18(q("2-0-0-1-1-0-0-0"), q("12-2"), long40, q(""), long90, long40, long90).ok());
-    ASSERT_TRUE(service->SBLAddExtended(q("3-0-0-1-1-0-0-0"), q(""), q(""), q(""), q("0559622"), q(""), q("PO 1")).ok());
+    ASSERT_TRUE(
+        service->SBLAdd18(q("2-0-0-1-1-0-0-0"), q("12-2"), long40, q(""), long90, long40, long90).ok());
+    ASSERT_TRUE(
+        service->SBLAddExtended(q("3-0-0-1-1-0-0-0"), q(""), q(""), q(""), q("0559622"), q(""), q("PO 1"))
+            .ok());
 
     auto older = row(q("1-0-0-1-1-0-0-0"));
     EXPECT_EQ(older->text(q("ASSOC")).size(), 20);
@@ -128,11 +136,15 @@ TEST_F(ParcelServiceTest, TheThreeAddsWriteTheirOwnColumns)
 TEST_F(ParcelServiceTest, OlderStoreTakesAddsWithoutTheNewerColumns)
 {
     makeStore(store::Table::SBL);
-    EXPECT_TRUE(service->SBLAdd18(q("2-0-0-1-1-0-0-0"), q("12-2"), q("A"), q(""), q("L"), q("C"), q("M")).ok());
-    EXPECT_TRUE(service->SBLAddExtended(q("3-0-0-1-1-0-0-0"), q("C"), q("A"), q("L"), q("1"), q("2"), q("M")).ok());
+    EXPECT_TRUE(
+        service->SBLAdd18(q("2-0-0-1-1-0-0-0"), q("12-2"), q("A"), q(""), q("L"), q("C"), q("M")).ok());
+    EXPECT_TRUE(
+        service->SBLAddExtended(q("3-0-0-1-1-0-0-0"), q("C"), q("A"), q("L"), q("1"), q("2"), q("M")).ok());
     EXPECT_EQ(rowCount(), 2);
     EXPECT_TRUE(service->SBLExists(q("3-0-0-1-1-0-0-0")));
-    EXPECT_TRUE(service->SBLUpdateExtended(q("3-0-0-1-1-0-0-0"), q("C"), q("B"), q("L"), q("1"), q("2"), q("M")).ok());
+    EXPECT_TRUE(
+        service->SBLUpdateExtended(q("3-0-0-1-1-0-0-0"), q("C"), q("B"), q("L"), q("1"), q("2"), q("M"))
+            .ok());
     EXPECT_EQ(row(q("3-0-0-1-1-0-0-0"))->text(q("ASSOC")), q("B"));
 }
 
@@ -164,7 +176,8 @@ TEST_F(ParcelServiceTest, FailedAndComplaintShareOneColumn)
 
 TEST_F(ParcelServiceTest, FlagTestsCopyTheNoteAndReadNullAsClear)
 {
-    ASSERT_TRUE(service->SBLAddExtended(q("1-0-0-1-1-0-0-0"), q(""), q("A"), q("L"), q("0"), q("0"), q("")).ok());
+    ASSERT_TRUE(
+        service->SBLAddExtended(q("1-0-0-1-1-0-0-0"), q(""), q("A"), q("L"), q("0"), q("0"), q("")).ok());
     ASSERT_TRUE(service->SBLExists(q("1-0-0-1-1-0-0-0")));
     EXPECT_FALSE(service->SBLHasOther());
     EXPECT_FALSE(service->SBLHasFailed());
@@ -181,8 +194,9 @@ TEST_F(ParcelServiceTest, UpdatesOfTheRowUnderTheCursor)
 {
     ASSERT_TRUE(service->SBLAdd18(q("1-0-0-1-1-0-0-0"), q("12-1"), q("A"), q(""), q("L"), q(""), q("")).ok());
     ASSERT_TRUE(service->SBLExists(q("1-0-0-1-1-0-0-0")));
-    ASSERT_TRUE(service->SBLUpdate2(q("1-0-0-1-1-0-0-0"), q("12-9"), QString(25, QLatin1Char('B')), q("x"),
-                                    QString(75, QLatin1Char('M')))
+    ASSERT_TRUE(service
+                    ->SBLUpdate2(q("1-0-0-1-1-0-0-0"), q("12-9"), QString(25, QLatin1Char('B')), q("x"),
+                        QString(75, QLatin1Char('M')))
                     .ok());
     auto updated = row(q("1-0-0-1-1-0-0-0"));
     EXPECT_EQ(updated->text(q("PERMIT")), q("12-9"));
@@ -229,13 +243,14 @@ TEST_F(ParcelServiceTest, RollSynchronisationOverwritesOwnerAndKeepsTheRest)
     RpsRoll roll(RpsRoll::rollPathIn(installation.databaseFolder()));
     ASSERT_TRUE(roll.resetRPSsbl().ok());
     RpsRow parcel{q("12-34-0-1-5-0-0-0"), q("12.34-1-5"), q("NEW OWNER"), q("NEW OWNER"), q("9 OAK LN"),
-                  q("0559622"), q("674404"), q("PO BOX 9  , TOWN NY 12345"), {}, {}, {}, {}};
+        q("0559622"), q("674404"), q("PO BOX 9  , TOWN NY 12345"), {}, {}, {}, {}};
     ASSERT_TRUE(roll.RPSSBLAdd(parcel).ok());
     parcel.fullForm = q("7-0-0-1-1-0-0-0");
     ASSERT_TRUE(roll.RPSSBLAdd(parcel).ok());
 
-    ASSERT_TRUE(service->SBLAdd18(q("12-34-0-1-5-0-0-0"), q("12-207"), q("OLD OWNER"), q("a note"), q("OLD ST"),
-                                  q("OLD"), q("OLD MAIL"))
+    ASSERT_TRUE(service
+                    ->SBLAdd18(q("12-34-0-1-5-0-0-0"), q("12-207"), q("OLD OWNER"), q("a note"), q("OLD ST"),
+                        q("OLD"), q("OLD MAIL"))
                     .ok());
     ASSERT_TRUE(service->SBLExists(q("12-34-0-1-5-0-0-0")));
     service->currentNote = q("a note");
@@ -269,7 +284,7 @@ TEST_F(ParcelServiceTest, OlderStoreIsConvertedOnlyWithConsent)
     RpsRoll roll(RpsRoll::rollPathIn(installation.databaseFolder()));
     ASSERT_TRUE(roll.resetRPSsbl().ok());
     ASSERT_TRUE(roll.RPSSBLAdd(RpsRow{q("2-0-0-1-1-0-0-0"), q("2-1-1"), q("OWNER"), q("OWNER"), q("2 ELM ST"),
-                                      q("1"), q("2"), q("MAIL"), {}, {}, {}, {}})
+                                   q("1"), q("2"), q("MAIL"), {}, {}, {}, {}})
                     .ok());
 
     test::scriptedPrompts().answer(q("older version SBL Repository"), PromptAnswer::No);

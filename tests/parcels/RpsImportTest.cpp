@@ -1,7 +1,8 @@
+#include "parcels/RpsImport.h"
+
 #include "common/Session.h"
 #include "common/TextFiles.h"
 #include "parcels/RpsFields.h"
-#include "parcels/RpsImport.h"
 #include "parcels/RpsRoll.h"
 #include "store/Recordset.h"
 #include "support/TestInstallation.h"
@@ -12,7 +13,6 @@
 #include <QJsonObject>
 #include <QRandomGenerator>
 #include <QThread>
-
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -37,7 +37,8 @@ QJsonObject expectedRuns()
     return QJsonDocument::fromJson(file.readAll()).object();
 }
 
-const char* const kRollColumns[] = {"RSBLF", "RSSBL", "RASSOC", "RCONTACT", "RLOCN1", "RADDR1", "RCOORD1", "RCOORD2"};
+const char* const kRollColumns[]
+    = {"RSBLF", "RSSBL", "RASSOC", "RCONTACT", "RLOCN1", "RADDR1", "RCOORD1", "RCOORD2"};
 
 // The roll as rows of the eight compared columns, in the order of the file.
 QList<QStringList> rollRows(const QString& path, QList<QDateTime>* stamps = nullptr)
@@ -74,7 +75,7 @@ QList<QStringList> expectedRows(const QJsonObject& run)
 
 // One record of the extract's layout, 460 characters ending in the type.
 QString rpsLine(const QString& swis, const QString& sbl, const QString& owner1 = q("OWNER ONE"),
-                const QString& east = q("1234567"), const QString& type = q("14"))
+    const QString& east = q("1234567"), const QString& type = q("14"))
 {
     QString line(460, QLatin1Char(' '));
     auto put = [&line](int column, int width, const QString& text) {
@@ -163,9 +164,14 @@ TEST(RpsFields, CustomLayoutHelpers)
 TEST(RpsImport, ConfidenceText)
 {
     const std::pair<double, const char*> cases[] = {
-        {188.58876637312218, "188.59 %"}, {0, ".00 %"},           {2.0 * 460 / 461 * 100, "199.57 %"},
-        {98.0389254791682, "98.04 %"},    {0.5, ".50 %"},         {0.005, ".01 %"},
-        {99.995, "100.00 %"},             {12.344999999999, "12.34 %"},
+        {188.58876637312218, "188.59 %"},
+        {0, ".00 %"},
+        {2.0 * 460 / 461 * 100, "199.57 %"},
+        {98.0389254791682, "98.04 %"},
+        {0.5, ".50 %"},
+        {0.005, ".01 %"},
+        {99.995, "100.00 %"},
+        {12.344999999999, "12.34 %"},
     };
     for (const auto& [value, text] : cases) {
         EXPECT_EQ(RpsImport::ConfidenceText(value), q(text)) << value;
@@ -191,7 +197,8 @@ TEST_F(RpsImportTest, ImportsTheFixtureExactly)
         EXPECT_EQ(analysis.confidenceSum, run.value(QStringLiteral("confidence_sum")).toInteger());
         EXPECT_EQ(analysis.fileBytes, run.value(QStringLiteral("file_bytes")).toInteger());
         EXPECT_DOUBLE_EQ(analysis.confidence, run.value(QStringLiteral("confidence")).toDouble());
-        EXPECT_EQ(RpsImport::ConfidenceText(analysis.confidence), run.value(QStringLiteral("confidence_text")).toString());
+        EXPECT_EQ(RpsImport::ConfidenceText(analysis.confidence),
+            run.value(QStringLiteral("confidence_text")).toString());
         const QJsonObject preview = run.value(QStringLiteral("preview")).toObject();
         EXPECT_EQ(analysis.preview.swis, preview.value(QStringLiteral("swis")).toString());
         EXPECT_EQ(analysis.preview.sbl, preview.value(QStringLiteral("sbl")).toString());
@@ -210,7 +217,7 @@ TEST_F(RpsImportTest, ImportsTheFixtureExactly)
         EXPECT_EQ(session().StopFlag, run.value(QStringLiteral("stop_flag")).toBool());
         EXPECT_EQ(rollRows(rollPath()), expectedRows(run));
         EXPECT_EQ(completion.messages.last(),
-                  QStringLiteral("Completed. %1 records processed.").arg(analysis.processed));
+            QStringLiteral("Completed. %1 records processed.").arg(analysis.processed));
         const auto imported = readTextLines(joinPath(installation.databaseFolder(), q("\\imported.txt")));
         ASSERT_TRUE(imported.has_value());
         ASSERT_EQ(imported->size(), 2);
@@ -265,7 +272,8 @@ TEST_F(RpsImportTest, BadFilesImportNothing)
         c = static_cast<char>(QRandomGenerator::global()->bounded(256));
     }
     // Even a binary line that happens to end in "14" is no record.
-    binary += QByteArray(200, '\0') + "134201" + QByteArray(60, ' ') + "1-2-3" + QByteArray(380, 'x') + "14\n";
+    binary
+        += QByteArray(200, '\0') + "134201" + QByteArray(60, ' ') + "1-2-3" + QByteArray(380, 'x') + "14\n";
     QByteArray csv;
     for (int i = 0; i < 100; ++i) {
         csv += "134201,12.34-1-" + QByteArray::number(i) + ",SMITH JOHN,MAIN ST\n";
@@ -309,9 +317,9 @@ TEST_F(RpsImportTest, MissingFileGivesAMessage)
 TEST_F(RpsImportTest, PreviewTargetAndOverlongValues)
 {
     const QString longOwner = q("ABCDEFGHIJKLMNOPQRSTUVWXY");
-    const QString lines = rpsLine(q("134201"), q("12.34-1-5"), longOwner) + QLatin1Char('\n') +
-                          rpsLine(q("134201"), q("9-9-9"), q("NOT A RECORD"), q("1"), q("11")) + QLatin1Char('\n') +
-                          rpsLine(q("134289"), q("7-7-7"), q("OTHER TOWN")) + QLatin1Char('\n');
+    const QString lines = rpsLine(q("134201"), q("12.34-1-5"), longOwner) + QLatin1Char('\n')
+        + rpsLine(q("134201"), q("9-9-9"), q("NOT A RECORD"), q("1"), q("11")) + QLatin1Char('\n')
+        + rpsLine(q("134289"), q("7-7-7"), q("OTHER TOWN")) + QLatin1Char('\n');
     const QString path = installation.path(q("mixed.txt"));
     writeFile(path, lines.toLatin1());
 
@@ -354,7 +362,8 @@ TEST_F(RpsImportTest, StoppedImportKeepsWholeRowsAndCompletesWhenRunAgain)
     RpsRoll roll(rollPath());
     ASSERT_TRUE(roll.resetRPSsbl().ok());
     int lines = 0;
-    const RpsImportResult stopped = import.ImportIn(2, &roll, [&lines](const RpsImportProgress&) { return ++lines < 120; });
+    const RpsImportResult stopped
+        = import.ImportIn(2, &roll, [&lines](const RpsImportProgress&) { return ++lines < 120; });
     EXPECT_TRUE(stopped.stopped);
     EXPECT_GT(stopped.processed, 0);
     const QList<QStringList> partial = rollRows(rollPath());

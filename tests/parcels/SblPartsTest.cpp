@@ -11,7 +11,8 @@ QString q(const char* text)
     return QString::fromUtf8(text);
 }
 
-SblBoxes boxes(const char* section, const char* block, const char* lot, const char* sublot1, const char* sublot2)
+SblBoxes boxes(
+    const char* section, const char* block, const char* lot, const char* sublot1, const char* sublot2)
 {
     return SblBoxes{q(section), q(block), q(lot), q(sublot1), q(sublot2)};
 }
@@ -20,7 +21,8 @@ SblBoxes boxes(const char* section, const char* block, const char* lot, const ch
 
 TEST(SblParts, MakeSblFromBoxes)
 {
-    struct Case {
+    struct Case
+    {
         SblBoxes boxes;
         const char* full;
     };
@@ -164,6 +166,6 @@ TEST(SblParts, FilledAndCriteria)
 
     EXPECT_EQ(SblParts::SBL2SQL(boxes("", "", "", "", "")), q("[SEC] = '0' AND [BLK] = '0' AND"));
     EXPECT_EQ(SblParts::SBL2SQL(boxes(" 12.34 ", "1", " 5 ", "", "")),
-              q("[SEC] = '12' AND[SUD] = '34' AND[BLK] = '1' AND[LOT] = '5' AND"));
+        q("[SEC] = '12' AND[SUD] = '34' AND[BLK] = '1' AND[LOT] = '5' AND"));
     EXPECT_EQ(SblParts::SBL2SQL(boxes("", "", "", "1", "2")), q("[LOD] = '1' AND[SUB] = '2' AND"));
 }
