@@ -3,6 +3,7 @@
 #include "common/NumberText.h"
 #include "common/Session.h"
 #include "common/TextFiles.h"
+#include "store/DatabaseLocation.h"
 
 #include <QFileInfo>
 #include <cmath>
@@ -145,6 +146,33 @@ bool CaseNumbering::resolveDuplicate(QString& caseNumber, const DupeDialog& askD
         caseNumber = BumpPermit(caseNumber);
     }
     return true;
+}
+
+namespace {
+
+std::unique_ptr<CaseNumbering>& runningNumbering()
+{
+    static std::unique_ptr<CaseNumbering> numbering;
+    return numbering;
+}
+
+} // namespace
+
+CaseNumbering& caseNumbering()
+{
+    std::unique_ptr<CaseNumbering>& numbering = runningNumbering();
+    if (!numbering) {
+        const Session& state = session();
+        numbering = std::make_unique<CaseNumbering>(state.DatabaseFolder,
+            store::databaseFile(state.DatabaseFolder, QStringLiteral("pbproj.mdb")), state.Today);
+        numbering->load();
+    }
+    return *numbering;
+}
+
+void resetCaseNumbering()
+{
+    runningNumbering().reset();
 }
 
 } // namespace pvardo::cases

@@ -80,4 +80,10 @@ private:
     std::unique_ptr<store::Recordset> m_cases;
 };
 
+// The numbering of the running program, made on first use from the session's
+// database folder and start-up date, its files read then.
+CaseNumbering& caseNumbering();
+// Drops it, as at the end of a run; the next caseNumbering() reads the files again.
+void resetCaseNumbering();
+
 } // namespace pvardo::cases

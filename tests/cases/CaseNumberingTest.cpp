@@ -183,3 +183,19 @@ TEST_F(CaseNumberingTest, DuplicateOnInsertIsBumpedOnlyWithConsent)
     EXPECT_TRUE(numbering->resolveDuplicate(number, {}));
     EXPECT_EQ(number, q("12-209"));
 }
+
+TEST_F(CaseNumberingTest, TheRunningNumberingReadsTheSessionsFolder)
+{
+    writeLine("pnb.txt", q("-1"));
+    writeLine("zhi.txt", q("730"));
+    session().Today = QDate(2031, 6, 1);
+    resetCaseNumbering();
+    EXPECT_EQ(caseNumbering().yearPart(), q("31"));
+    EXPECT_EQ(caseNumbering().proposeNumber(), q("31-730"));
+    caseNumbering().ResolveDupesAuto = true;
+    EXPECT_TRUE(caseNumbering().ResolveDupesAuto);
+    // A new run starts with the flag clear.
+    resetCaseNumbering();
+    EXPECT_FALSE(caseNumbering().ResolveDupesAuto);
+    resetCaseNumbering();
+}

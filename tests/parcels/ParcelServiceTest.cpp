@@ -70,6 +70,17 @@ TEST_F(ParcelServiceTest, GenerationsHaveTheirColumnCounts)
     EXPECT_EQ(service->columnCount(), 13);
 }
 
+TEST_F(ParcelServiceTest, SeedsOfBothGenerations)
+{
+    const std::pair<const char*, int> seeds[] = {{"wrk/sbl.db", 13}, {"wrk/sbl18.db", 18}};
+    for (const auto& [seed, columns] : seeds) {
+        ParcelService seeded(installation.path(QString::fromLatin1(seed)), QString());
+        ASSERT_TRUE(seeded.resetsbl().ok()) << seed;
+        EXPECT_EQ(seeded.columnCount(), columns) << seed;
+        EXPECT_FALSE(seeded.SBLExists(q("0-0-0-0-0-0-0-0")));
+    }
+}
+
 TEST_F(ParcelServiceTest, ExistsFindsAnyCaseAndFillsTheFoundValues)
 {
     EXPECT_FALSE(service->SBLExists(q("12-34-0-1-5-0-0-0")));

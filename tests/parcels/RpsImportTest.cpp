@@ -346,6 +346,34 @@ TEST_F(RpsImportTest, PreviewTargetAndOverlongValues)
     EXPECT_EQ(rows.at(0).at(2), rows.at(0).at(3));
 }
 
+TEST_F(RpsImportTest, OnlyRecordsShowAbout200PercentAndOtherLinesCountForProgress)
+{
+    QByteArray records;
+    for (int i = 0; i < 50; ++i) {
+        records += rpsLine(q("134201"), QStringLiteral("%1-1-1").arg(i + 1)).toLatin1() + '\n';
+    }
+    const QString path = installation.path(q("records.txt"));
+    writeFile(path, records);
+    RpsImportResult analysis = RpsImport(path).ImportIn(1);
+    // The doubled length is not capped.
+    EXPECT_EQ(RpsImport::ConfidenceText(analysis.confidence), q("199.57 %"));
+
+    const QByteArray other = QByteArray(300, 'X') + "11\n";
+    writeFile(path, records + other);
+    QList<double> percents;
+    analysis = RpsImport(path).ImportIn(1, nullptr, [&percents](const RpsImportProgress& where) {
+        percents.append(where.percent);
+        return true;
+    });
+    EXPECT_EQ(analysis.processed, 50);
+    EXPECT_EQ(analysis.skippedOtherType, 1);
+    ASSERT_EQ(percents.size(), 51);
+    // Line ends are not counted, so progress stays a little short of 100.
+    EXPECT_DOUBLE_EQ(
+        percents.last(), 100.0 * (records.size() + other.size() - 51) / (records.size() + other.size()));
+    EXPECT_GT(percents.last(), percents.at(49));
+}
+
 TEST_F(RpsImportTest, PreviewBeforeAnyRecordCouldNotObtain)
 {
     const QString path = installation.path(q("none.txt"));
