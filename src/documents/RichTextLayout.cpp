@@ -3,6 +3,7 @@
 #include <QAbstractTextDocumentLayout>
 #include <QPainter>
 #include <QTextBlock>
+#include <QTextCursor>
 #include <QTextDocument>
 #include <QTextFrame>
 #include <QTextLayout>
@@ -12,10 +13,63 @@
 
 namespace pvardo::documents {
 
+namespace {
+
+// Qt's PDF output drops the small letters of text in small capitals (the
+// smaller face is never embedded). The copy that is printed gets them as
+// capitals of a smaller size instead, which is what small capitals are; one
+// character stays one character, so positions do not move.
+void spellOutSmallCapitals(QTextDocument& document)
+{
+    struct Run {
+        int position;
+        QString text;
+        QTextCharFormat format;
+    };
+    std::vector<Run> runs;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        for (QTextBlock::iterator it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            if (fragment.charFormat().fontCapitalization() == QFont::SmallCaps) {
+                runs.push_back({fragment.position(), fragment.text(), fragment.charFormat()});
+            }
+        }
+    }
+    QTextCursor cursor(&document);
+    for (auto run = runs.rbegin(); run != runs.rend(); ++run) {
+        const qreal size = run->format.fontPointSize() > 0 ? run->format.fontPointSize()
+                                                            : document.defaultFont().pointSizeF();
+        qsizetype start = 0;
+        while (start < run->text.size()) {
+            const bool lower = run->text.at(start).isLower();
+            qsizetype end = start + 1;
+            while (end < run->text.size() && run->text.at(end).isLower() == lower) {
+                ++end;
+            }
+            QString piece = run->text.mid(start, end - start);
+            QTextCharFormat format = run->format;
+            format.setFontCapitalization(QFont::MixedCase);
+            if (lower) {
+                for (QChar& c : piece) {
+                    c = c.toUpper();
+                }
+                format.setFontPointSize(std::max<qreal>(size * 0.8, 1));
+            }
+            cursor.setPosition(run->position + int(start));
+            cursor.setPosition(run->position + int(end), QTextCursor::KeepAnchor);
+            cursor.insertText(piece, format);
+            start = end;
+        }
+    }
+}
+
+} // namespace
+
 RichTextLayout::RichTextLayout(const QTextDocument& document, QPaintDevice* device, qreal width)
     : m_document(document.clone()), m_width(std::max<qreal>(width, 1))
 {
     m_document->setUndoRedoEnabled(false);
+    spellOutSmallCapitals(*m_document);
     m_document->documentLayout()->setPaintDevice(device);
     m_document->setDocumentMargin(0);
     m_document->setTextWidth(m_width);

@@ -974,6 +974,11 @@ bool RtfReader::handleParagraphWord(const QByteArray& word, bool has, int value)
             enterTableCell();
         } else if (m_table) {
             closeTable();
+            if (!m_blockHasContent && m_run.isEmpty()) {
+                // Qt gives the empty block right behind a table no line, so an
+                // empty paragraph there needs a block of its own to show.
+                m_cursor.insertBlock();
+            }
         }
         endParagraph();
         return true;
@@ -1707,6 +1712,19 @@ void RtfReader::closeTable()
             const int width = std::max(cell.rightTwips - left, 60);
             widths.append(QTextLength(QTextLength::FixedLength, twipsToUnits(width)));
             left = cell.rightTwips;
+        }
+        // Qt sets a table with collapsed borders off by its first cell's
+        // padding and border (and a centred one by that much again); the last
+        // column gives that room back so that the table ends within the text's
+        // right edge as it does in the file.
+        if (!widths.isEmpty()) {
+            const CellDef& first = widest->cells.constFirst();
+            const int shift = 2 * ((first.padding[1] >= 0 ? first.padding[1] : widest->gapTwips)
+                                   + int(std::max(first.borders[1].widthTwips,
+                                                  widest->cells.constLast().borders[3].widthTwips)));
+            QTextLength& last = widths.last();
+            last = QTextLength(QTextLength::FixedLength,
+                               std::max(last.rawValue() - twipsToUnits(shift), twipsToUnits(60)));
         }
         while (widths.size() < table->columns()) {
             widths.append(QTextLength(QTextLength::VariableLength, 0));

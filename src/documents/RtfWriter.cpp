@@ -190,9 +190,11 @@ QByteArray RtfWriter::write()
 
 void RtfWriter::writeFrame(QTextFrame* frame, bool inTable)
 {
+    bool previousWasTable = false;
     for (QTextFrame::iterator it = frame->begin(); !it.atEnd(); ++it) {
         if (QTextFrame* child = it.currentFrame()) {
             auto* table = qobject_cast<QTextTable*>(child);
+            previousWasTable = table != nullptr;
             if (table && !inTable) {
                 writeTable(table);
             } else {
@@ -206,11 +208,18 @@ void RtfWriter::writeFrame(QTextFrame* frame, bool inTable)
         }
         // The empty block that holds a table's start is not a paragraph of
         // its own: the layout gives it no line, and the reader makes it again.
+        // Nor is the empty block right behind a table, to which the layout
+        // gives no line either.
         QTextFrame::iterator next = it;
         ++next;
         if (block.length() == 1 && !next.atEnd() && qobject_cast<QTextTable*>(next.currentFrame())) {
             continue;
         }
+        if (block.length() == 1 && previousWasTable && !next.atEnd()) {
+            previousWasTable = false;
+            continue;
+        }
+        previousWasTable = false;
         writeBlock(block, inTable, "\\par");
     }
 }
@@ -275,6 +284,14 @@ void RtfWriter::writeTable(QTextTable* table)
             edge += share;
         }
         rightEdges.append(int(std::lround(edge)));
+    }
+    // The room the reader takes from the last column for Qt's offset of a
+    // table with collapsed borders goes back into the file's cell edges.
+    if (!rightEdges.isEmpty() && table->rows() > 0) {
+        const QTextTableCellFormat first = table->cellAt(0, 0).format().toTableCellFormat();
+        const QTextTableCellFormat last = table->cellAt(0, columns - 1).format().toTableCellFormat();
+        const qreal border = std::max(first.leftBorder(), last.rightBorder());
+        rightEdges.last() += 2 * (twips(first.leftPadding()) + twips(border));
     }
 
     for (int row = 0; row < table->rows(); ++row) {

@@ -125,6 +125,8 @@ TEST_F(PrintTest, tablesAndPicturesReachThePaper)
     QTextDocument logo;
     ASSERT_TRUE(loadFixture(QStringLiteral("logo"), logo));
     ASSERT_TRUE(printToPdf(logo, pdf(QStringLiteral("logo.pdf")), settingsOfPaper(logo)).ok);
+    // The town's name in small capitals keeps its small letters on paper.
+    EXPECT_TRUE(pdfPageTexts(pdf(QStringLiteral("logo.pdf"))).value(0).contains(QStringLiteral("TOWN OF ELMBROOK")));
     const QImage page = renderPdfPage(pdf(QStringLiteral("logo.pdf")), 0, 40);
     ASSERT_FALSE(page.isNull());
     int green = 0;
