@@ -318,6 +318,24 @@ StoreStatus SqliteRecordset::bindAll(sqlite3_stmt* statement, const QVariantList
     return StoreStatus::success();
 }
 
+StoreStatus SqliteRecordset::runWrite(const QString& sql, const QVariantList& binds, const QString& what)
+{
+    StoreStatus status;
+    sqlite3_stmt* statement = cachedStatement(sql, &status);
+    if (!statement) {
+        return status;
+    }
+    if (!(status = bindAll(statement, binds)).ok()) {
+        return status;
+    }
+    const int rc = sqlite3_step(statement);
+    sqlite3_reset(statement);
+    if (rc != SQLITE_DONE) {
+        return sqliteFailure(rc, what);
+    }
+    return StoreStatus::success();
+}
+
 StoreStatus SqliteRecordset::runKeysetQuery()
 {
     StoreStatus status;
@@ -592,17 +610,8 @@ StoreStatus SqliteRecordset::Update()
                                 ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(quotedName(m_table))
                                 : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
                                       .arg(quotedName(m_table), names.join(QLatin1Char(',')), marks.join(QLatin1Char(',')));
-        sqlite3_stmt* statement = cachedStatement(sql, &status);
-        if (!statement) {
+        if (!(status = runWrite(sql, binds, QStringLiteral("write"))).ok()) {
             return status;
-        }
-        if (!(status = bindAll(statement, binds)).ok()) {
-            return status;
-        }
-        const int rc = sqlite3_step(statement);
-        sqlite3_reset(statement);
-        if (rc != SQLITE_DONE) {
-            return sqliteFailure(rc, QStringLiteral("write"));
         }
         const std::int64_t rowId = sqlite3_last_insert_rowid(m_db);
         m_keys.push_back(rowId);
@@ -628,17 +637,8 @@ StoreStatus SqliteRecordset::Update()
     }
     binds.append(QVariant::fromValue<qlonglong>(m_keys[static_cast<size_t>(m_pos)]));
     const QString sql = QStringLiteral("UPDATE %1 SET %2 WHERE rowid = ?").arg(quotedName(m_table), sets.join(QLatin1Char(',')));
-    sqlite3_stmt* statement = cachedStatement(sql, &status);
-    if (!statement) {
+    if (!(status = runWrite(sql, binds, QStringLiteral("write"))).ok()) {
         return status;
-    }
-    if (!(status = bindAll(statement, binds)).ok()) {
-        return status;
-    }
-    const int rc = sqlite3_step(statement);
-    sqlite3_reset(statement);
-    if (rc != SQLITE_DONE) {
-        return sqliteFailure(rc, QStringLiteral("write"));
     }
     if (sqlite3_changes(m_db) == 0) {
         m_editing = false;
@@ -664,16 +664,11 @@ StoreStatus SqliteRecordset::Delete()
     }
     m_editing = false;
     m_pending.clear();
-    StoreStatus status;
-    sqlite3_stmt* statement = cachedStatement(QStringLiteral("DELETE FROM %1 WHERE rowid = ?").arg(quotedName(m_table)), &status);
-    if (!statement) {
+    const StoreStatus status = runWrite(QStringLiteral("DELETE FROM %1 WHERE rowid = ?").arg(quotedName(m_table)),
+                                       {QVariant::fromValue<qlonglong>(m_keys[static_cast<size_t>(m_pos)])},
+                                       QStringLiteral("delete from"));
+    if (!status.ok()) {
         return status;
-    }
-    sqlite3_bind_int64(statement, 1, m_keys[static_cast<size_t>(m_pos)]);
-    const int rc = sqlite3_step(statement);
-    sqlite3_reset(statement);
-    if (rc != SQLITE_DONE) {
-        return sqliteFailure(rc, QStringLiteral("delete from"));
     }
     m_keys.erase(m_keys.begin() + m_pos);
     m_positionsValid = false;

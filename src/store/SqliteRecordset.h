@@ -95,6 +95,8 @@ private:
     sqlite3_stmt* cachedStatement(const QString& sql, StoreStatus* status);
     StoreStatus bindAll(sqlite3_stmt* statement, const QVariantList& binds);
     StoreStatus loadColumns();
+    // Runs one statement that writes, with its values.
+    StoreStatus runWrite(const QString& sql, const QVariantList& binds, const QString& what);
     StoreStatus runKeysetQuery();
     StoreStatus fail(long long number, const QString& description);
     StoreStatus sqliteFailure(int code, const QString& what);
