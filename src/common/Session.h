@@ -32,6 +32,7 @@ struct Session {
     bool LoggedIn = false;
     bool IsAdmin = false;
     bool ReadOnlyUser = false;
+    int UserIndex = -1; // the logged-on user's entry in the user list, from 0
 
     // Outside programs.
     QString DefaultBrowser;
@@ -77,6 +78,11 @@ struct Session {
     QString BackupFolder;
     QString OnlineCodesLink;
     QString LocalCodesLink;
+    // The report header of the letters, as the text of its RTF file.
+    QString ReportHeaderRtf;
+    // The sibling inspection program, from the named settings EP and AE.
+    QString SiblingFolder;
+    QString SiblingProgram;
 
     // Fills the constants: month names and today's parts.
     void fillConstants(const QDate& today);
