@@ -25,6 +25,20 @@ QString quotedName(const QString& name)
     return QLatin1Char('"') + escaped + QLatin1Char('"');
 }
 
+// Waits for another workstation's lock in short, slightly uneven steps, for
+// up to BusyTimeoutMs. The engine's own waiting backs off to a tenth of a
+// second, and a workstation that writes row after row then keeps the file to
+// itself: short steps give the other one its turn between two writes.
+int waitForLock(void*, int attempt)
+{
+    constexpr int stepMs = 2;
+    if (attempt * stepMs >= BusyTimeoutMs) {
+        return 0;
+    }
+    sqlite3_sleep(stepMs + (attempt % 3));
+    return 1;
+}
+
 // pv_number(x): the number a stored value holds, or null when it holds none.
 // Lets a number in a query compare with a text column as the office's engine
 // compared them: "02" equals 2.
@@ -160,7 +174,7 @@ std::unique_ptr<SqliteRecordset> SqliteRecordset::open(const QString& path, cons
             return report(3051, QStringLiteral("Cannot open %1: %2").arg(path, QString::fromUtf8(sqlite3_errstr(rc))));
         }
     }
-    sqlite3_busy_timeout(cursor->m_db, BusyTimeoutMs);
+    sqlite3_busy_handler(cursor->m_db, &waitForLock, nullptr);
     sqlite3_extended_result_codes(cursor->m_db, 1);
     sqlite3_create_function(cursor->m_db, "pv_number", 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, &numberFunction,
                             nullptr, nullptr);
@@ -318,6 +332,10 @@ StoreStatus SqliteRecordset::bindAll(sqlite3_stmt* statement, const QVariantList
     return StoreStatus::success();
 }
 
+// A write outside a group takes the file's write lock before it reads
+// anything (BEGIN IMMEDIATE): two workstations that both read first and then
+// both want to write would otherwise block each other, and one would be
+// refused at once instead of waiting its turn.
 StoreStatus SqliteRecordset::runWrite(const QString& sql, const QVariantList& binds, const QString& what)
 {
     StoreStatus status;
@@ -328,8 +346,27 @@ StoreStatus SqliteRecordset::runWrite(const QString& sql, const QVariantList& bi
     if (!(status = bindAll(statement, binds)).ok()) {
         return status;
     }
-    const int rc = sqlite3_step(statement);
+    const bool own = m_transactionDepth == 0;
+    if (own) {
+        const int begun = sqlite3_exec(m_db, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
+        if (begun != SQLITE_OK) {
+            sqlite3_clear_bindings(statement);
+            return sqliteFailure(begun, what);
+        }
+    }
+    int rc = sqlite3_step(statement);
     sqlite3_reset(statement);
+    if (own) {
+        if (rc == SQLITE_DONE) {
+            rc = sqlite3_exec(m_db, "COMMIT", nullptr, nullptr, nullptr);
+            rc = rc == SQLITE_OK ? SQLITE_DONE : rc;
+        }
+        if (rc != SQLITE_DONE) {
+            const StoreStatus failure = sqliteFailure(rc, what);
+            sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
+            return failure;
+        }
+    }
     if (rc != SQLITE_DONE) {
         return sqliteFailure(rc, what);
     }
