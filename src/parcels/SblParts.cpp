@@ -116,7 +116,7 @@ SblBoxes SblParts::ExtractSBL(const QString& fullForm)
     if (!isZeroOrEmpty(parts[2])) {
         section = parts[1] + kPoint + parts[2];
     }
-    // Part 3 is read and dropped: the boxes have no place for it.
+    // The third piece is read and dropped: the boxes have no place for it.
     auto shown = [](const QString& part) {
         const QString trimmed = trimBlanks(part);
         return isZeroOrEmpty(trimmed) ? QString() : trimmed;
