@@ -1,0 +1,93 @@
+#include "admin/screens/NewFrm.h"
+
+#include "admin/screens/UserEdit.h"
+
+#include "admin/UserLogon.h"
+#include "common/PromptService.h"
+
+#include <QComboBox>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QPushButton>
+
+namespace pvardo::admin {
+
+NewFrm::NewFrm(QList<UserEntry>& rows, QWidget* parent)
+    : QDialog(parent)
+    , m_rows(rows)
+    , m_name(new QLineEdit(this))
+    , m_password(new QLineEdit(this))
+    , m_level(new QComboBox(this))
+{
+    setObjectName(QStringLiteral("NewFrm"));
+    setWindowTitle(QStringLiteral("New User"));
+    m_name->setObjectName(QStringLiteral("Text1"));
+    m_name->setToolTip(QStringLiteral(" New user name"));
+    m_password->setObjectName(QStringLiteral("Text2"));
+    m_password->setToolTip(QStringLiteral(" Default password"));
+    m_level->setObjectName(QStringLiteral("Combo1"));
+    m_level->setToolTip(QStringLiteral(" Access rights"));
+    m_level->addItems(UserLevels::offered());
+    m_level->setCurrentText(UserLevels::member());
+
+    auto* ok = new QPushButton(QStringLiteral("&OK"), this);
+    ok->setObjectName(QStringLiteral("Command1"));
+    ok->setDefault(true);
+    auto* cancel = new QPushButton(QStringLiteral("Cancel"), this);
+    cancel->setObjectName(QStringLiteral("Command2"));
+
+    auto* form = new QFormLayout;
+    form->addRow(QStringLiteral("User name:"), m_name);
+    form->addRow(QStringLiteral("Password:"), m_password);
+    form->addRow(QStringLiteral("Access:"), m_level);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(ok);
+    buttons->addWidget(cancel);
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(form);
+    layout->addLayout(buttons);
+    connect(ok, &QPushButton::clicked, this, &NewFrm::Command1_Click);
+    connect(cancel, &QPushButton::clicked, this, &NewFrm::Command2_Click);
+}
+
+void NewFrm::Command1_Click()
+{
+    const UserEntry entry{m_name->text().trimmed(), m_password->text().trimmed(), m_level->currentText()};
+    if (entry.name.isEmpty()) {
+        showMessage(QStringLiteral("Type the name the user will log on with."), QStringLiteral(" Missing user name"));
+        m_name->setFocus();
+        return;
+    }
+    const QString wanted = entry.name.toUpper();
+    for (const UserEntry& row : m_rows) {
+        if (row.name.toUpper() == wanted) {
+            showMessage(duplicateText(), duplicateTitle());
+            return;
+        }
+    }
+    if (entry.password.isEmpty()) {
+        showMessage(UserEdit::missingPasswordText(), QStringLiteral(" Missing user password"));
+        m_password->setFocus();
+        return;
+    }
+    // A spelling the user file cannot keep is refused here, before the list
+    // is written.
+    UserList probe;
+    probe.entries.append(entry);
+    QString why;
+    if (probe.toBytes(&why).isEmpty()) {
+        showMessage(why, QStringLiteral(" User list"));
+        return;
+    }
+    m_rows.append(entry);
+    accept();
+}
+
+void NewFrm::Command2_Click()
+{
+    reject();
+}
+
+} // namespace pvardo::admin
