@@ -1,5 +1,7 @@
 #include "app/Startup.h"
 
+#include "admin/UserLogon.h"
+
 #include "common/DateText.h"
 #include "common/Files.h"
 #include "common/MousePointer.h"
@@ -9,6 +11,7 @@
 #include "common/ProgramEnd.h"
 #include "common/PromptService.h"
 #include "common/Session.h"
+#include "common/Settings.h"
 #include "common/TextFiles.h"
 #include "store/DatabaseLocation.h"
 #include "store/Recordset.h"
@@ -52,7 +55,9 @@ bool Startup::run()
     readW7();
     enterProgramFolder();
     clearScreenFlags();
-    SetDefaults();
+    if (!SetDefaults()) {
+        return false;
+    }
     setHourglass();
     FindDefaultBrowser();
 
@@ -79,6 +84,7 @@ bool Startup::run()
     readParcelStoreVersion();
     readBrowserFile();
     session().FirstPass = false;
+    admin::ApplyUserLevel();
 
     m_host.closeWaitNotice();
     setNormalPointer();
@@ -159,9 +165,10 @@ void Startup::clearScreenFlags()
     state.FirstPass = true;
 }
 
-void Startup::SetDefaults()
+bool Startup::SetDefaults()
 {
     Session& state = session();
+    state.ProgramFolder = m_programFolder;
     state.fillConstants(QDate::currentDate());
     state.ReportFontName = QStringLiteral("Times New Roman");
     state.ReportFontSize = 12;
@@ -170,36 +177,29 @@ void Startup::SetDefaults()
     state.WindowsFolder.clear();
     state.TempFolder = CutAtNul(TempPath()).trimmed();
 
-    // Settings: the database folder from line 1 of PVardo.ini, the backup
-    // policy from line 8, the editor font from lines 10 and 11. The full
-    // reading of the settings file (damaged files rewritten with defaults,
-    // def.txt, pnb.txt, the report header) replaces this.
-    state.MasterDatabaseFolder = path(QStringLiteral("\\databases"));
-    if (const std::optional<QStringList> lines = readTextLines(path(QStringLiteral("\\PVardo.ini")))) {
-        const auto line
-            = [&](int number) { return lines->size() >= number ? lines->at(number - 1) : QString(); };
-        if (!line(1).trimmed().isEmpty()) {
-            state.MasterDatabaseFolder = line(1);
-        }
-        if (lines->size() >= 8) {
-            state.BackupMode = LeadingWholeNumber(line(8));
-        }
-        if (lines->size() >= 10) {
-            state.EditorFontSize = LeadingNumber(line(10));
-        }
-        if (lines->size() >= 11 && !line(11).trimmed().isEmpty()) {
-            state.EditorFontName = line(11);
-        }
+    // The settings, then the users of this computer. Either can end the
+    // program: a report header that cannot be read, or no user list at all.
+    if (!ReadSettings(path(QStringLiteral("\\PVardo.ini")))) {
+        return false;
     }
-    state.DatabaseFolder = state.MasterDatabaseFolder;
-    state.FormsFolder = store::formsFolderFor(state.DatabaseFolder, m_programFolder);
-    state.ParcelDatabasePath = store::databaseFile(state.DatabaseFolder, QStringLiteral("\\sbl.mdb"));
+    QString usersProblem;
+    if (!admin::loadSessionUsers(m_programFolder, &usersProblem)) {
+        const bool missing = !QFile::exists(admin::usersFile(m_programFolder));
+        showMessage(usersProblem, QStringLiteral(" Users"), PromptButtons::Ok,
+            missing ? PromptIcon::Critical : PromptIcon::Exclamation);
+        if (missing) {
+            EndProgram(1);
+            return false;
+        }
+        // A damaged list: nobody can log on, and Cancel leaves.
+    }
 
     const store::CheckResult checked = store::CheckDatabases(state);
     if (checked.fellBackToDefault && !state.ShareParcelStore) {
         // The parcel store goes with the databases to the default folder.
         state.ParcelDatabasePath = store::databaseFile(state.DatabaseFolder, QStringLiteral("\\sbl.mdb"));
     }
+    return true;
 }
 
 void Startup::replaceUpdater()

@@ -41,7 +41,8 @@ public:
     void readW7();
     void enterProgramFolder();
     void clearScreenFlags();
-    void SetDefaults();
+    // False when the program was ended on the way (no settings, no users).
+    bool SetDefaults();
     void replaceUpdater();
     void removeUpdatedFlag();
     bool logOn();

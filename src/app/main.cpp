@@ -1,7 +1,9 @@
+#include "admin/screens/AdminScreens.h"
 #include "app/ProgramFolder.h"
 #include "app/Startup.h"
 #include "app/screens/WidgetStartupHost.h"
 #include "common/PromptService.h"
+#include "common/Settings.h"
 #include "ui/WidgetPromptService.h"
 
 #include <QApplication>
@@ -15,6 +17,9 @@ int main(int argc, char** argv)
     // The program ends through ExitApp, never because its last window closed.
     QApplication::setQuitOnLastWindowClosed(false);
     pvardo::installPromptService(std::make_unique<pvardo::ui::WidgetPromptService>());
+    // A new settings file on a computer with the sibling inspection program
+    // asks whether to share its parcel store.
+    pvardo::Settings::setShareQuestion([] { return pvardo::admin::askShareParcelStore(nullptr); });
 
     pvardo::app::WidgetStartupHost host;
     pvardo::app::Startup startup(host, pvardo::app::programFolder());

@@ -22,6 +22,25 @@ TestInstallation::TestInstallation()
     for (const QString& file : files) {
         QFile::copy(seeds.filePath(file), path(QStringLiteral("wrk/") + file));
     }
+    // What every installation ships besides: the report header of the
+    // letters and the user list with its administrator.
+    replaceFile(path(QStringLiteral("forms/gTitle.rtf")), QByteArrayLiteral("{\\rtf1\\ansi Header\\par}\n"));
+    replaceFile(path(QStringLiteral("Users.Set")), usersFileBytes());
+}
+
+QByteArray TestInstallation::usersFileBytes()
+{
+    // ADMIN / PLANNING / ADMIN, each scrambled with the key starting at 91.
+    QByteArray bytes = "1\n";
+    const char* const fields[] = {"ADMIN", "PLANNING", "ADMIN"};
+    for (int f = 0; f < 3; ++f) {
+        int key = 91;
+        for (const char* c = fields[f]; *c; ++c, ++key) {
+            bytes += static_cast<char>((static_cast<unsigned char>(*c) ^ key) & 0xFF);
+        }
+        bytes += f < 2 ? ',' : '\n';
+    }
+    return bytes;
 }
 
 QString TestInstallation::programFolder() const

@@ -12,8 +12,9 @@ struct Session;
 namespace pvardo::test {
 
 // A program folder in a temporary folder, as an installation has it: wrk/
-// with the seeds made by the build, an empty databases/ and forms/. The folder
-// goes when the object does.
+// with the seeds made by the build, an empty databases/, forms/ with a report
+// header, and Users.Set with the administrator ADMIN, password PLANNING. The
+// folder goes when the object does.
 class TestInstallation
 {
 public:
@@ -28,6 +29,8 @@ public:
     QString createDatabase(store::Table table) const;
     // Points the session's folders at this installation.
     void applyTo(Session& session) const;
+    // The bytes of the user file it starts with.
+    static QByteArray usersFileBytes();
 
 private:
     QTemporaryDir m_dir;

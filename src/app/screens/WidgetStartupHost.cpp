@@ -1,5 +1,6 @@
 #include "app/screens/WidgetStartupHost.h"
 
+#include "admin/screens/PswFrm.h"
 #include "app/screens/AboutScreen.h"
 #include "app/screens/StandInWindow.h"
 #include "app/screens/WaitNotice.h"
@@ -28,10 +29,8 @@ void WidgetStartupHost::closeSplash()
 
 bool WidgetStartupHost::logOn()
 {
-    // The log-on screen PswFrm goes here. Until it comes, the user the system
-    // logged on is the program's user.
-    session().LoggedIn = true;
-    return true;
+    // PswFrm, modal until the user logs on or cancels.
+    return admin::runLogOn();
 }
 
 void WidgetStartupHost::showWaitNotice()
