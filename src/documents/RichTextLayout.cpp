@@ -1,6 +1,9 @@
 #include "documents/RichTextLayout.h"
 
+#include "documents/DocumentUnits.h"
+
 #include <QAbstractTextDocumentLayout>
+#include <QPaintDevice>
 #include <QPainter>
 #include <QTextBlock>
 #include <QTextCursor>
@@ -63,6 +66,29 @@ void spellOutSmallCapitals(QTextDocument& document)
     }
 }
 
+// Qt's layout scales most document lengths to the printer's resolution (space
+// above and below, tab stops, table widths, pictures) but not a paragraph's
+// side margins and first-line indent, which would shrink to nothing at 1200
+// dots to the inch. The printed copy gets them in the device's pixels.
+void scaleParagraphIndents(QTextDocument& document, qreal scale)
+{
+    if (qFuzzyCompare(scale, 1.0)) {
+        return;
+    }
+    QTextCursor cursor(&document);
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        QTextBlockFormat format = block.blockFormat();
+        if (format.leftMargin() == 0 && format.rightMargin() == 0 && format.textIndent() == 0) {
+            continue;
+        }
+        format.setLeftMargin(format.leftMargin() * scale);
+        format.setRightMargin(format.rightMargin() * scale);
+        format.setTextIndent(format.textIndent() * scale);
+        cursor.setPosition(block.position());
+        cursor.setBlockFormat(format);
+    }
+}
+
 } // namespace
 
 RichTextLayout::RichTextLayout(const QTextDocument& document, QPaintDevice* device, qreal width)
@@ -70,6 +96,9 @@ RichTextLayout::RichTextLayout(const QTextDocument& document, QPaintDevice* devi
 {
     m_document->setUndoRedoEnabled(false);
     spellOutSmallCapitals(*m_document);
+    if (device) {
+        scaleParagraphIndents(*m_document, device->logicalDpiX() / twipsToUnits(1440));
+    }
     m_document->documentLayout()->setPaintDevice(device);
     m_document->setDocumentMargin(0);
     m_document->setTextWidth(m_width);

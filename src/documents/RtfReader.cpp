@@ -941,7 +941,9 @@ bool RtfReader::handleParagraphWord(const QByteArray& word, bool has, int value)
     }
     if (word == "tx" || word == "tb") {
         if (para.tabs.size() < RtfLimits::maxTabStops && value >= 0) {
-            QTextOption::Tab tab(twipsToUnits(std::min(value, 31680)), para.pendingTabType,
+            // Kept in twips from the text's left edge until the paragraph is
+            // made; see currentBlockFormat.
+            QTextOption::Tab tab(std::min(value, 31680), para.pendingTabType,
                                  para.pendingDecimal ? QChar(u'.') : QChar());
             para.tabs.append(tab);
         }
@@ -1512,8 +1514,29 @@ QTextBlockFormat RtfReader::currentBlockFormat() const
             format.setLineHeight(twipsToUnits(-para.lineSpacing), QTextBlockFormat::FixedHeight);
         }
     }
-    if (!para.tabs.isEmpty()) {
-        format.setTabPositions(para.tabs);
+    // RTF measures tab stops from the text's left edge, Qt from where the
+    // paragraph's first line begins. A hanging indent is a tab stop of its
+    // own when no stop comes before it, which is what puts a list item's text
+    // after its number.
+    const int lineStart = para.left + para.first;
+    QList<QTextOption::Tab> tabs;
+    bool stopBeforeIndent = false;
+    for (const QTextOption::Tab& tab : para.tabs) {
+        const int position = int(tab.position);
+        if (position > lineStart && position <= para.left) {
+            stopBeforeIndent = true;
+        }
+        if (position > lineStart) {
+            tabs.append(QTextOption::Tab(twipsToUnits(position - lineStart), tab.type, tab.delimiter));
+        }
+    }
+    if (para.first < 0 && !stopBeforeIndent) {
+        tabs.append(QTextOption::Tab(twipsToUnits(-para.first), QTextOption::LeftTab));
+        std::sort(tabs.begin(), tabs.end(),
+                  [](const QTextOption::Tab& a, const QTextOption::Tab& b) { return a.position < b.position; });
+    }
+    if (!tabs.isEmpty()) {
+        format.setTabPositions(tabs);
     }
     if (para.pageBreakBefore || m_pageBreakPending) {
         format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);

@@ -415,6 +415,9 @@ void RtfWriter::writeParagraphFormat(const QTextBlockFormat& format, bool inTabl
     default:
         break;
     }
+    // Qt's tab stops count from the first line's start, RTF's from the text's
+    // left edge.
+    const int lineStart = twips(format.leftMargin()) + twips(format.textIndent());
     const QList<QTextOption::Tab> tabs = format.tabPositions();
     for (const QTextOption::Tab& tab : tabs) {
         if (tab.type == QTextOption::RightTab) {
@@ -424,7 +427,7 @@ void RtfWriter::writeParagraphFormat(const QTextBlockFormat& format, bool inTabl
         } else if (tab.type == QTextOption::DelimiterTab) {
             m_out += "\\tqdec";
         }
-        m_out += "\\tx" + QByteArray::number(std::max(0, twips(tab.position)));
+        m_out += "\\tx" + QByteArray::number(std::max(0, twips(tab.position) + lineStart));
     }
     if (format.pageBreakPolicy() & QTextFormat::PageBreak_AlwaysBefore) {
         m_out += "\\pagebb";

@@ -56,3 +56,23 @@ inline QImage renderPdfPage(const QString& path, int index, double dpi = 40)
 }
 
 } // namespace pvardo::test
+
+namespace pvardo::test {
+
+// Where a word stands on the first page, in points from the paper's corner.
+inline QRectF pdfWordBox(const QString& path, const QString& word)
+{
+    std::unique_ptr<Poppler::Document> pdf = Poppler::Document::load(path);
+    if (!pdf || pdf->numPages() < 1) {
+        return {};
+    }
+    std::unique_ptr<Poppler::Page> page = pdf->page(0);
+    for (const std::unique_ptr<Poppler::TextBox>& box : page->textList()) {
+        if (box->text() == word) {
+            return box->boundingBox();
+        }
+    }
+    return {};
+}
+
+} // namespace pvardo::test

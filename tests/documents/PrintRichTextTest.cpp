@@ -2,9 +2,11 @@
 #include "PdfPages.h"
 
 #include "documents/DocumentPaper.h"
+#include "documents/DocumentUnits.h"
 #include "documents/PageGeometry.h"
 #include "documents/PrintRichText.h"
 #include "documents/RtfReader.h"
+#include "documents/RtfWriter.h"
 
 #include <QTemporaryDir>
 #include <QTextCursor>
@@ -232,6 +234,53 @@ TEST_F(PrintTest, marginsThatLeaveNoRoomStillPrint)
 
     QTextDocument empty;
     EXPECT_EQ(printToPdf(empty, pdf(QStringLiteral("empty.pdf"))).pages, 1);
+}
+
+// Lengths of the document land on paper at their size in inches, whatever
+// the printer's resolution.
+TEST_F(PrintTest, indentsSpacingAndTabStopsKeepTheirSizeOnPaper)
+{
+    QTextDocument document;
+    QTextCursor cursor(&document);
+    QTextBlockFormat indented;
+    indented.setLeftMargin(twipsToUnits(1440));
+    cursor.setBlockFormat(indented);
+    cursor.insertText(QStringLiteral("INDENTED"));
+    QTextBlockFormat hanging;
+    hanging.setLeftMargin(twipsToUnits(1440));
+    hanging.setTextIndent(twipsToUnits(-720));
+    cursor.insertBlock(hanging);
+    cursor.insertText(QStringLiteral("HANGING"));
+    QTextBlockFormat spaced;
+    spaced.setTopMargin(twipsToUnits(1440));
+    spaced.setTabPositions({QTextOption::Tab(twipsToUnits(2880), QTextOption::LeftTab)});
+    cursor.insertBlock(spaced);
+    cursor.insertText(QStringLiteral("SPACED\tTABBED"));
+
+    PrintSettings settings;
+    settings.leftMargin = 1;
+    settings.topMargin = 1;
+    const QString path = pdf(QStringLiteral("lengths.pdf"));
+    ASSERT_TRUE(printToPdf(document, path, settings).ok);
+    EXPECT_NEAR(pdfWordBox(path, QStringLiteral("INDENTED")).left(), 144, 1.5); // 1 in margin + 1 in indent
+    EXPECT_NEAR(pdfWordBox(path, QStringLiteral("HANGING")).left(), 108, 1.5);
+    EXPECT_NEAR(pdfWordBox(path, QStringLiteral("TABBED")).left(), 72 + 144, 1.5);
+    const qreal hangingTop = pdfWordBox(path, QStringLiteral("HANGING")).top();
+    EXPECT_NEAR(pdfWordBox(path, QStringLiteral("SPACED")).top() - hangingTop, 72 + 14, 6);
+
+    // A numbered item as word processors write it: its text starts at the
+    // hanging indent, behind its number, and a tab stop counts from the
+    // text's left edge.
+    QTextDocument list;
+    ASSERT_FALSE(readRtf("{\\rtf1{\\listtext\\pard\\plain 1.\\tab}\\li720\\fi-360 ITEM\\par"
+                         "\\pard\\li720\\tx2880 LEFT\\tab STOP\\par}",
+                         list)
+                     .damaged);
+    const QString listPath = pdf(QStringLiteral("list.pdf"));
+    ASSERT_TRUE(printToPdf(list, listPath, settings).ok);
+    EXPECT_NEAR(pdfWordBox(listPath, QStringLiteral("1.")).left(), 72 + 18, 1.5);
+    EXPECT_NEAR(pdfWordBox(listPath, QStringLiteral("ITEM")).left(), 72 + 36, 1.5);
+    EXPECT_NEAR(pdfWordBox(listPath, QStringLiteral("STOP")).left(), 72 + 144, 1.5);
 }
 
 TEST(SetupPage, measuresFromThePrintableArea)
