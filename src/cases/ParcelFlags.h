@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QColor>
+#include <QString>
+
+#include <optional>
+
+namespace pvardo::parcels {
+class ParcelService;
+}
+
+namespace pvardo::cases {
+
+// How the case number input warns about the case's parcel: its colour and
+// tool tip. A parcel with a note is green; within that, a failed inspection
+// is yellow, a complaint magenta and a violation red, the last one found
+// winning. A complaint shows the failed inspection's text: the office's
+// clerks know the colours, and the text has always read that way.
+struct ParcelFlag
+{
+    enum class Kind { Plain, Notes, Failed, Complaint, Violation };
+    Kind kind = Kind::Plain;
+    QColor colour; // invalid for Plain: the system's button colour
+    QString toolTip;
+
+    // Nothing when the parcel is not in the store: the input keeps what it shows.
+    static std::optional<ParcelFlag> of(parcels::ParcelService& parcels, const QString& sbl);
+    static QString permitNumberTip() { return QStringLiteral(" Permit Number "); }
+};
+
+} // namespace pvardo::cases

@@ -1,0 +1,316 @@
+#include "cases/screens/CaseForm.h"
+
+#include "cases/CaseQuery.h"
+#include "cases/CaseStatus.h"
+#include "common/DateText.h"
+#include "common/Session.h"
+#include "store/Recordset.h"
+#include "ui/RecordMode.h"
+
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QRadioButton>
+
+namespace pvardo::cases {
+
+namespace {
+
+bool g_fileDateMarked = false;
+
+constexpr int SectionBox = 2;
+
+} // namespace
+
+bool CaseForm::fileDateMarked()
+{
+    return g_fileDateMarked;
+}
+
+void CaseForm::clearFileDateMark()
+{
+    g_fileDateMarked = false;
+}
+
+CaseForm::CaseForm(const store::ColumnMap& map, QObject* parent)
+    : QObject(parent)
+    , m_map(map)
+{
+    for (int place = 1; place <= map.count(); ++place) {
+        const auto& entry = map.place(place);
+        if (entry.box > 0) {
+            m_longest.insert(entry.box, entry.longest);
+        }
+    }
+}
+
+QWidget* CaseForm::makeBox(int number, QWidget* parent, bool multiLine)
+{
+    QWidget* input = nullptr;
+    const int longest = m_longest.value(number, store::ColumnMap::NoLimit);
+    if (multiLine) {
+        auto* text = new QPlainTextEdit(parent);
+        text->setTabChangesFocus(true);
+        text->setMinimumHeight(54);
+        input = text;
+    } else {
+        auto* line = new QLineEdit(parent);
+        if (longest > 0 && longest != store::ColumnMap::NoLimit) {
+            // The section box holds the subsection after a point too.
+            line->setMaxLength(number == SectionBox ? longest + 5 : longest);
+        }
+        input = line;
+    }
+    input->setObjectName(QStringLiteral("Text1_%1").arg(number));
+    m_boxes.insert(number, input);
+    return input;
+}
+
+QComboBox* CaseForm::makeList(
+    const QString& objectName, const QString& column, const QStringList& items, QWidget* parent)
+{
+    auto* list = new QComboBox(parent);
+    list->setObjectName(objectName);
+    list->setEditable(true);
+    list->setInsertPolicy(QComboBox::NoInsert);
+    list->addItems(items);
+    list->setEditText(CaseStatus::placeholder());
+    list->setMinimumContentsLength(14);
+    if (!column.isEmpty()) {
+        m_listColumns.insert(objectName, column);
+        for (int place = 1; place <= m_map.count(); ++place) {
+            if (m_map.place(place).name == column && m_map.place(place).longest != store::ColumnMap::NoLimit) {
+                list->lineEdit()->setMaxLength(std::max<int>(m_map.place(place).longest, 8));
+            }
+        }
+    }
+    m_lists.insert(objectName, list);
+    return list;
+}
+
+QCheckBox* CaseForm::makeCheck(const QString& objectName, const QString& caption, const QString& column, QWidget* parent)
+{
+    auto* check = new QCheckBox(caption, parent);
+    check->setObjectName(objectName);
+    m_checks.insert(column, check);
+    return check;
+}
+
+QWidget* CaseForm::makeSource(const QString& name, const QString& column, QWidget* parent)
+{
+    auto* holder = new QWidget(parent);
+    holder->setObjectName(QStringLiteral("fra") + name);
+    auto* layout = new QHBoxLayout(holder);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* publicButton = new QRadioButton(QStringLiteral("Public"), holder);
+    publicButton->setObjectName(QStringLiteral("opt%1Public").arg(name));
+    auto* privateButton = new QRadioButton(QStringLiteral("Private"), holder);
+    privateButton->setObjectName(QStringLiteral("opt%1Private").arg(name));
+    auto* group = new QButtonGroup(holder);
+    group->addButton(publicButton);
+    group->addButton(privateButton);
+    publicButton->setChecked(true);
+    layout->addWidget(publicButton);
+    layout->addWidget(privateButton);
+    layout->addStretch();
+    m_public.insert(column, publicButton);
+    m_private.insert(column, privateButton);
+    return holder;
+}
+
+QDateEdit* CaseForm::makeFileDate(QWidget* parent)
+{
+    m_date = new QDateEdit(QDate::currentDate(), parent);
+    m_date->setObjectName(QStringLiteral("DTPicker3"));
+    m_date->setDisplayFormat(QStringLiteral("MM/dd/yyyy"));
+    m_date->setCalendarPopup(true);
+    connect(m_date, &QDateEdit::dateChanged, this, [this](const QDate& date) {
+        if (m_filling) {
+            return;
+        }
+        g_fileDateMarked = true;
+        m_fileDateText = date.toString(QStringLiteral("MM/dd/yyyy"));
+    });
+    return m_date;
+}
+
+QString CaseForm::boxText(int number) const
+{
+    QWidget* input = m_boxes.value(number);
+    if (auto* line = qobject_cast<QLineEdit*>(input)) {
+        return line->text();
+    }
+    if (auto* text = qobject_cast<QPlainTextEdit*>(input)) {
+        return text->toPlainText();
+    }
+    return {};
+}
+
+void CaseForm::setBoxText(int number, const QString& text)
+{
+    QWidget* input = m_boxes.value(number);
+    if (auto* line = qobject_cast<QLineEdit*>(input)) {
+        line->setText(text);
+        line->setCursorPosition(0);
+    } else if (auto* plain = qobject_cast<QPlainTextEdit*>(input)) {
+        plain->setPlainText(text);
+    }
+}
+
+void CaseForm::showRow(const store::Recordset& row)
+{
+    m_filling = true;
+    store::getdata(m_map, row, [this](int number, const QString& text) { setBoxText(number, text); });
+    // The subsection rides behind the section after a point.
+    const QString sud = row.text(QStringLiteral("SUD"));
+    if (!sud.isEmpty() && sud != QLatin1String("0")) {
+        setBoxText(SectionBox, boxText(SectionBox) + QLatin1Char('.') + sud);
+    }
+    const QDate filed = row.value(QStringLiteral("PBFILEDATE")).toDate();
+    if (filed.isValid()) {
+        m_fileDateText = FixDateText(filed.toString(QStringLiteral("MM/dd/yyyy")));
+        if (m_date) {
+            m_date->setDate(filed);
+        }
+    } else {
+        m_fileDateText.clear();
+    }
+    for (auto it = m_listColumns.cbegin(); it != m_listColumns.cend(); ++it) {
+        const QString stored = row.text(it.value());
+        m_lists.value(it.key())->setEditText(stored.isEmpty() ? CaseStatus::placeholder() : stored);
+    }
+    if (QComboBox* status = m_lists.value(QStringLiteral("Combo10"))) {
+        status->setEditText(CaseStatus::statusVerbose(row.text(QStringLiteral("PBSTATUS"))));
+    }
+    for (auto it = m_checks.cbegin(); it != m_checks.cend(); ++it) {
+        it.value()->setChecked(row.text(it.key()) == QLatin1String("1"));
+    }
+    for (auto it = m_private.cbegin(); it != m_private.cend(); ++it) {
+        const bool isPrivate = row.text(it.key()) == QLatin1String("1");
+        (isPrivate ? it.value() : m_public.value(it.key()))->setChecked(true);
+    }
+    m_filling = false;
+}
+
+void CaseForm::clear()
+{
+    m_filling = true;
+    for (auto it = m_boxes.cbegin(); it != m_boxes.cend(); ++it) {
+        setBoxText(it.key(), QString());
+    }
+    for (QComboBox* list : std::as_const(m_lists)) {
+        list->setEditText(CaseStatus::placeholder());
+    }
+    for (QCheckBox* check : std::as_const(m_checks)) {
+        check->setChecked(false);
+    }
+    for (QRadioButton* button : std::as_const(m_public)) {
+        button->setChecked(true);
+    }
+    if (m_date) {
+        m_date->setDate(QDate::currentDate());
+    }
+    m_fileDateText = QDate::currentDate().toString(QStringLiteral("MM/dd/yyyy"));
+    if (m_void) {
+        m_void->hide();
+    }
+    m_filling = false;
+}
+
+void CaseForm::setLocked(bool locked)
+{
+    for (QWidget* input : std::as_const(m_boxes)) {
+        ui::setInputLocked(input, locked);
+    }
+    for (QComboBox* list : std::as_const(m_lists)) {
+        if (list->objectName() != QLatin1String("Combo9")) {
+            ui::setInputLocked(list, locked);
+        }
+    }
+    for (QCheckBox* check : std::as_const(m_checks)) {
+        ui::setInputLocked(check, locked);
+    }
+    for (auto it = m_public.cbegin(); it != m_public.cend(); ++it) {
+        ui::setInputLocked(it.value(), locked);
+        ui::setInputLocked(m_private.value(it.key()), locked);
+    }
+    ui::setInputLocked(m_date, locked);
+    for (QWidget* input : std::as_const(m_lockables)) {
+        ui::setInputLocked(input, locked);
+    }
+}
+
+CaseInputs CaseForm::inputs() const
+{
+    CaseInputs in;
+    in.caseNumber = boxText(1);
+    in.fileDate = m_fileDateText;
+    in.statusText = m_lists.contains(QStringLiteral("Combo10"))
+        ? m_lists.value(QStringLiteral("Combo10"))->currentText()
+        : QString();
+    for (int number = 2; number <= 6; ++number) {
+        in.sbl.box(number) = boxText(number);
+    }
+    in.ownerName = boxText(12);
+    in.siteLocation = boxText(7);
+    auto isPrivate = [this](const char* column) {
+        QRadioButton* button = m_private.value(QString::fromLatin1(column));
+        return button && button->isChecked();
+    };
+    in.privateWater = isPrivate("PBFW");
+    in.privateSewage = isPrivate("PBFS");
+    in.privateElectric = isPrivate("PBFE");
+    in.privateGas = isPrivate("PBFG");
+    return in;
+}
+
+store::StoreStatus CaseForm::writeOwnColumns(store::Recordset& row) const
+{
+    for (auto it = m_listColumns.cbegin(); it != m_listColumns.cend(); ++it) {
+        QString text = m_lists.value(it.key())->currentText().trimmed();
+        if (text == CaseStatus::placeholder()) {
+            text.clear();
+        }
+        int longest = store::ColumnMap::NoLimit;
+        for (int place = 1; place <= m_map.count(); ++place) {
+            if (m_map.place(place).name == it.value()) {
+                longest = m_map.place(place).longest;
+            }
+        }
+        const store::StoreStatus status = row.setValue(it.value(), store::ColumnMap::cut(text, longest));
+        if (!status.ok()) {
+            return status;
+        }
+    }
+    for (auto it = m_checks.cbegin(); it != m_checks.cend(); ++it) {
+        const store::StoreStatus status
+            = row.setValue(it.key(), it.value()->isChecked() ? QStringLiteral("1") : QStringLiteral("0"));
+        if (!status.ok()) {
+            return status;
+        }
+    }
+    return store::StoreStatus::success();
+}
+
+QList<QPair<QString, QString>> CaseForm::searchLists() const
+{
+    QList<QPair<QString, QString>> lists;
+    for (const auto& [name, column] : CaseQuery::listColumns()) {
+        if (QComboBox* list = m_lists.value(name)) {
+            lists.append({column, list->currentText()});
+        }
+    }
+    return lists;
+}
+
+QDate CaseForm::fileDate() const
+{
+    return m_date ? m_date->date() : QDate();
+}
+
+} // namespace pvardo::cases

@@ -1,0 +1,166 @@
+#include "cases/screens/CaseTab.h"
+
+#include "cases/CaseStatus.h"
+#include "cases/screens/CaseForm.h"
+#include "ui/XPButton.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QVBoxLayout>
+
+namespace pvardo::cases {
+
+namespace {
+
+// The first box of each party: name, address, telephone, e-mail follow as
+// the office numbered them.
+struct PartyBoxes
+{
+    int name, address, telephone, email;
+};
+constexpr PartyBoxes Applicant{8, 9, 10, 11};
+constexpr PartyBoxes Owner{12, 13, 14, 15};
+constexpr PartyBoxes Proxy{16, 17, 18, 19};
+constexpr PartyBoxes Contact{20, 21, 25, 57};
+
+PartyBoxes partyOf(int first)
+{
+    switch (first) {
+    case 8:
+        return Applicant;
+    case 12:
+        return Owner;
+    case 16:
+        return Proxy;
+    default:
+        return Contact;
+    }
+}
+
+QLabel* caption(const QString& text, QWidget* parent)
+{
+    auto* label = new QLabel(text, parent);
+    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    return label;
+}
+
+} // namespace
+
+CaseTab::CaseTab(CaseForm& form, QWidget* parent)
+    : QWidget(parent)
+    , m_form(form)
+{
+    setObjectName(QStringLiteral("tabCase"));
+    auto* layout = new QVBoxLayout(this);
+
+    // Case number, date and status.
+    auto* top = new QGridLayout;
+    auto* number = form.makeBox(1, this);
+    number->setToolTip(QStringLiteral(" Permit Number "));
+    top->addWidget(caption(QStringLiteral(" Case # "), this), 0, 0);
+    top->addWidget(number, 0, 1);
+    top->addWidget(caption(QStringLiteral(" Filing Date"), this), 0, 2);
+    top->addWidget(form.makeFileDate(this), 0, 3);
+    QStringList statuses = CaseStatus::statusListTexts();
+    top->addWidget(caption(QStringLiteral(" Current Status "), this), 0, 4);
+    top->addWidget(form.makeList(QStringLiteral("Combo10"), QString(), statuses, this), 0, 5);
+    top->setColumnStretch(1, 1);
+    top->setColumnStretch(5, 1);
+    layout->addLayout(top);
+
+    // The parcel.
+    auto* parcel = new QGroupBox(QStringLiteral(" Property "), this);
+    auto* grid = new QGridLayout(parcel);
+    const char* sblCaptions[] = {" Section", " Block", " Lot", " Sublot 1", " Sublot 2"};
+    for (int i = 0; i < 5; ++i) {
+        grid->addWidget(new QLabel(QString::fromLatin1(sblCaptions[i]), parcel), 0, i);
+        grid->addWidget(form.makeBox(2 + i, parcel), 1, i);
+    }
+    auto* sblLoc = new ui::XPButton(QStringLiteral("iSBLLoc"), QStringLiteral("..."), QStringLiteral(" Find specific SBL "), parcel);
+    auto* finda = new ui::XPButton(QStringLiteral("finda"), QStringLiteral("Find"), QStringLiteral(" Find Specific SBL  "), parcel);
+    grid->addWidget(sblLoc, 1, 5);
+    grid->addWidget(finda, 1, 6);
+    grid->addWidget(caption(QStringLiteral("Property Location:"), parcel), 2, 0);
+    grid->addWidget(form.makeBox(7, parcel), 2, 1, 1, 6);
+    grid->addWidget(caption(QStringLiteral("Subdivision:"), parcel), 3, 0);
+    grid->addWidget(form.makeBox(60, parcel), 3, 1, 1, 6);
+    layout->addWidget(parcel);
+
+    // The parties, two by two.
+    auto* parties = new QGridLayout;
+    struct PartyFrame
+    {
+        const char* title;
+        int first;
+        const char* copyName;
+        const char* copyCaption;
+        int copyFrom;
+    };
+    const PartyFrame frames[] = {
+        {" Applicant ", 8, "Check7", "Same as Owner below", 12},
+        {" Owner ", 12, "Check1", "Same as Applicant info above", 8},
+        {" Proxy / Attorney ", 16, "Check2", "Same as Applicant info above", 8},
+        {" Project Main Contact ", 20, "Check6", "Same as Applicant info above", 8},
+    };
+    int index = 0;
+    for (const PartyFrame& frame : frames) {
+        auto* group = new QGroupBox(QString::fromLatin1(frame.title), this);
+        auto* partyGrid = new QGridLayout(group);
+        const PartyBoxes boxes = partyOf(frame.first);
+        partyGrid->addWidget(caption(QStringLiteral("Name:"), group), 0, 0);
+        partyGrid->addWidget(form.makeBox(boxes.name, group), 0, 1, 1, 3);
+        partyGrid->addWidget(caption(QStringLiteral("Address:"), group), 1, 0);
+        partyGrid->addWidget(form.makeBox(boxes.address, group), 1, 1, 1, 3);
+        partyGrid->addWidget(caption(QStringLiteral("Telephone:"), group), 2, 0);
+        partyGrid->addWidget(form.makeBox(boxes.telephone, group), 2, 1);
+        partyGrid->addWidget(caption(QStringLiteral("E-mail:"), group), 2, 2);
+        partyGrid->addWidget(form.makeBox(boxes.email, group), 2, 3);
+        partyGrid->addWidget(makeCopy(QString::fromLatin1(frame.copyName), QString::fromLatin1(frame.copyCaption),
+                                 frame.copyFrom, frame.first),
+            3, 1, 1, 3);
+        partyGrid->setColumnStretch(1, 1);
+        partyGrid->setColumnStretch(3, 1);
+        parties->addWidget(group, index / 2, index % 2);
+        ++index;
+    }
+    layout->addLayout(parties);
+    layout->addStretch();
+}
+
+QCheckBox* CaseTab::makeCopy(const QString& name, const QString& caption, int from, int to)
+{
+    auto* check = new QCheckBox(caption, this);
+    check->setObjectName(name);
+    m_copies.append(check);
+    m_form.addLockable(check);
+    // A one-shot copy of what stands there now; clearing the box copies
+    // nothing back and later edits are not followed.
+    connect(check, &QCheckBox::toggled, this, [this, from, to](bool on) {
+        if (!on) {
+            return;
+        }
+        const PartyBoxes source = partyOf(from);
+        const PartyBoxes target = partyOf(to);
+        m_form.setBoxText(target.name, m_form.boxText(source.name));
+        m_form.setBoxText(target.address, m_form.boxText(source.address));
+        m_form.setBoxText(target.email, m_form.boxText(source.email));
+        m_form.setBoxText(target.telephone, m_form.boxText(source.telephone));
+    });
+    return check;
+}
+
+void CaseTab::resetCopies()
+{
+    for (QCheckBox* check : std::as_const(m_copies)) {
+        const QSignalBlocker block(check);
+        check->setChecked(false);
+    }
+}
+
+} // namespace pvardo::cases

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QWidget>
+
+class QCheckBox;
+
+namespace pvardo::cases {
+
+class CaseForm;
+
+// The "Case" tab: the case number, filing date and status, the parcel's
+// S-B-L and location, and the four parties with their "Same as ..." copies.
+class CaseTab : public QWidget
+{
+    Q_OBJECT
+
+public:
+    CaseTab(CaseForm& form, QWidget* parent = nullptr);
+
+    // Clears the one-shot copy boxes, as each shown or cleared row does.
+    void resetCopies();
+
+private:
+    QCheckBox* makeCopy(const QString& name, const QString& caption, int from, int to);
+
+    CaseForm& m_form;
+    QList<QCheckBox*> m_copies;
+};
+
+} // namespace pvardo::cases

@@ -1,0 +1,1046 @@
+#include "cases/screens/ZPermits.h"
+
+#include "cases/CaseLists.h"
+#include "cases/CaseNumbering.h"
+#include "cases/CaseQuery.h"
+#include "cases/CaseRecord.h"
+#include "cases/CaseStatus.h"
+#include "cases/ParcelFlags.h"
+#include "cases/screens/CaseForm.h"
+#include "cases/screens/CaseListModel.h"
+#include "cases/screens/CaseListView.h"
+#include "cases/screens/CaseTab.h"
+#include "cases/screens/ProjectTab.h"
+#include "cases/screens/StructureTab.h"
+#include "common/ProgramEnd.h"
+#include "common/PromptService.h"
+#include "common/ScreenOpen.h"
+#include "common/Session.h"
+#include "common/Waiting.h"
+#include "parcels/ParcelService.h"
+#include "store/DatabaseLocation.h"
+#include "ui/DelconfirmDialog.h"
+#include "ui/DupeDialog.h"
+#include "ui/PostitDialog.h"
+#include "ui/RecordInfoBox.h"
+#include "ui/TaskFrm.h"
+#include "ui/XPButton.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QShortcut>
+#include <QStackedWidget>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+namespace pvardo::cases {
+
+using ui::RecordMode;
+
+namespace {
+
+constexpr int CaseScreenCode = 0;
+constexpr int CaseNumberBox = 1;
+
+const QList<RecordMode> Browse{RecordMode::Browse};
+
+// The left pane: button, caption, screen it opens.
+struct LeftPaneEntry
+{
+    const char* button;
+    const char* caption;
+    const char* screen;
+};
+constexpr LeftPaneEntry LeftPane[] = {
+    {"ifees", "Fees", "feesfrm"},
+    {"iMeetings", "Meetings", "meetingsfrm"},
+    {"iReview", "Agencies", "Agencyfrm"},
+    {"iSEQRA", "Reviews", "SEQRAfrm"},
+    {"iBonds", "Bonds", "bondsfrm"},
+    {"iActions", "Actions", "actionfrm"},
+    {"iMaps", "Maps", "mapsfrm"},
+    {"iWetlands", "Wetlands", "wetlfrm"},
+    {"iAdjacents", "Surrounding Parcels", "adjfrm"},
+    {"iIssues", "Issues", "issuesfrm"},
+    {"iContinue", "Checklist", "checklist"},
+    {"iParcel", "Parcel", ""},
+};
+
+// The commands a read-only user never has.
+const QStringList EntryCommands{QStringLiteral("newr"), QStringLiteral("addr"), QStringLiteral("saver"),
+    QStringLiteral("delr"), QStringLiteral("INew"), QStringLiteral("IAdd"), QStringLiteral("IEdit"),
+    QStringLiteral("ISave")};
+
+// The commands the list hides while it shows.
+const QStringList DetailCommands{QStringLiteral("ILocate"), QStringLiteral("INew"), QStringLiteral("ISave"),
+    QStringLiteral("IAdd"), QStringLiteral("IEdit"), QStringLiteral("iNote"), QStringLiteral("recinfod"),
+    QStringLiteral("ICancel"), QStringLiteral("IMoveFirst"), QStringLiteral("IMovePrev"), QStringLiteral("IMoveNext"),
+    QStringLiteral("IMoveLast")};
+
+QString caseDatabasePath()
+{
+    return store::databaseFile(session().DatabaseFolder, QStringLiteral("\\pbproj.mdb"));
+}
+
+} // namespace
+
+ZPermits::ZPermits(QWidget* parent)
+    : QMainWindow(parent)
+{
+    setObjectName(QStringLiteral("ZPermits"));
+    setWindowTitle(QStringLiteral(" Projects"));
+    setAttribute(Qt::WA_DeleteOnClose, false);
+    session().ScreenCode = CaseScreenCode;
+    m_map.fill(store::Table::PBPROJ);
+    m_form = new CaseForm(m_map, this);
+
+    auto* central = new QWidget(this);
+    auto* outer = new QHBoxLayout(central);
+    outer->addWidget(buildLeftPane());
+
+    auto* right = new QVBoxLayout;
+    m_tabs = new QTabWidget(central);
+    m_tabs->setObjectName(QStringLiteral("SSTab1"));
+    m_caseTab = new CaseTab(*m_form, m_tabs);
+    m_projectTab = new ProjectTab(*m_form, m_tabs);
+    m_structureTab = new StructureTab(*m_form, m_tabs);
+    m_tabs->addTab(m_caseTab, QStringLiteral("Case"));
+    m_tabs->addTab(m_projectTab, QStringLiteral("Project"));
+    m_tabs->addTab(m_structureTab, QStringLiteral("Structure"));
+    m_list = new CaseListView(central);
+    m_stack = new QStackedWidget(central);
+    m_stack->setObjectName(QStringLiteral("stkDetail"));
+    m_stack->addWidget(m_tabs);
+    m_stack->addWidget(m_list);
+
+    auto* banner = new QHBoxLayout;
+    m_void = new QLabel(QStringLiteral("V  O  I  D"), central);
+    m_void->setObjectName(QStringLiteral("lblVoid"));
+    m_void->setStyleSheet(QStringLiteral("QLabel { color: #c00000; font-size: 18pt; font-weight: bold; }"));
+    m_void->hide();
+    m_form->setVoidLabel(m_void);
+    banner->addStretch();
+    banner->addWidget(m_void);
+    right->addLayout(banner);
+    right->addWidget(m_stack, 1);
+
+    auto* bar = new QWidget(central);
+    bar->setObjectName(QStringLiteral("fraCommands"));
+    buildCommands(bar);
+    right->addWidget(bar);
+    outer->addLayout(right, 1);
+    setCentralWidget(central);
+
+    buildMenus();
+    buildKeys();
+    registerModes();
+
+    connect(m_tabs, &QTabWidget::currentChanged, this, [this](int index) {
+        setCommandShown(QStringLiteral("iBrowse"), index == 0);
+    });
+    connect(m_list, &CaseListView::picked, this, &ZPermits::pickFromList);
+    connect(m_list, &CaseListView::sorted, this, &ZPermits::listSorted);
+
+    resize(1040, 740);
+    openTable();
+}
+
+ZPermits::~ZPermits() = default;
+
+ui::XPButton* ZPermits::addButton(const QString& name, const QString& caption, const QString& toolTip, QWidget* parent)
+{
+    auto* command = new ui::XPButton(name, caption, toolTip, parent);
+    m_buttons.insert(name, command);
+    return command;
+}
+
+QWidget* ZPermits::buildLeftPane()
+{
+    auto* pane = new QWidget(this);
+    pane->setObjectName(QStringLiteral("fraLeft"));
+    auto* layout = new QVBoxLayout(pane);
+    layout->setContentsMargins(0, 0, 0, 0);
+    for (const LeftPaneEntry& entry : LeftPane) {
+        const QString screen = QString::fromLatin1(entry.screen);
+        auto* command = addButton(QString::fromLatin1(entry.button), QString::fromLatin1(entry.caption), QString(), pane);
+        layout->addWidget(command);
+        connect(command, &QPushButton::clicked, this, [this, screen] { leftPaneButton(screen); });
+    }
+    layout->addStretch();
+    auto* erase = addButton(QStringLiteral("iDelete"), QStringLiteral("Delete"), QStringLiteral(" Delete "), pane);
+    erase->hide(); // the administrator's hidden command: Control+U brings it into view
+    layout->addWidget(erase);
+    connect(erase, &QPushButton::clicked, this, &ZPermits::iDelete);
+    pane->setFixedWidth(140);
+    return pane;
+}
+
+void ZPermits::buildCommands(QWidget* bar)
+{
+    auto* layout = new QVBoxLayout(bar);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* moves = new QHBoxLayout;
+    auto* first = addButton(QStringLiteral("IMoveFirst"), QStringLiteral("|<"), QStringLiteral(" First "), bar);
+    auto* previous = addButton(QStringLiteral("IMovePrev"), QStringLiteral("<"), QStringLiteral(" Previous "), bar);
+    m_position = new QLabel(bar);
+    m_position->setObjectName(QStringLiteral("recpos"));
+    m_position->setAlignment(Qt::AlignCenter);
+    m_position->setMinimumWidth(180);
+    auto* next = addButton(QStringLiteral("IMoveNext"), QStringLiteral(">"), QStringLiteral(" Next "), bar);
+    auto* last = addButton(QStringLiteral("IMoveLast"), QStringLiteral(">|"), QStringLiteral(" Last "), bar);
+    moves->addStretch();
+    for (QWidget* widget : {static_cast<QWidget*>(first), static_cast<QWidget*>(previous), static_cast<QWidget*>(m_position),
+             static_cast<QWidget*>(next), static_cast<QWidget*>(last)}) {
+        moves->addWidget(widget);
+    }
+    moves->addStretch();
+    connect(first, &QPushButton::clicked, this, &ZPermits::moveFirst);
+    connect(previous, &QPushButton::clicked, this, &ZPermits::movePrevious);
+    connect(next, &QPushButton::clicked, this, &ZPermits::moveNext);
+    connect(last, &QPushButton::clicked, this, &ZPermits::moveLast);
+
+    struct Command
+    {
+        const char* name;
+        const char* caption;
+        const char* tip;
+        void (ZPermits::*run)();
+    };
+    const Command commands[] = {
+        {"INew", "New", " Add a New Record to the Database", &ZPermits::INew},
+        {"IAdd", "Add", " Add the current screen to the database ", &ZPermits::IAdd},
+        {"IEdit", "Edit", " Edit the current record ", &ZPermits::IEdit},
+        {"ISave", "Save", " Save Changes to this record ", &ZPermits::ISave},
+        {"ICancel", "Cancel", " Cancel ", &ZPermits::ICancel},
+        {"ILocate", "&Locate", " Find a certain Record ", &ZPermits::ILocate},
+        {"iBrowse", "List", " List / Detail ", &ZPermits::iBrowse},
+        {"iReset", "Reset", " Reread the entire database", &ZPermits::iReset},
+        {"iNote", "Notes", " Notepad", &ZPermits::iNote},
+        {"recinfod", "Info", " Record Info ", &ZPermits::recinfod},
+        {"iPrint", "Print", " Print Current Project", nullptr},
+        {"IDoc", "Docs", " Documents ", nullptr},
+        {"IPic", "Pictures", " Pictures ", nullptr},
+        {"mexit", "Exit", " Exit", nullptr},
+    };
+    auto* row = new QHBoxLayout;
+    for (const Command& command : commands) {
+        auto* widget = addButton(QString::fromLatin1(command.name), QString::fromLatin1(command.caption),
+            QString::fromLatin1(command.tip), bar);
+        row->addWidget(widget);
+        if (command.run) {
+            connect(widget, &QPushButton::clicked, this, command.run);
+        }
+    }
+    button(QStringLiteral("iReset"))->hide();
+    connect(button(QStringLiteral("mexit")), &QPushButton::clicked, this, &QWidget::close);
+    layout->addLayout(moves);
+    layout->addLayout(row);
+}
+
+void ZPermits::buildMenus()
+{
+    auto addAction = [this](QMenu* menu, const char* name, const char* caption) {
+        QAction* action = menu->addAction(QString::fromLatin1(caption));
+        action->setObjectName(QString::fromLatin1(name));
+        m_actions.insert(action->objectName(), action);
+        return action;
+    };
+    m_fileMenu = menuBar()->addMenu(QStringLiteral("&File"));
+    m_fileMenu->setObjectName(QStringLiteral("mnuFile"));
+    connect(addAction(m_fileMenu, "newr", "&New Record"), &QAction::triggered, this, &ZPermits::INew);
+    connect(addAction(m_fileMenu, "addr", "&Add Record"), &QAction::triggered, this, &ZPermits::IAdd);
+    connect(addAction(m_fileMenu, "saver", "&Save Changes"), &QAction::triggered, this, &ZPermits::ISave);
+    connect(addAction(m_fileMenu, "find", "&Locate - Search"), &QAction::triggered, this, &ZPermits::ILocate);
+    m_fileMenu->addSeparator();
+    connect(addAction(m_fileMenu, "delr", "&Void Record"), &QAction::triggered, this, &ZPermits::voidRecord);
+    addAction(m_fileMenu, "doprint", "&Print..");
+    m_fileMenu->addSeparator();
+    connect(addAction(m_fileMenu, "Quit", "&Exit Cases"), &QAction::triggered, this, &QWidget::close);
+
+    // The listings of the office; they print from the report window.
+    m_reportsMenu = menuBar()->addMenu(QStringLiteral("&Reports"));
+    m_reportsMenu->setObjectName(QStringLiteral("mnuReports"));
+    addAction(m_reportsMenu, "monthlynumber", "Application by Month");
+    addAction(m_reportsMenu, "exppermits", "Report of Project Status..");
+    addAction(m_reportsMenu, "expiringsoon", "Report of Active Application");
+    addAction(m_reportsMenu, "lettersofexppermits", "Print Labels for Anticipated Expiring Zoning Permits");
+    addAction(m_reportsMenu, "reportfu", "Report of Application Status");
+
+    m_helpMenu = menuBar()->addMenu(QStringLiteral("&Help"));
+    m_helpMenu->setObjectName(QStringLiteral("mnuHelp"));
+    addAction(m_helpMenu, "hlpContents", "&Contents");
+}
+
+void ZPermits::buildKeys()
+{
+    auto key = [this](const QKeySequence& sequence, auto slot) {
+        auto* shortcut = new QShortcut(sequence, this);
+        shortcut->setContext(Qt::WindowShortcut);
+        connect(shortcut, &QShortcut::activated, this, slot);
+    };
+    key(QKeySequence(Qt::CTRL | Qt::Key_F), [this] {
+        if (auto* finder = findChild<QPushButton*>(QStringLiteral("finda"))) {
+            finder->click();
+        }
+    });
+    key(QKeySequence(Qt::CTRL | Qt::Key_I), [this] { recinfod(); });
+    key(QKeySequence(Qt::CTRL | Qt::Key_G), [this] { loadMapProviders(); });
+    key(QKeySequence(Qt::CTRL | Qt::Key_U), [this] { revealDelete(); });
+}
+
+void ZPermits::registerModes()
+{
+    const QList<RecordMode> browseOnly{RecordMode::Browse};
+    for (const char* name : {"INew"}) {
+        m_commands.addButton(button(QString::fromLatin1(name)), {RecordMode::Browse, RecordMode::Empty});
+    }
+    m_commands.addButton(button(QStringLiteral("ILocate")), {RecordMode::Browse, RecordMode::Find});
+    m_commands.addButton(button(QStringLiteral("iBrowse")), {RecordMode::Browse, RecordMode::Find});
+    for (const char* name : {"IEdit", "iDelete", "IDoc", "IPic", "iNote", "recinfod", "iPrint"}) {
+        m_commands.addButton(button(QString::fromLatin1(name)), browseOnly);
+    }
+    m_commands.addButton(button(QStringLiteral("IAdd")), {RecordMode::New});
+    m_commands.addButton(button(QStringLiteral("ISave")), {RecordMode::Edit});
+    m_commands.addButton(button(QStringLiteral("ICancel")), {RecordMode::New, RecordMode::Edit, RecordMode::Find});
+
+    m_commands.addMenu(m_fileMenu, {RecordMode::Browse, RecordMode::Empty});
+    m_commands.addMenu(m_reportsMenu, browseOnly);
+    m_commands.addMenu(m_helpMenu, {RecordMode::Browse, RecordMode::Empty, RecordMode::Find});
+    m_commands.addAction(m_actions.value(QStringLiteral("newr")), {RecordMode::Browse, RecordMode::Empty});
+    m_commands.addAction(m_actions.value(QStringLiteral("Quit")), {RecordMode::Browse, RecordMode::Empty});
+    m_commands.addAction(m_actions.value(QStringLiteral("addr")), {});
+    m_commands.addAction(m_actions.value(QStringLiteral("saver")), {});
+    for (const char* name : {"find", "delr", "doprint"}) {
+        m_commands.addAction(m_actions.value(QString::fromLatin1(name)), browseOnly);
+    }
+}
+
+bool ZPermits::hasRow() const
+{
+    return m_rows && !store::dbisempty(*m_rows) && !m_rows->Bof() && !m_rows->Eof();
+}
+
+// Binds the screen to the case file over the whole table.
+void ZPermits::openTable()
+{
+    session().ScreenCode = CaseScreenCode;
+    m_path = caseDatabasePath();
+    m_query = CaseQuery::fullQuery();
+    session().DatabaseLabel = m_path;
+    session().ScreenConnection[CaseScreenCode] = store::BuildConnectionString(m_path);
+    session().ScreenQuery[CaseScreenCode] = m_query;
+    readRows();
+    lock(true);
+    WaitSeconds(1);
+    m_tabs->setCurrentIndex(0);
+}
+
+bool ZPermits::readRows()
+{
+    ui::TaskFrm::open();
+    store::StoreStatus status;
+    auto rows = store::openRecordsetAt(m_path, m_query, &status);
+    if (!rows) {
+        ui::TaskFrm::close();
+        handleStoreError(status);
+        return false;
+    }
+    m_rows = std::move(rows);
+    session().ScreenQuery[CaseScreenCode] = m_query;
+    QString& hop = session().HopTarget;
+    if (!hop.isEmpty()) {
+        const QString target = hop;
+        bool found = false;
+        if (m_rows->RecordCount() > 0) {
+            m_rows->MoveLast();
+            m_rows->MoveFirst();
+            found = m_rows->Find(QStringLiteral("[PBCASE] = '") + target + QLatin1Char('\'')).ok() && !m_rows->Eof();
+        }
+        hop.clear();
+        if (!found) {
+            ui::TaskFrm::close();
+            showMessage(QStringLiteral("Case ") + target + QStringLiteral(" to hop, is not found.\n")
+                    + QStringLiteral("Entire recordset will be displayed."),
+                QStringLiteral(" Record(s) not Found"), PromptButtons::Ok, PromptIcon::Information);
+            iReset();
+            return true;
+        }
+        setCommandShown(QStringLiteral("iReset"), true);
+    } else if (m_rows->RecordCount() > 0) {
+        m_rows->MoveFirst();
+    }
+    m_list->fill(*m_rows);
+    if (m_rows->RecordCount() == 0) {
+        m_form->clear();
+    }
+    ui::TaskFrm::close();
+    showRow();
+    lock(true);
+    enterMode(hasRow() ? RecordMode::Browse : RecordMode::Empty);
+    session().StopFlag = true;
+    return true;
+}
+
+void ZPermits::handleStoreError(const store::StoreStatus& status)
+{
+    const auto number = status.number;
+    if (number == store::StoreErrorNumber::DatabaseNotFound) {
+        showMessage(QStringLiteral("DB ") + session().DatabaseLabel + QStringLiteral(" not found."));
+        m_rows.reset();
+        m_form->clear();
+        m_list->model()->setRows({});
+        enterMode(RecordMode::Empty);
+        redrawPosition();
+        if (session().StopFlag) {
+            EndProgram();
+        }
+        return;
+    }
+    if (number == store::StoreErrorNumber::BadSql || number == store::StoreErrorNumber::LostConnection) {
+        if (number == store::StoreErrorNumber::BadSql) {
+            showMessage(QStringLiteral("Bad SQL"));
+        }
+        if (m_resetting) {
+            return;
+        }
+        m_path = caseDatabasePath();
+        session().DatabaseLabel = m_path;
+        session().ScreenConnection[CaseScreenCode] = store::BuildConnectionString(m_path);
+        iReset();
+        return;
+    }
+    // Anything else (a file of another program, one another workstation
+    // holds too long, a full disk): say what and keep the screen as it is.
+    showMessage(status.description + QStringLiteral("\n") + session().DatabaseLabel, QStringLiteral(" Projects"),
+        PromptButtons::Ok, PromptIcon::Critical);
+}
+
+void ZPermits::showRow()
+{
+    if (hasRow()) {
+        m_form->showRow(*m_rows);
+        m_caseTab->resetCopies();
+        // What the other screens and the letters read about this case.
+        parcels::ParcelService& parcels = parcels::mdb();
+        const CaseInputs in = m_form->inputs();
+        m_published.caseNumber = in.caseNumber;
+        m_published.statusWord = CaseStatus::statusVerbose(m_rows->text(QStringLiteral("PBSTATUS")));
+        m_published.sbl = parcels.MakeSBL(in.sbl);
+        m_published.sblShort = parcels.mysbl2SBL(m_published.sbl);
+        m_published.sblAndLocation = (m_published.sblShort + QLatin1Char(' ') + in.siteLocation).trimmed();
+        m_published.ownerAndAddress = (in.ownerName + QStringLiteral(", ") + m_form->boxText(13)).trimmed();
+        m_published.description = m_form->boxText(24).trimmed();
+        session().CurrentCase = in.caseNumber;
+    }
+    redrawPosition();
+}
+
+void ZPermits::redrawPosition()
+{
+    const bool entering = m_mode == RecordMode::New || m_mode == RecordMode::Find;
+    const bool any = hasRow();
+    const int count = m_rows ? m_rows->RecordCount() : 0;
+    const int position = any ? m_rows->AbsolutePosition() : 0;
+    if (entering) {
+        m_position->setText(QStringLiteral("enter data"));
+    } else if (any && count > 0) {
+        m_position->setText(QStringLiteral("Record ") + QString::number(position) + QStringLiteral(" of ")
+            + QString::number(count));
+    } else {
+        m_position->setText(QStringLiteral("empty database"));
+    }
+    const bool moving = m_mode == RecordMode::Browse && any && !m_list->isSorted();
+    button(QStringLiteral("IMoveFirst"))->setEnabled(moving && position > 1);
+    button(QStringLiteral("IMovePrev"))->setEnabled(moving && position > 1);
+    button(QStringLiteral("IMoveNext"))->setEnabled(moving && position < count);
+    button(QStringLiteral("IMoveLast"))->setEnabled(moving && position < count);
+    if (entering) {
+        return;
+    }
+    m_void->setVisible(any && CaseStatus::isVoided(*m_rows));
+    if (any) {
+        m_list->showPosition(position);
+        showParcelFlags();
+    }
+}
+
+void ZPermits::showParcelFlags()
+{
+    auto* number = qobject_cast<QLineEdit*>(m_form->box(CaseNumberBox));
+    const auto flag = ParcelFlag::of(parcels::mdb(), parcels::mdb().MakeSBL(m_form->inputs().sbl));
+    if (!flag || !number) {
+        return; // the colours stay
+    }
+    QPalette palette = number->palette();
+    palette.setColor(QPalette::Base,
+        flag->colour.isValid() ? flag->colour : QApplication::palette().color(QPalette::Button));
+    number->setPalette(palette);
+    number->setToolTip(flag->toolTip);
+}
+
+void ZPermits::enterMode(RecordMode mode)
+{
+    m_mode = mode;
+    m_commands.apply(mode);
+    auto* locate = button(QStringLiteral("ILocate"));
+    locate->setText(mode == RecordMode::Find ? QStringLiteral("Find") : QStringLiteral("&Locate"));
+    locate->setDefault(mode == RecordMode::Find);
+    redrawPosition();
+}
+
+void ZPermits::lock(bool locked)
+{
+    m_form->setLocked(locked);
+}
+
+void ZPermits::rememberBookmark()
+{
+    m_haveSavedMark = hasRow();
+    if (m_haveSavedMark) {
+        m_savedMark = m_rows->bookmark();
+    }
+}
+
+void ZPermits::returnToBookmark()
+{
+    if (!m_rows || m_rows->RecordCount() == 0) {
+        return;
+    }
+    if (!m_haveSavedMark || !m_rows->setBookmark(m_savedMark)) {
+        m_rows->MoveFirst();
+    }
+}
+
+void ZPermits::setCommandShown(const QString& name, bool shown)
+{
+    if (ui::XPButton* command = button(name)) {
+        const bool forbidden = session().ReadOnlyUser && EntryCommands.contains(name);
+        command->setVisible(shown && !forbidden);
+    }
+}
+
+void ZPermits::applyUserRights()
+{
+    const bool readOnly = session().ReadOnlyUser;
+    for (const QString& name : EntryCommands) {
+        m_commands.forbid(name, readOnly);
+        if (!readOnly && button(name) && !m_listShowing) {
+            button(name)->show();
+        }
+        if (QAction* action = m_actions.value(name); action && !readOnly) {
+            action->setVisible(true);
+        }
+    }
+    m_commands.apply(m_mode);
+    redrawPosition();
+}
+
+void ZPermits::activateScreen()
+{
+    session().ScreenCode = CaseScreenCode;
+    m_map.fill(store::Table::PBPROJ);
+    session().ScreenQuery[CaseScreenCode] = m_query;
+    applyUserRights();
+    // No sub-record screen open: the left pane is on again.
+    ReleaseCaseCommands([this] {
+        for (const LeftPaneEntry& entry : LeftPane) {
+            button(QString::fromLatin1(entry.button))->setEnabled(true);
+        }
+    });
+    if (!session().HopTarget.isEmpty() && m_mode != RecordMode::New && m_mode != RecordMode::Edit) {
+        readRows();
+    }
+}
+
+void ZPermits::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    activateScreen();
+}
+
+void ZPermits::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+        activateScreen();
+    }
+}
+
+void ZPermits::closeEvent(QCloseEvent* event)
+{
+    event->accept();
+    emit returnToDashboard();
+}
+
+// --- commands ---------------------------------------------------------------
+
+void ZPermits::INew()
+{
+    if (!button(QStringLiteral("INew"))->isEnabled()) {
+        return;
+    }
+    rememberBookmark();
+    lock(false);
+    m_form->clear();
+    m_caseTab->resetCopies();
+    if (auto* number = qobject_cast<QLineEdit*>(m_form->box(CaseNumberBox))) {
+        number->setPalette(QApplication::palette());
+        number->setToolTip(ParcelFlag::permitNumberTip());
+    }
+    enterMode(RecordMode::New);
+    m_form->setBoxText(CaseNumberBox, caseNumbering().proposeNumber());
+    m_tabs->setCurrentIndex(0);
+    m_form->box(CaseNumberBox)->setFocus();
+}
+
+store::StoreStatus ZPermits::fillRow(store::Recordset& row, const CaseInputs& inputs)
+{
+    m_form->setBoxText(CaseNumberBox, inputs.caseNumber);
+    store::StoreStatus status = m_form->writeOwnColumns(row);
+    if (!status.ok()) {
+        return status;
+    }
+    return CaseRecord::movefieldsintodb(
+        m_map, row, [this](int box) { return m_form->boxText(box); }, inputs, session());
+}
+
+void ZPermits::ValidateCaseInput(bool saving)
+{
+    session().StopFlag = false;
+    CaseInputs in = m_form->inputs();
+    QString missing;
+    const QString line = QStringLiteral("\n");
+    if (in.caseNumber.trimmed().isEmpty()) {
+        missing += QStringLiteral("--Case Number") + line;
+    }
+    if (m_form->boxText(8).trimmed().isEmpty()) {
+        missing += QStringLiteral("--Applicant") + line;
+    }
+    if (m_form->boxText(9).trimmed().isEmpty()) {
+        missing += QStringLiteral("--Applicant Address") + line;
+    }
+    if (in.siteLocation.trimmed().isEmpty()) {
+        missing += QStringLiteral("--Property Location") + line;
+    }
+    if (in.statusText.startsWith(QLatin1Char('<'))) {
+        missing += QStringLiteral("--Application Status") + line;
+    }
+    if (in.sbl.section.trimmed().isEmpty() || in.sbl.block.trimmed().isEmpty() || in.sbl.lot.trimmed().isEmpty()) {
+        missing += QStringLiteral("--S-B-L") + line;
+    }
+    if (!missing.isEmpty()) {
+        session().StopFlag = true;
+        ui::TaskFrm::close();
+        showMessage(QStringLiteral("Missing: ") + missing + line + QStringLiteral("Please ensure required") + line
+                + QStringLiteral("fields are filled in correctly."),
+            QStringLiteral(" Missing Information"), PromptButtons::Ok, PromptIcon::Critical);
+        return;
+    }
+
+    ui::TaskFrm::open();
+    parcels::ParcelService& parcels = parcels::mdb();
+    const QString sbl = parcels.MakeSBL(in.sbl);
+    const bool exists = parcels.SBLExists(sbl);
+    if (exists && parcels.SBLHasViol(sbl)) {
+        const QString note = parcels.recordset()->text(QStringLiteral("NOTES"));
+        ui::PostitDialog postit(note, sbl, m_form->boxText(8), this);
+        ui::TaskFrm::close();
+        if (prompts().exec(postit) != QDialog::Accepted) {
+            session().StopFlag = true;
+            return;
+        }
+        session().StopFlag = false;
+        if (postit.noteChanged()) {
+            parcels.currentNote = postit.note();
+            parcels.SBLUpdateColumns({{QStringLiteral("NOTES"), postit.note()}});
+        }
+    }
+
+    if (saving) {
+        if (exists) {
+            CaseRecord::PostCaseToParcel(parcels, in, false);
+        }
+        return;
+    }
+
+    auto askDupe = [this] {
+        return ui::askDupe(CaseRecord::dupeTitle(), CaseRecord::dupeText(), CaseRecord::dupeAdvice(),
+                   CaseRecord::dupeCheckBoxText(), this)
+            ? DupeChoice::ResolveAutomatically
+            : DupeChoice::Cancel;
+    };
+    QString number = in.caseNumber;
+    if (!caseNumbering().resolveDuplicate(number, askDupe)) {
+        ui::TaskFrm::close();
+        return;
+    }
+    m_form->setBoxText(CaseNumberBox, number);
+    in.caseNumber = number;
+    ui::TaskFrm::close();
+    if (exists) {
+        CaseRecord::PostCaseToParcel(parcels, in, true);
+        session().StopFlag = false;
+        return;
+    }
+    const PromptAnswer answer = showMessage(QStringLiteral("The Section, Block and Lot info cannot be found.\n")
+            + QStringLiteral("If this is a new S-B-L, click 'Yes' to add this as a new record."),
+        QStringLiteral(" SBL not found"), PromptButtons::YesNo, PromptIcon::Critical);
+    if (answer != PromptAnswer::Yes) {
+        session().StopFlag = true;
+        return;
+    }
+    const store::StoreStatus added = parcels.SBLAdd18(sbl, QStringLiteral("PB") + number, m_form->boxText(8),
+        QString(), in.siteLocation, in.ownerName, m_form->boxText(13));
+    if (!added.ok()) {
+        session().StopFlag = true;
+        showMessage(added.description, QStringLiteral(" SBL not found"), PromptButtons::Ok, PromptIcon::Critical);
+        return;
+    }
+    CaseRecord::PostCaseToParcel(parcels, in, true);
+    session().StopFlag = false;
+}
+
+void ZPermits::IAdd()
+{
+    if (m_mode != RecordMode::New || !m_rows) {
+        return;
+    }
+    ui::TaskFrm::open();
+    ValidateCaseInput(false);
+    if (session().StopFlag) {
+        ui::TaskFrm::close();
+        return;
+    }
+    CaseInputs in = m_form->inputs();
+    auto askDupe = [this] {
+        return ui::askDupe(CaseRecord::dupeTitle(), CaseRecord::dupeText(), CaseRecord::dupeAdvice(),
+                   CaseRecord::dupeCheckBoxText(), this)
+            ? DupeChoice::ResolveAutomatically
+            : DupeChoice::Cancel;
+    };
+    const store::StoreStatus status = CaseRecord::insertCase(*m_rows, caseNumbering(), in,
+        [this](store::Recordset& row, const CaseInputs& inputs) { return fillRow(row, inputs); }, askDupe);
+    ui::TaskFrm::close();
+    if (!status.ok()) {
+        if (status.number != store::StoreErrorNumber::DuplicateKey) {
+            showMessage(status.description, QStringLiteral(" Projects"), PromptButtons::Ok, PromptIcon::Critical);
+        }
+        return;
+    }
+    lock(true);
+    m_list->appendRow(CaseListRow::fromRow(*m_rows));
+    enterMode(RecordMode::Browse);
+    showRow();
+}
+
+void ZPermits::IEdit()
+{
+    if (m_mode != RecordMode::Browse || !hasRow()) {
+        return;
+    }
+    rememberBookmark();
+    lock(false);
+    enterMode(RecordMode::Edit);
+}
+
+void ZPermits::ISave()
+{
+    if (m_mode != RecordMode::Edit || !hasRow()) {
+        return;
+    }
+    const int position = m_rows->AbsolutePosition();
+    ValidateCaseInput(true);
+    if (session().StopFlag) {
+        ui::TaskFrm::close();
+        return;
+    }
+    const store::StoreStatus status = CaseRecord::saveCase(*m_rows, m_form->inputs(),
+        [this](store::Recordset& row, const CaseInputs& inputs) { return fillRow(row, inputs); });
+    if (!status.ok()) {
+        ui::TaskFrm::close();
+        if (status.number != store::StoreErrorNumber::DuplicateKey) {
+            showMessage(status.description, QStringLiteral(" Projects"), PromptButtons::Ok, PromptIcon::Critical);
+        }
+        return; // still editing
+    }
+    m_list->replaceRow(position, CaseListRow::fromRow(*m_rows));
+    lock(true);
+    enterMode(RecordMode::Browse);
+    showRow();
+    ui::TaskFrm::close();
+}
+
+void ZPermits::ICancel()
+{
+    if (m_mode != RecordMode::New && m_mode != RecordMode::Edit && m_mode != RecordMode::Find) {
+        return;
+    }
+    if (m_rows && m_rows->isEditing()) {
+        m_rows->CancelUpdate();
+    }
+    lock(true);
+    returnToBookmark();
+    if (hasRow()) {
+        enterMode(RecordMode::Browse);
+        showRow();
+    } else {
+        m_form->clear();
+        enterMode(RecordMode::Empty);
+    }
+}
+
+void ZPermits::ILocate()
+{
+    if (m_mode == RecordMode::Find) {
+        session().StopFlag = false;
+        CaseExample example;
+        example.caseNumber = m_form->boxText(CaseNumberBox);
+        example.box = [this](int box) { return m_form->boxText(box); };
+        example.lists = m_form->searchLists();
+        example.fileDateMarked = CaseForm::fileDateMarked();
+        example.fileDate = m_form->fileDate();
+        const std::optional<QString> query = CaseQuery::build(m_map, example);
+        if (!query) {
+            session().StopFlag = true; // nothing to look for: stay in Find
+            return;
+        }
+        session().HopTarget.clear();
+        m_lastBuilt = *query;
+        m_query = *query;
+        if (!readRows()) {
+            return;
+        }
+        if (!m_rows || m_rows->RecordCount() == 0) {
+            showMessage(QStringLiteral("Unable to locate a matching record.\n")
+                    + QStringLiteral("Please check info for accuracy and try again."),
+                QStringLiteral(" Record not Found"), PromptButtons::Ok, PromptIcon::Critical);
+            iReset();
+            return;
+        }
+        setCommandShown(QStringLiteral("iReset"), true);
+        return;
+    }
+    if (m_mode != RecordMode::Browse) {
+        return;
+    }
+    rememberBookmark();
+    lock(false);
+    m_form->clear();
+    m_caseTab->resetCopies();
+    enterMode(RecordMode::Find);
+    m_form->box(CaseNumberBox)->setFocus();
+}
+
+void ZPermits::iReset()
+{
+    m_resetting = true;
+    m_query = CaseQuery::fullQuery();
+    m_list->restoreOrder();
+    readRows();
+    lock(true);
+    setCommandShown(QStringLiteral("iReset"), false);
+    m_resetting = false;
+    redrawPosition();
+}
+
+void ZPermits::iBrowse()
+{
+    m_listShowing = !m_listShowing;
+    m_stack->setCurrentIndex(m_listShowing ? 1 : 0);
+    button(QStringLiteral("iBrowse"))->setText(m_listShowing ? QStringLiteral("Detail") : QStringLiteral("List"));
+    for (const QString& name : DetailCommands) {
+        setCommandShown(name, !m_listShowing);
+    }
+    m_position->setVisible(!m_listShowing);
+}
+
+void ZPermits::moveFirst()
+{
+    if (hasRow()) {
+        m_rows->MoveFirst();
+        showRow();
+    }
+}
+
+void ZPermits::movePrevious()
+{
+    if (!hasRow()) {
+        return;
+    }
+    m_rows->MovePrevious();
+    if (m_rows->Bof()) {
+        m_rows->MoveFirst();
+    }
+    showRow();
+}
+
+void ZPermits::moveNext()
+{
+    if (!hasRow()) {
+        return;
+    }
+    m_rows->MoveNext();
+    if (m_rows->Eof()) {
+        m_rows->MoveLast();
+    }
+    showRow();
+}
+
+void ZPermits::moveLast()
+{
+    if (hasRow()) {
+        m_rows->MoveLast();
+        showRow();
+    }
+}
+
+void ZPermits::voidRecord()
+{
+    if (m_mode != RecordMode::Browse || !hasRow()) {
+        return;
+    }
+    store::StoreStatus status;
+    if (CaseStatus::isVoided(*m_rows)) {
+        if (showMessage(QStringLiteral("This record is already voided. Do you want to reset it?\n")
+                    + QStringLiteral("Clicking 'Yes' will restore/unvoid it"),
+                QStringLiteral(" Record Void"), PromptButtons::YesNo, PromptIcon::Question)
+            != PromptAnswer::Yes) {
+            return;
+        }
+        status = CaseRecord::restoreCase(*m_rows);
+    } else {
+        if (showMessage(QStringLiteral("Are you sure you want to void this record?\n")
+                    + QStringLiteral("Clicking 'Yes' will void the record."),
+                QStringLiteral(" Void a Record"), PromptButtons::YesNo, PromptIcon::Question)
+            != PromptAnswer::Yes) {
+            return;
+        }
+        status = CaseRecord::voidCase(*m_rows);
+    }
+    if (!status.ok()) {
+        m_rows->CancelUpdate();
+        showMessage(status.description, QStringLiteral(" Projects"), PromptButtons::Ok, PromptIcon::Critical);
+        return;
+    }
+    m_list->replaceRow(m_rows->AbsolutePosition(), CaseListRow::fromRow(*m_rows));
+    showRow();
+}
+
+void ZPermits::iDelete()
+{
+    if (m_mode != RecordMode::Browse || !hasRow() || !ui::Delconfirm(this)) {
+        return;
+    }
+    ui::TaskFrm::open();
+    const int position = m_rows->AbsolutePosition();
+    const store::StoreStatus status = CaseRecord::deleteCase(*m_rows);
+    WaitSeconds(1);
+    if (!status.ok()) {
+        ui::TaskFrm::close();
+        showMessage(status.description, QStringLiteral(" Projects"), PromptButtons::Ok, PromptIcon::Critical);
+        return;
+    }
+    if (readRows() && hasRow()) {
+        m_rows->MoveFirst();
+        m_rows->Move(std::min(position, m_rows->RecordCount()) - 1);
+        showRow();
+    }
+    ui::TaskFrm::close();
+}
+
+void ZPermits::iNote()
+{
+    parcels::ParcelService& parcels = parcels::mdb();
+    const QString sbl = parcels.MakeSBL(m_form->inputs().sbl);
+    if (!parcels.SBLExists(sbl)) {
+        session().StopFlag = true;
+        showMessage(QStringLiteral("The Section, Block and Lot info cannot be found.\n")
+                + QStringLiteral("Please ensure the S-B-L format is followed"),
+            QStringLiteral(" SBL not found"), PromptButtons::Ok, PromptIcon::Critical);
+        return;
+    }
+    // Each test leaves the parcel's note behind when its flag is set.
+    parcels.SBLHasNotes(sbl);
+    parcels.SBLHasComplaint(sbl);
+    parcels.SBLHasFailed(sbl);
+    parcels.SBLHasOther(sbl);
+    parcels.SBLHasViol(sbl);
+    const QString note = parcels.recordset()->text(QStringLiteral("NOTES"));
+    ui::PostitDialog postit(note, sbl, m_form->boxText(8), this);
+    if (note.isEmpty()) {
+        postit.startEditing();
+    }
+    if (prompts().exec(postit) == QDialog::Accepted && postit.noteChanged()) {
+        parcels.currentNote = postit.note();
+        parcels.SBLUpdateColumns({{QStringLiteral("NOTES"), postit.note()}});
+    }
+}
+
+void ZPermits::recinfod()
+{
+    if (!hasRow()) {
+        return;
+    }
+    ui::showRecordInfo(
+        m_rows->text(QStringLiteral("BYUSER")), m_rows->value(QStringLiteral("TSTAMP")).toDateTime(), this);
+}
+
+void ZPermits::leftPaneButton(const QString& screenName)
+{
+    if (screenName.isEmpty()) {
+        return; // iParcel has no action here
+    }
+    if (screenName != QLatin1String("checklist") && (!m_rows || store::dbisempty(*m_rows))) {
+        showMessage(QStringLiteral("You have no case or no case selected. All selections on the left pane  \n")
+                + QStringLiteral("are related to the currently displayed case record."),
+            QStringLiteral(" No current case "), PromptButtons::Ok, PromptIcon::Critical);
+        session().StopFlag = true;
+        return;
+    }
+    ui::TaskFrm::close();
+    if (m_opener) {
+        m_opener(screenName, *this);
+    }
+}
+
+void ZPermits::pickFromList(const QString& caseNumber)
+{
+    if (!m_rows || m_rows->RecordCount() == 0) {
+        return;
+    }
+    m_rows->MoveFirst();
+    if (!m_rows->Find(QStringLiteral("[PBCASE] = '") + caseNumber + QLatin1Char('\'')).ok() || m_rows->Eof()) {
+        QApplication::beep();
+        m_rows->MoveFirst();
+    }
+    showRow();
+}
+
+void ZPermits::listSorted()
+{
+    setCommandShown(QStringLiteral("iReset"), true);
+    redrawPosition();
+}
+
+void ZPermits::loadMapProviders()
+{
+    QComboBox* providers = m_projectTab->mapProviders();
+    providers->clear();
+    for (const CaseLists::MapProvider& provider : CaseLists::loadMapProviders(session().DatabaseFolder)) {
+        providers->addItem(provider.name, provider.address);
+    }
+}
+
+void ZPermits::revealDelete()
+{
+    if (session().UserLevel == QLatin1String("ADMIN") || session().IsAdmin) {
+        button(QStringLiteral("iDelete"))->show();
+    }
+}
+
+} // namespace pvardo::cases

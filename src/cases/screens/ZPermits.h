@@ -1,0 +1,165 @@
+#pragma once
+
+#include "store/ColumnMap.h"
+#include "store/Recordset.h"
+#include "ui/RecordMode.h"
+
+#include <QHash>
+#include <QMainWindow>
+
+#include <functional>
+#include <memory>
+
+class QAction;
+class QLabel;
+class QMenu;
+class QStackedWidget;
+class QTabWidget;
+
+namespace pvardo::ui {
+class XPButton;
+}
+
+namespace pvardo::cases {
+
+class CaseForm;
+class CaseListView;
+class CaseTab;
+class ProjectTab;
+class StructureTab;
+struct CaseInputs;
+
+// What the case screen tells the other screens and the letters about the case
+// it shows.
+struct CasePublished
+{
+    QString caseNumber;
+    QString statusWord;
+    QString sbl; // full form
+    QString sblShort; // short form
+    QString sblAndLocation; // short form, a blank, the site location
+    QString ownerAndAddress; // owner name, ", ", owner address
+    QString description;
+};
+
+// The case screen " Projects": one case at a time on three tabs, or the whole
+// result set as a list, and the only place where a case is created, changed,
+// voided or deleted. Its left pane opens the sub-record screens of the case
+// shown. The rules of the record are in CaseRecord and CaseNumbering; this
+// class runs the commands in the office's order and keeps the modes.
+class ZPermits : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit ZPermits(QWidget* parent = nullptr);
+    ~ZPermits() override;
+
+    // The commands, as their buttons and menus run them.
+    void INew();
+    void IAdd();
+    void IEdit();
+    void ISave();
+    void ICancel();
+    void ILocate();
+    void iReset();
+    void iBrowse();
+    void iDelete();
+    void iNote();
+    void recinfod();
+    void voidRecord(); // the File menu's "&Void Record"
+    void moveFirst();
+    void movePrevious();
+    void moveNext();
+    void moveLast();
+
+    // Checks the inputs before a write; leaves the session's StopFlag set to
+    // stop. Adds or ties the parcel on the way.
+    void ValidateCaseInput(bool saving);
+
+    // What the screen does each time it comes to the front: its screen code,
+    // its map, the user's rights, a hop another screen asked for.
+    void activateScreen();
+
+    ui::RecordMode mode() const { return m_mode; }
+    const CasePublished& published() const { return m_published; }
+    QString currentQuery() const { return m_query; }
+    // The query the last search by example built, kept for the reports.
+    QString lastBuiltQuery() const { return m_lastBuilt; }
+    store::Recordset* rows() const { return m_rows.get(); }
+    CaseForm& form() const { return *m_form; }
+
+    // Opens a sub-record screen by its name ("feesfrm", "checklist", ...);
+    // the program's main sets it once those screens exist.
+    using SubRecordOpener = std::function<void(const QString& screenName, ZPermits& caseScreen)>;
+    void setSubRecordOpener(SubRecordOpener opener) { m_opener = std::move(opener); }
+
+signals:
+    // The screen closes: the dashboard shows itself again.
+    void returnToDashboard();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void buildCommands(QWidget* bar);
+    QWidget* buildLeftPane();
+    void buildMenus();
+    void buildKeys();
+    ui::XPButton* addButton(const QString& name, const QString& caption, const QString& toolTip, QWidget* parent);
+    ui::XPButton* button(const QString& name) const { return m_buttons.value(name); }
+    void registerModes();
+
+    void openTable();
+    bool readRows();
+    void handleStoreError(const store::StoreStatus& status);
+    void showRow();
+    void redrawPosition();
+    void showParcelFlags();
+    void enterMode(ui::RecordMode mode);
+    void lock(bool locked);
+    void rememberBookmark();
+    void returnToBookmark();
+    void applyUserRights();
+    void setCommandShown(const QString& name, bool shown);
+    void leftPaneButton(const QString& screenName);
+    void pickFromList(const QString& caseNumber);
+    void listSorted();
+    void loadMapProviders();
+    void revealDelete();
+    bool hasRow() const;
+    store::StoreStatus fillRow(store::Recordset& row, const CaseInputs& inputs);
+
+    store::ColumnMap m_map;
+    std::unique_ptr<store::Recordset> m_rows;
+    QString m_path;
+    QString m_query;
+    QString m_lastBuilt;
+    ui::RecordMode m_mode = ui::RecordMode::Empty;
+    ui::RecordModeCommands m_commands;
+    store::Bookmark m_savedMark;
+    bool m_haveSavedMark = false;
+    bool m_listShowing = false;
+    bool m_resetting = false;
+    CasePublished m_published;
+    SubRecordOpener m_opener;
+
+    CaseForm* m_form = nullptr;
+    QTabWidget* m_tabs = nullptr;
+    QStackedWidget* m_stack = nullptr;
+    CaseTab* m_caseTab = nullptr;
+    ProjectTab* m_projectTab = nullptr;
+    StructureTab* m_structureTab = nullptr;
+    CaseListView* m_list = nullptr;
+    QLabel* m_position = nullptr;
+    QLabel* m_void = nullptr;
+    QHash<QString, ui::XPButton*> m_buttons;
+    QHash<QString, QAction*> m_actions;
+    QMenu* m_fileMenu = nullptr;
+    QMenu* m_reportsMenu = nullptr;
+    QMenu* m_helpMenu = nullptr;
+};
+
+} // namespace pvardo::cases

@@ -1,0 +1,201 @@
+#include "CaseScreenFixture.h"
+
+#include "cases/CaseQuery.h"
+#include "cases/LotFigures.h"
+#include "ui/RecordMode.h"
+
+#include <QDateEdit>
+#include <QMap>
+
+using namespace pvardo;
+using namespace pvardo::test;
+using cases::CaseQuery;
+using ui::RecordMode;
+
+namespace {
+
+QString queryOf(std::initializer_list<std::pair<int, const char*>> boxes, const char* caseNumber = "",
+    QList<QPair<QString, QString>> lists = {}, QDate markedDate = {})
+{
+    store::ColumnMap map;
+    map.fill(store::Table::PBPROJ);
+    QMap<int, QString> typed;
+    for (const auto& [box, text] : boxes) {
+        typed.insert(box, q(text));
+    }
+    cases::CaseExample example;
+    example.caseNumber = q(caseNumber);
+    example.box = [typed](int box) { return typed.value(box); };
+    example.lists = lists;
+    example.fileDateMarked = markedDate.isValid();
+    example.fileDate = markedDate;
+    return CaseQuery::build(map, example).value_or(q("<none>"));
+}
+
+} // namespace
+
+TEST(CaseQuery, TextsOfTheSearchByExample)
+{
+    const QString select = q("Select * from PBPROJ where ");
+    const QString order = q(" order by [PBCASE]");
+    EXPECT_EQ(queryOf({}), q("<none>"));
+    EXPECT_EQ(queryOf({{7, "   "}}), q("<none>"));
+    EXPECT_EQ(queryOf({}, "12-207"), select + q("[PBCASE] = '12-207'") + order);
+    // Section, block, lot and sublots match exactly; the rest anywhere.
+    EXPECT_EQ(queryOf({{2, "12"}}), select + q("[SEC]  = '12'") + order);
+    EXPECT_EQ(queryOf({{7, "12"}}), select + q("[PBLOCN1] like '%12%'") + order);
+    EXPECT_EQ(queryOf({{8, " SMITH "}, {2, "12"}}, "12-1"),
+        select + q("[PBCASE] = '12-1' AND[SEC]  = '12' AND[PBAPPNAME1] like '%SMITH%'") + order);
+    EXPECT_EQ(queryOf({}, "", {{q("PBTYPE"), q("<select>")}, {q("PBUSE"), q("Accessory")}}),
+        select + q(" [PBUSE] like '%Accessory%'") + order);
+    // The contact's address also tests the expiry date.
+    EXPECT_EQ(queryOf({{21, "5/1/12"}}),
+        select + q("[PBCONTACTADDR1] like '%5/1/12%' AND [PBEXPIRYDATE] = #5/1/12#") + order);
+    // Once the date picker was used, every search carries the date.
+    EXPECT_EQ(queryOf({{8, "ANN"}}, "", {}, QDate(2012, 2, 3)),
+        select + q("[PBAPPNAME1] like '%ANN%' AND[PBFILEDATE] = #02/03/2012#") + order);
+    // Districts past the north grid are not searched.
+    EXPECT_EQ(queryOf({{63, "CENTRAL"}}), q("<none>"));
+}
+
+TEST(LotFigures, CalculatesInTheOfficesFormats)
+{
+    struct Row
+    {
+        const char *width, *depth, *footprint, *improvement, *area, *acres, *coverage, *improved;
+    };
+    const Row rows[] = {
+        {"100", "200", "2000", "1000", "20000.00", "0.46", "10.00", "15.00"},
+        {"0.5", "1", "", "", ".50", "0.00", "0.00", "0.00"},
+        {"10 ft", "10", "200", "", "100.00", "0.00", "200.00", "200.00"},
+        {"208.71", "208.71", "", "", "43559.87", "1.00", "0.00", "0.00"},
+    };
+    for (const Row& row : rows) {
+        const auto results = cases::LotFigures::calculate({q(row.width), q(row.depth), q(row.footprint), q(row.improvement)});
+        ASSERT_TRUE(results) << row.width;
+        EXPECT_EQ(results->area, q(row.area)) << row.width;
+        EXPECT_EQ(results->acres, q(row.acres)) << row.width;
+        EXPECT_EQ(results->coverage, q(row.coverage)) << row.width;
+        EXPECT_EQ(results->improvedCoverage, q(row.improved)) << row.width;
+    }
+    EXPECT_FALSE(cases::LotFigures::calculate({q(""), q("200"), q("1"), q("1")}));
+    EXPECT_FALSE(cases::LotFigures::calculate({q("abc"), q("200"), q("1"), q("1")}));
+}
+
+TEST_F(CaseScreenTest, FindByExampleNarrowsTheSetAndResetBringsItBack)
+{
+    seedCase(q("12-200"), {{q("SEC"), q("12")}, {q("PBLOCN1"), q("12 MAIN ST")}});
+    seedCase(q("12-201"), {{q("SEC"), q("120")}, {q("PBLOCN1"), q("5 OAK")}});
+    seedCase(q("12-202"), {{q("SEC"), q("7")}, {q("PBLOCN1"), q("112 ELM")}});
+    open();
+    click("ILocate");
+    EXPECT_EQ(screen->mode(), RecordMode::Find);
+    EXPECT_EQ(find<QPushButton>("ILocate")->text(), q("Find"));
+    EXPECT_TRUE(find<QPushButton>("ILocate")->isDefault());
+    EXPECT_TRUE(on("iBrowse"));
+    EXPECT_TRUE(on("ICancel"));
+    EXPECT_FALSE(on("INew"));
+    EXPECT_EQ(text(1), q(""));
+    // Nothing typed: no search, no message.
+    click("ILocate");
+    EXPECT_EQ(screen->mode(), RecordMode::Find);
+    EXPECT_TRUE(prompts().shown().isEmpty());
+
+    type(2, q("12"));
+    click("ILocate");
+    EXPECT_EQ(screen->currentQuery(), q("Select * from PBPROJ where [SEC]  = '12' order by [PBCASE]"));
+    EXPECT_EQ(screen->mode(), RecordMode::Browse);
+    EXPECT_EQ(label("recpos"), q("Record 1 of 1"));
+    EXPECT_TRUE(find<QWidget>("iReset")->isVisibleTo(screen.get()));
+    EXPECT_EQ(find<QPushButton>("ILocate")->text(), q("&Locate"));
+
+    click("iReset");
+    click("ILocate");
+    type(7, q("12"));
+    click("ILocate");
+    EXPECT_EQ(label("recpos"), q("Record 1 of 2"));
+    click("iReset");
+    EXPECT_EQ(label("recpos"), q("Record 1 of 3"));
+    EXPECT_FALSE(find<QWidget>("iReset")->isVisibleTo(screen.get()));
+}
+
+TEST_F(CaseScreenTest, ASearchThatFindsNothingOrBreaksComesBackToTheWholeSet)
+{
+    seedCase(q("12-200"));
+    seedCase(q("12-201"));
+    open();
+    click("ILocate");
+    type(8, q("NOBODY"));
+    click("ILocate");
+    EXPECT_EQ(lastTitle(), q(" Record not Found"));
+    EXPECT_EQ(lastText(), q("Unable to locate a matching record.\nPlease check info for accuracy and try again."));
+    EXPECT_EQ(screen->currentQuery(), CaseQuery::fullQuery());
+    EXPECT_EQ(label("recpos"), q("Record 1 of 2"));
+
+    click("ILocate");
+    type(8, q("O'BRIEN"));
+    click("ILocate");
+    EXPECT_EQ(lastText(), q("Bad SQL"));
+    EXPECT_EQ(screen->mode(), RecordMode::Browse);
+    EXPECT_EQ(screen->currentQuery(), CaseQuery::fullQuery());
+    EXPECT_EQ(label("recpos"), q("Record 1 of 2"));
+}
+
+TEST_F(CaseScreenTest, TheDatePickerMarksEverySearchAfterIt)
+{
+    seedCase(q("12-200"), {{q("PBAPPNAME1"), q("ANN")}, {q("PBFILEDATE"), q("2012-02-03")}});
+    seedCase(q("12-201"), {{q("PBAPPNAME1"), q("ANN")}, {q("PBFILEDATE"), q("2012-05-05")}});
+    open();
+    click("ILocate");
+    find<QDateEdit>("DTPicker3")->setDate(QDate(2012, 2, 3));
+    click("ICancel");
+    click("ILocate");
+    type(8, q("ANN"));
+    click("ILocate");
+    // Clearing for the search set the picker to today, and today's date is searched.
+    EXPECT_EQ(screen->lastBuiltQuery(),
+        q("Select * from PBPROJ where [PBAPPNAME1] like '%ANN%' AND[PBFILEDATE] = #") + QDate::currentDate().toString(q("MM/dd/yyyy"))
+            + q("# order by [PBCASE]"));
+    EXPECT_EQ(lastTitle(), q(" Record not Found"));
+
+    click("ILocate");
+    type(8, q("ANN"));
+    find<QDateEdit>("DTPicker3")->setDate(QDate(2012, 2, 3));
+    click("ILocate");
+    EXPECT_EQ(label("recpos"), q("Record 1 of 1"));
+    EXPECT_EQ(text(1), q("12-200"));
+}
+
+TEST_F(CaseScreenTest, TheLotCalculatorFillsItsFigures)
+{
+    seedCase(q("12-200"));
+    open();
+    EXPECT_FALSE(on("Image5"));
+    click("IEdit");
+    type(26, q("100"));
+    type(27, q("200"));
+    type(30, q("2000"));
+    type(34, q("1000"));
+    click("Image5");
+    EXPECT_EQ(text(28), q("20000.00"));
+    EXPECT_EQ(text(29), q("0.46"));
+    EXPECT_EQ(text(31), q("10.00"));
+    EXPECT_EQ(text(32), q("15.00"));
+    type(26, q(""));
+    type(28, q("keep"));
+    click("Image5");
+    EXPECT_EQ(lastText(), q("Lot Area cannot be zero."));
+    EXPECT_EQ(text(28), q("keep"));
+}
+
+TEST_F(CaseScreenTest, TheListsComeFromTheOfficesFiles)
+{
+    ASSERT_TRUE(replaceTextLines(joinPath(installation.databaseFolder(), q("\\zpt.txt")), {q("Pool"), q("Barn")}));
+    open();
+    auto* types = find<QComboBox>("Combo1");
+    ASSERT_EQ(types->count(), 2);
+    EXPECT_EQ(types->itemText(1), q("Barn"));
+    EXPECT_EQ(types->currentText(), q("<select>"));
+    EXPECT_EQ(find<QComboBox>("Combo2")->count(), 19);
+    EXPECT_EQ(find<QComboBox>("Combo10")->count(), 7);
+}
