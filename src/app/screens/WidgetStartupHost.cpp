@@ -2,9 +2,10 @@
 
 #include "admin/screens/PswFrm.h"
 #include "app/screens/AboutScreen.h"
-#include "app/screens/StandInWindow.h"
+#include "app/screens/DashboardWiring.h"
 #include "app/screens/WaitNotice.h"
 #include "common/Session.h"
+#include "schedule/screens/Scheduler.h"
 
 #include <QApplication>
 #include <QWidget>
@@ -47,7 +48,10 @@ void WidgetStartupHost::closeWaitNotice()
 
 void WidgetStartupHost::showMainWindow()
 {
-    m_main = std::make_unique<StandInWindow>();
+    // The dashboard is the main window from now on, on today's month.
+    m_main = std::make_unique<schedule::Scheduler>();
+    wireDashboard(*m_main);
+    m_main->load();
     m_main->show();
 }
 

@@ -5,10 +5,13 @@
 #include <QPointer>
 #include <memory>
 
+namespace pvardo::schedule {
+class Scheduler;
+}
+
 namespace pvardo::app {
 
 class AboutScreen;
-class StandInWindow;
 class WaitNotice;
 
 // The start-up's screens as real windows.
@@ -26,12 +29,12 @@ public:
     void showMainWindow() override;
     void bringToFront() override;
 
-    StandInWindow* mainWindow() const { return m_main.get(); }
+    schedule::Scheduler* mainWindow() const { return m_main.get(); }
 
 private:
     std::unique_ptr<AboutScreen> m_splash;
     std::unique_ptr<WaitNotice> m_wait;
-    std::unique_ptr<StandInWindow> m_main;
+    std::unique_ptr<schedule::Scheduler> m_main;
 };
 
 } // namespace pvardo::app

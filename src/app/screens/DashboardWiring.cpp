@@ -1,0 +1,30 @@
+#include "app/screens/DashboardWiring.h"
+
+#include "admin/screens/AdminScreens.h"
+#include "app/screens/AboutScreen.h"
+#include "common/PromptService.h"
+#include "schedule/screens/Scheduler.h"
+
+namespace pvardo::app {
+
+std::function<QWidget*()> caseScreenFactory()
+{
+    // The case screen comes in here, as
+    //     return [] { return new cases::ZPermits; };
+    // with pvardo_cases_screens among the libraries of app/screens.
+    return {};
+}
+
+void wireDashboard(schedule::Scheduler& dashboard)
+{
+    dashboard.setCaseScreenFactory(caseScreenFactory());
+    schedule::Scheduler* window = &dashboard;
+    dashboard.setMenuCommand(QStringLiteral("About"), [window] {
+        AboutScreen about(window);
+        prompts().exec(about);
+    });
+    dashboard.setMenuCommand(QStringLiteral("usermanage"), [window] { admin::showUserManager(window); });
+    dashboard.setMenuCommand(QStringLiteral("changepsw"), [window] { admin::showChangePassword(window); });
+}
+
+} // namespace pvardo::app
