@@ -94,6 +94,15 @@ bool RpsRoll::RPSSBLExists(const QString& fullForm)
     return true;
 }
 
+QDateTime RpsRoll::writeTime()
+{
+    if (!m_writeTimeAge.isValid() || m_writeTimeAge.elapsed() >= 250) {
+        m_writeTime = QDateTime::currentDateTime();
+        m_writeTimeAge.start();
+    }
+    return m_writeTime;
+}
+
 StoreStatus RpsRoll::writeRow(const RpsRow& row)
 {
     const std::pair<const char*, QVariant> values[] = {
@@ -108,7 +117,7 @@ StoreStatus RpsRoll::writeRow(const RpsRow& row)
         {"RMAP", cutText(row.map, 20)},
         {"RPRICE", cutText(row.price, 20)},
         {"RNOTES", row.notes},
-        {"TSTAMP", QDateTime::currentDateTime()},
+        {"TSTAMP", writeTime()},
         {"FLAG", cutText(row.flag, 10)},
     };
     for (const auto& [column, value] : values) {

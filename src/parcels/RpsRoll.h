@@ -4,6 +4,7 @@
 #include "store/Recordset.h"
 
 #include <QDateTime>
+#include <QElapsedTimer>
 #include <QString>
 #include <memory>
 
@@ -77,11 +78,16 @@ public:
 private:
     store::StoreStatus open(bool createWhenMissing);
     store::StoreStatus writeRow(const RpsRow& row);
+    // The time of this write; read from the clock four times a second, as a
+    // roll import writes thousands of rows a second.
+    QDateTime writeTime();
 
     QString m_path;
     std::unique_ptr<store::Recordset> m_rows;
     QDateTime m_rollDate;
     RpsRow m_found;
+    QDateTime m_writeTime;
+    QElapsedTimer m_writeTimeAge;
 };
 
 } // namespace pvardo::parcels
