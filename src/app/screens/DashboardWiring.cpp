@@ -2,6 +2,7 @@
 
 #include "admin/screens/AdminScreens.h"
 #include "app/screens/AboutScreen.h"
+#include "cases/screens/ZPermits.h"
 #include "common/PromptService.h"
 #include "schedule/screens/Scheduler.h"
 
@@ -9,10 +10,7 @@ namespace pvardo::app {
 
 std::function<QWidget*()> caseScreenFactory()
 {
-    // The case screen comes in here, as
-    //     return [] { return new cases::ZPermits; };
-    // with pvardo_cases_screens among the libraries of app/screens.
-    return {};
+    return [] { return new cases::ZPermits; };
 }
 
 void wireDashboard(schedule::Scheduler& dashboard)

@@ -15,8 +15,8 @@ namespace pvardo::app {
 // screens. Entries whose screens are not part of the program yet stay off.
 void wireDashboard(schedule::Scheduler& dashboard);
 
-// How the case screen ZPermits is made for the dashboard; empty while the
-// program has no case screen, which leaves iPlaning and "Planning Board" off.
+// How the case screen ZPermits is made for the dashboard, which owns it. An
+// empty function would leave iPlaning and "Planning Board" off.
 std::function<QWidget*()> caseScreenFactory();
 
 } // namespace pvardo::app

@@ -10,10 +10,12 @@
 #include "schedule/MeetingValidation.h"
 #include "schedule/SchedulerPlugVars.h"
 #include "schedule/screens/Calendar.h"
-#include "schedule/screens/Delconfirm.h"
 #include "schedule/screens/MeetingEditor.h"
 #include "schedule/screens/MonthMarks.h"
 #include "schedule/screens/SchedulerMenus.h"
+#include "ui/DelconfirmDialog.h"
+#include "ui/TaskFrm.h"
+#include "ui/XPButton.h"
 
 #include <QAction>
 #include <QApplication>
@@ -46,9 +48,8 @@ constexpr int TwipsPerPixel = 15;
 
 QPushButton* commandButton(QWidget* parent, const char* name, const char* caption, const char* tip)
 {
-    auto* button = new QPushButton(QString::fromUtf8(caption), parent);
-    button->setObjectName(QLatin1String(name));
-    button->setToolTip(QString::fromUtf8(tip));
+    auto* button = new ui::XPButton(
+        QLatin1String(name), QString::fromUtf8(caption), QString::fromUtf8(tip), parent);
     button->setAutoDefault(false);
     return button;
 }
@@ -587,9 +588,11 @@ void Scheduler::ISave()
     }
     const QString key = m_currentKey;
     MeetingRow written;
+    ui::TaskFrm::open();
     const store::StoreStatus status = m_table.save(key, form, m_calendar->CalYear(), m_calendar->CalMonth(),
         m_calendar->CalDay(), session().CurrentUser, &written);
     if (!status.ok()) {
+        ui::TaskFrm::close();
         reportStoreFailure(status, QStringLiteral("saved"));
         return;
     }
@@ -600,6 +603,7 @@ void Scheduler::ISave()
     selectInList(key);
     showRecord(key, false);
     setEditState(EditState::Browse);
+    ui::TaskFrm::close();
 }
 
 void Scheduler::ICancel()
@@ -616,19 +620,20 @@ void Scheduler::iDelete()
     if (m_currentKey.isEmpty() || m_state != EditState::Browse) {
         return;
     }
-    if (!Delconfirm::confirm(this)) {
+    if (!ui::Delconfirm(this)) {
         return;
     }
-    setHourglass();
+    ui::TaskFrm::open();
     const store::StoreStatus status = m_table.remove(m_currentKey);
-    setNormalPointer();
     if (!status.ok()) {
+        ui::TaskFrm::close();
         reportStoreFailure(status, QStringLiteral("deleted"));
         return;
     }
     m_currentKey.clear();
     WaitSeconds(1);
     reloadMonth(true);
+    ui::TaskFrm::close();
 }
 
 void Scheduler::iPlaning()
@@ -636,6 +641,7 @@ void Scheduler::iPlaning()
     if (!m_caseScreenFactory) {
         return;
     }
+    ui::TaskFrm::close();
     if (!m_caseScreen) {
         QWidget* screen = m_caseScreenFactory();
         if (!screen) {
