@@ -1,6 +1,9 @@
 #include "CaseScreenFixture.h"
 
+#include "common/ProgramEnd.h"
 #include "ui/RecordMode.h"
+
+#include <QFile>
 
 #include <QApplication>
 #include <QCheckBox>
@@ -378,4 +381,92 @@ TEST_F(CaseScreenTest, AHopShowsTheCaseOrTheWholeSet)
     EXPECT_EQ(screen->currentQuery(), q("Select * from PBPROJ order by PBCASE"));
     EXPECT_EQ(label("recpos"), q("Record 1 of 3"));
     EXPECT_FALSE(find<QWidget>("iReset")->isVisibleTo(screen.get()));
+}
+
+TEST_F(CaseScreenTest, AMissingCaseFileIsNamedAndTheScreenStaysEmpty)
+{
+    ASSERT_TRUE(QFile::remove(casePath));
+    int endedWith = -1;
+    const ProgramEndHandler previous = setProgramEndHandler([&endedWith](int code) { endedWith = code; });
+    open();
+    EXPECT_EQ(lastText(), q("DB ") + casePath + q(" not found."));
+    EXPECT_EQ(screen->mode(), RecordMode::Empty);
+    EXPECT_EQ(label("recpos"), q("empty database"));
+    EXPECT_EQ(endedWith, -1);
+    click("INew");
+    fillRequired();
+    prompts().answer(q("SBL not found"), PromptAnswer::Yes);
+    click("IAdd"); // nothing to write into: refused, nothing breaks
+    EXPECT_EQ(screen->mode(), RecordMode::New);
+    click("ICancel");
+    EXPECT_EQ(screen->mode(), RecordMode::Empty);
+
+    // With the stop mark set the program ends, as the office's program did.
+    screen.reset();
+    session().StopFlag = true;
+    open();
+    EXPECT_EQ(endedWith, 0);
+    setProgramEndHandler(previous);
+}
+
+TEST_F(CaseScreenTest, TheSameAsBoxesCopyOnce)
+{
+    seedCase(q("12-200"));
+    open();
+    click("IEdit");
+    type(8, q("ANN"));
+    type(9, q("1 ELM"));
+    type(10, q("555-1234"));
+    type(11, q("ann@example.org"));
+    find<QCheckBox>("Check1")->setChecked(true);
+    EXPECT_EQ(text(12), q("ANN"));
+    EXPECT_EQ(text(13), q("1 ELM"));
+    EXPECT_EQ(text(14), q("555-1234"));
+    EXPECT_EQ(text(15), q("ann@example.org"));
+    type(8, q("ANNE"));
+    find<QCheckBox>("Check1")->setChecked(false);
+    EXPECT_EQ(text(12), q("ANN"));
+    find<QCheckBox>("Check2")->setChecked(true);
+    EXPECT_EQ(text(16), q("ANNE"));
+    EXPECT_EQ(text(18), q("555-1234"));
+    EXPECT_EQ(text(19), q("ann@example.org"));
+}
+
+TEST_F(CaseScreenTest, ACaseIsShownAsStoredAndWrittenBackWhole)
+{
+    seedCase(q("12-200"), {{q("SEC"), q("12")}, {q("SUD"), q("3")}, {q("BLK"), q("1")}, {q("LOT"), q("5")},
+                              {q("PBLOCN1"), q("10 MAIN")}, {q("PBAPPNAME1"), q("ANN")}, {q("PBAPPADDR1"), q("1 ELM")},
+                              {q("PBSTATUS"), q("I")}, {q("PBTYPE"), q("Addition")}, {q("PBFW"), q("1")},
+                              {q("PBSITEPLAN"), q("1")}, {q("PBFILEDATE"), q("2012-02-03")}});
+    seedParcel(q("12-3-0-1-5-0-0-0"));
+    open();
+    EXPECT_EQ(text(2), q("12.3"));
+    EXPECT_EQ(find<QComboBox>("Combo10")->currentText(), q("Initial Application"));
+    EXPECT_EQ(find<QComboBox>("Combo1")->currentText(), q("Addition"));
+    EXPECT_TRUE(find<QCheckBox>("Check3")->isChecked());
+    EXPECT_TRUE(find<QAbstractButton>("optWaterPrivate")->isChecked());
+    EXPECT_EQ(find<QLineEdit>("Text1_7")->maxLength(), 80);
+    click("IEdit");
+    pick("Combo10", "Approved");
+    find<QAbstractButton>("optGasPrivate")->click();
+    find<QCheckBox>("Check3")->setChecked(false);
+    type(22, q("125000"));
+    click("ISave");
+    EXPECT_EQ(screen->mode(), RecordMode::Browse);
+    auto row = caseOnDisk(q("12-200"));
+    ASSERT_TRUE(row);
+    EXPECT_EQ(row->text(q("PBSTATUS")), q("A"));
+    EXPECT_EQ(row->text(q("PBFW")), q("1"));
+    EXPECT_EQ(row->text(q("PBFG")), q("1"));
+    EXPECT_EQ(row->text(q("PBSITEPLAN")), q("0"));
+    EXPECT_EQ(row->text(q("PBCOST")), q("125000"));
+    EXPECT_EQ(row->text(q("PBTYPE")), q("Addition"));
+    EXPECT_EQ(row->text(q("SEC")), q("12"));
+    EXPECT_EQ(row->text(q("SUD")), q("3"));
+    EXPECT_EQ(row->text(q("FILEMONTH")), q("02"));
+    // The parcel follows the case; no new token on a save.
+    auto parcel = parcelOnDisk(q("12-3-0-1-5-0-0-0"));
+    EXPECT_EQ(parcel->text(q("LOCN1")), q("10 MAIN"));
+    EXPECT_EQ(parcel->text(q("HISTORICAL")), q(""));
+    EXPECT_EQ(find<QTreeView>("ListView1")->model()->index(0, 6).data().toString(), q("Approved"));
 }

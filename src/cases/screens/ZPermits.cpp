@@ -6,6 +6,7 @@
 #include "cases/CaseRecord.h"
 #include "cases/CaseStatus.h"
 #include "cases/ParcelFlags.h"
+#include "cases/screens/CaseChecks.h"
 #include "cases/screens/CaseForm.h"
 #include "cases/screens/CaseListModel.h"
 #include "cases/screens/CaseListView.h"
@@ -148,6 +149,7 @@ ZPermits::ZPermits(QWidget* parent)
 
     resize(1040, 740);
     openTable();
+    applyUserRights();
 }
 
 ZPermits::~ZPermits() = default;
@@ -611,103 +613,16 @@ store::StoreStatus ZPermits::fillRow(store::Recordset& row, const CaseInputs& in
 
 void ZPermits::ValidateCaseInput(bool saving)
 {
-    session().StopFlag = false;
-    CaseInputs in = m_form->inputs();
-    QString missing;
-    const QString line = QStringLiteral("\n");
-    if (in.caseNumber.trimmed().isEmpty()) {
-        missing += QStringLiteral("--Case Number") + line;
-    }
-    if (m_form->boxText(8).trimmed().isEmpty()) {
-        missing += QStringLiteral("--Applicant") + line;
-    }
-    if (m_form->boxText(9).trimmed().isEmpty()) {
-        missing += QStringLiteral("--Applicant Address") + line;
-    }
-    if (in.siteLocation.trimmed().isEmpty()) {
-        missing += QStringLiteral("--Property Location") + line;
-    }
-    if (in.statusText.startsWith(QLatin1Char('<'))) {
-        missing += QStringLiteral("--Application Status") + line;
-    }
-    if (in.sbl.section.trimmed().isEmpty() || in.sbl.block.trimmed().isEmpty() || in.sbl.lot.trimmed().isEmpty()) {
-        missing += QStringLiteral("--S-B-L") + line;
-    }
-    if (!missing.isEmpty()) {
-        session().StopFlag = true;
-        ui::TaskFrm::close();
-        showMessage(QStringLiteral("Missing: ") + missing + line + QStringLiteral("Please ensure required") + line
-                + QStringLiteral("fields are filled in correctly."),
-            QStringLiteral(" Missing Information"), PromptButtons::Ok, PromptIcon::Critical);
-        return;
-    }
-
-    ui::TaskFrm::open();
-    parcels::ParcelService& parcels = parcels::mdb();
-    const QString sbl = parcels.MakeSBL(in.sbl);
-    const bool exists = parcels.SBLExists(sbl);
-    if (exists && parcels.SBLHasViol(sbl)) {
-        const QString note = parcels.recordset()->text(QStringLiteral("NOTES"));
-        ui::PostitDialog postit(note, sbl, m_form->boxText(8), this);
-        ui::TaskFrm::close();
-        if (prompts().exec(postit) != QDialog::Accepted) {
-            session().StopFlag = true;
-            return;
-        }
-        session().StopFlag = false;
-        if (postit.noteChanged()) {
-            parcels.currentNote = postit.note();
-            parcels.SBLUpdateColumns({{QStringLiteral("NOTES"), postit.note()}});
-        }
-    }
-
-    if (saving) {
-        if (exists) {
-            CaseRecord::PostCaseToParcel(parcels, in, false);
-        }
-        return;
-    }
-
-    auto askDupe = [this] {
-        return ui::askDupe(CaseRecord::dupeTitle(), CaseRecord::dupeText(), CaseRecord::dupeAdvice(),
-                   CaseRecord::dupeCheckBoxText(), this)
-            ? DupeChoice::ResolveAutomatically
-            : DupeChoice::Cancel;
-    };
-    QString number = in.caseNumber;
-    if (!caseNumbering().resolveDuplicate(number, askDupe)) {
-        ui::TaskFrm::close();
-        return;
-    }
-    m_form->setBoxText(CaseNumberBox, number);
-    in.caseNumber = number;
-    ui::TaskFrm::close();
-    if (exists) {
-        CaseRecord::PostCaseToParcel(parcels, in, true);
-        session().StopFlag = false;
-        return;
-    }
-    const PromptAnswer answer = showMessage(QStringLiteral("The Section, Block and Lot info cannot be found.\n")
-            + QStringLiteral("If this is a new S-B-L, click 'Yes' to add this as a new record."),
-        QStringLiteral(" SBL not found"), PromptButtons::YesNo, PromptIcon::Critical);
-    if (answer != PromptAnswer::Yes) {
-        session().StopFlag = true;
-        return;
-    }
-    const store::StoreStatus added = parcels.SBLAdd18(sbl, QStringLiteral("PB") + number, m_form->boxText(8),
-        QString(), in.siteLocation, in.ownerName, m_form->boxText(13));
-    if (!added.ok()) {
-        session().StopFlag = true;
-        showMessage(added.description, QStringLiteral(" SBL not found"), PromptButtons::Ok, PromptIcon::Critical);
-        return;
-    }
-    CaseRecord::PostCaseToParcel(parcels, in, true);
-    session().StopFlag = false;
+    CaseChecks(*m_form, this).ValidateCaseInput(saving);
 }
 
 void ZPermits::IAdd()
 {
-    if (m_mode != RecordMode::New || !m_rows) {
+    if (m_mode != RecordMode::New) {
+        return;
+    }
+    if (!m_rows) {
+        showMessage(QStringLiteral("DB ") + session().DatabaseLabel + QStringLiteral(" not found."));
         return;
     }
     ui::TaskFrm::open();
@@ -717,12 +632,8 @@ void ZPermits::IAdd()
         return;
     }
     CaseInputs in = m_form->inputs();
-    auto askDupe = [this] {
-        return ui::askDupe(CaseRecord::dupeTitle(), CaseRecord::dupeText(), CaseRecord::dupeAdvice(),
-                   CaseRecord::dupeCheckBoxText(), this)
-            ? DupeChoice::ResolveAutomatically
-            : DupeChoice::Cancel;
-    };
+    const CaseChecks checks(*m_form, this);
+    auto askDupe = [&checks] { return checks.askDupe(); };
     const store::StoreStatus status = CaseRecord::insertCase(*m_rows, caseNumbering(), in,
         [this](store::Recordset& row, const CaseInputs& inputs) { return fillRow(row, inputs); }, askDupe);
     ui::TaskFrm::close();
@@ -955,30 +866,7 @@ void ZPermits::iDelete()
 
 void ZPermits::iNote()
 {
-    parcels::ParcelService& parcels = parcels::mdb();
-    const QString sbl = parcels.MakeSBL(m_form->inputs().sbl);
-    if (!parcels.SBLExists(sbl)) {
-        session().StopFlag = true;
-        showMessage(QStringLiteral("The Section, Block and Lot info cannot be found.\n")
-                + QStringLiteral("Please ensure the S-B-L format is followed"),
-            QStringLiteral(" SBL not found"), PromptButtons::Ok, PromptIcon::Critical);
-        return;
-    }
-    // Each test leaves the parcel's note behind when its flag is set.
-    parcels.SBLHasNotes(sbl);
-    parcels.SBLHasComplaint(sbl);
-    parcels.SBLHasFailed(sbl);
-    parcels.SBLHasOther(sbl);
-    parcels.SBLHasViol(sbl);
-    const QString note = parcels.recordset()->text(QStringLiteral("NOTES"));
-    ui::PostitDialog postit(note, sbl, m_form->boxText(8), this);
-    if (note.isEmpty()) {
-        postit.startEditing();
-    }
-    if (prompts().exec(postit) == QDialog::Accepted && postit.noteChanged()) {
-        parcels.currentNote = postit.note();
-        parcels.SBLUpdateColumns({{QStringLiteral("NOTES"), postit.note()}});
-    }
+    CaseChecks(*m_form, this).iNote();
 }
 
 void ZPermits::recinfod()
