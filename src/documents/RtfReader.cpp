@@ -462,6 +462,7 @@ private:
     // Pictures
     PictureState m_picture;
     qsizetype m_allPictureBytes = 0;
+    qint64 m_allPicturePixels = 0;
     int m_pictureCount = 0;
 
     DocumentPaper m_paper;
@@ -1871,6 +1872,11 @@ void RtfReader::finishPicture()
                               : QStringLiteral("A picture of the file is damaged."));
         return;
     }
+    if (m_allPicturePixels + qint64(size.width()) * size.height() > RtfLimits::maxAllPicturePixels) {
+        damage(QStringLiteral("The pictures of the file are too large to be shown."));
+        return;
+    }
+    m_allPicturePixels += qint64(size.width()) * size.height();
     QImage image;
     if (!reader.read(&image) || image.isNull()) {
         damage(QStringLiteral("A picture of the file is damaged."));
