@@ -1,5 +1,6 @@
 // pvardo-admin --home DIR sync-sbl: carries the tax parcel roll into the SBL
-// Repository, as the dashboard's "Synchronize SBL Repository" does.
+// Repository, as the dashboard's "Synchronize SBL Repository" does. An older
+// repository is converted first when --convert says so.
 #include "cli/AdminCommand.h"
 #include "common/Session.h"
 #include "parcels/ParcelFolders.h"
@@ -33,9 +34,14 @@ parcels::ParcelProgress progressPrinter(CommandContext& context, const char* tit
 
 int runSyncSbl(CommandContext& context)
 {
-    if (!context.args.isEmpty()) {
-        context.err << "usage: pvardo-admin --home DIR sync-sbl" << Qt::endl;
-        return ExitCode::BadUsage;
+    bool convert = false;
+    for (const QString& argument : context.args) {
+        if (argument == QLatin1String("--convert")) {
+            convert = true;
+        } else {
+            context.err << "usage: pvardo-admin --home DIR sync-sbl [--convert]" << Qt::endl;
+            return ExitCode::BadUsage;
+        }
     }
     Session& state = session();
     QString error;
@@ -61,6 +67,27 @@ int runSyncSbl(CommandContext& context)
         context.err << "The SBL Repository " << QDir::toNativeSeparators(service.parcelStorePath())
                     << " cannot be opened: " << status.description << Qt::endl;
         return ExitCode::Failed;
+    }
+    // The screens ask before converting an older repository; here the
+    // administrator says so on the command line.
+    if (service.columnCount() < 18) {
+        if (!convert) {
+            context.err
+                << "The SBL Repository is of the older version (" << service.columnCount()
+                << " columns) and must be converted before it can be synchronized: run sync-sbl --convert."
+                << Qt::endl;
+            return ExitCode::Failed;
+        }
+        status = service.convertOldSBLtoSBL18(
+            state.ProgramFolder, progressPrinter(context, "Converting SBL info.."));
+        if (status.ok()) {
+            status = parcels::SblSync::installConvertedStore(service, state);
+        }
+        if (!status.ok()) {
+            context.err << "The SBL Repository could not be converted: " << status.description << Qt::endl;
+            return ExitCode::Failed;
+        }
+        context.out << "The SBL Repository was converted to the newer version.\n";
     }
     const parcels::SblSync::Outcome outcome
         = parcels::SblSync::syncSBL(service, roll, state, progressPrinter(context, "Converting SBL info.."),
