@@ -499,8 +499,11 @@ StoreStatus ParcelService::convertOldSBLtoSBL18(const QString& programFolder, co
             const QString name = QString::fromLatin1(column);
             return m_store->hasField(name) ? m_store->text(name) : QString();
         };
+        // The contact starts as the association and the mailing address as the
+        // location; an empty association, contact or location reads "?".
         const QString association = questionWhenEmpty(cutText(read("ASSOC"), 30));
         const QString location = questionWhenEmpty(cutText(read("LOCN1"), 80));
+        const QString mailing = cutText(read("LOCN1"), 80);
         auto flag = [&read](const char* column) {
             const QString text = read(column);
             return text.isEmpty() ? 0.0 : LeadingNumber(text);
@@ -521,7 +524,7 @@ StoreStatus ParcelService::convertOldSBLtoSBL18(const QString& programFolder, co
             {"NOTES", read("NOTES")},
             {"GISLINK", QString()},
             {"CONTACT", association},
-            {"MAILING", location},
+            {"MAILING", mailing},
             {"EASTCOORD", 0.0},
             {"NORTHCOORD", 0.0},
         };

@@ -289,6 +289,7 @@ TEST_F(ParcelServiceTest, OlderStoreIsConvertedOnlyWithConsent)
 {
     makeStore(store::Table::SBL);
     ASSERT_TRUE(service->SBLAdd(q("1-0-0-1-1-0-0-0"), q("12-1"), q(""), q("note"), q("1 ELM ST")).ok());
+    ASSERT_TRUE(service->SBLAdd(q("5-0-0-1-1-0-0-0"), q("12-5"), q("OWNER"), q(""), q("")).ok());
     ASSERT_TRUE(service->SBLExists(q("1-0-0-1-1-0-0-0")));
     service->currentNote = q("note");
     ASSERT_TRUE(service->SBLSetComplaint().ok());
@@ -302,13 +303,14 @@ TEST_F(ParcelServiceTest, OlderStoreIsConvertedOnlyWithConsent)
     SblSync::Outcome outcome = SblSync::syncSBL(*service, roll, session());
     EXPECT_FALSE(outcome.ran);
     EXPECT_EQ(service->columnCount(), 13);
-    EXPECT_EQ(rowCount(), 1);
+    EXPECT_EQ(rowCount(), 2);
 
     test::scriptedPrompts().answer(q("older version SBL Repository"), PromptAnswer::Yes);
     outcome = SblSync::syncSBL(*service, roll, session());
     EXPECT_TRUE(outcome.converted);
     EXPECT_TRUE(outcome.ran) << outcome.status.description.toStdString();
     EXPECT_EQ(outcome.carried, 1);
+    EXPECT_EQ(rowCount(), 3);
     EXPECT_EQ(service->columnCount(), 18);
     EXPECT_EQ(session().ParcelStoreVersion, 18);
     EXPECT_TRUE(QFile::exists(installation.path(q("sbl.db"))));
@@ -324,4 +326,9 @@ TEST_F(ParcelServiceTest, OlderStoreIsConvertedOnlyWithConsent)
     // The trail does not survive the conversion.
     EXPECT_EQ(converted->text(q("HISTORICAL")), QString());
     EXPECT_EQ(row(q("2-0-0-1-1-0-0-0"))->text(q("ASSOC")), q("OWNER"));
+    // The mailing address is the location as it was, before an empty one reads "?".
+    auto noLocation = row(q("5-0-0-1-1-0-0-0"));
+    EXPECT_EQ(noLocation->text(q("LOCN1")), q("?"));
+    EXPECT_EQ(noLocation->text(q("MAILING")), QString());
+    EXPECT_EQ(noLocation->text(q("CONTACT")), q("OWNER"));
 }
