@@ -20,7 +20,8 @@ QString MeetingTable::meetingFile(const QString& folder)
 
 QString MeetingTable::fallbackQuery(const QString& year)
 {
-    return QStringLiteral("Select * from MEETING where [MYEAR] = '") + year + QStringLiteral("' order by [MJUL]");
+    return QStringLiteral("Select * from MEETING where [MYEAR] = '") + year
+        + QStringLiteral("' order by [MJUL]");
 }
 
 store::StoreStatus MeetingTable::open(const QString& year)
@@ -72,7 +73,8 @@ store::StoreStatus MeetingTable::add(const MeetingForm& form, int calYear, int c
             QStringLiteral("DB ") + m_path + QStringLiteral(" not found."));
     }
     m_rows->AddNew();
-    store::StoreStatus status = movefieldsintodb(form, calYear, calMonth, calDay, *m_rows, currentUser, written);
+    store::StoreStatus status
+        = movefieldsintodb(form, calYear, calMonth, calDay, *m_rows, currentUser, written);
     if (status.ok()) {
         status = m_rows->Update();
     }
@@ -92,7 +94,8 @@ store::StoreStatus MeetingTable::save(const QString& key, const MeetingForm& for
     if (!findKey(key)) {
         return notFound(key);
     }
-    store::StoreStatus status = movefieldsintodb(form, calYear, calMonth, calDay, *m_rows, currentUser, written);
+    store::StoreStatus status
+        = movefieldsintodb(form, calYear, calMonth, calDay, *m_rows, currentUser, written);
     if (status.ok()) {
         status = m_rows->Update();
     }

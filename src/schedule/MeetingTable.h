@@ -48,8 +48,8 @@ public:
     store::StoreStatus add(const MeetingForm& form, int calYear, int calMonth, int calDay,
         const QString& currentUser, QString* newKey, MeetingRow* written = nullptr);
     // Writes the editor's values into the meeting with this key.
-    store::StoreStatus save(const QString& key, const MeetingForm& form, int calYear, int calMonth, int calDay,
-        const QString& currentUser, MeetingRow* written = nullptr);
+    store::StoreStatus save(const QString& key, const MeetingForm& form, int calYear, int calMonth,
+        int calDay, const QString& currentUser, MeetingRow* written = nullptr);
     // Deletes the meeting with this key, for every month it shows in, and
     // moves on to the next row.
     store::StoreStatus remove(const QString& key);

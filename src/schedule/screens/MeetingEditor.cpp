@@ -69,24 +69,17 @@ MeetingEditor::MeetingEditor(QWidget* parent)
     m_option1->setObjectName(QStringLiteral("Option1"));
     m_option2 = new QRadioButton(QStringLiteral("On a recurring basis"), this);
     m_option2->setObjectName(QStringLiteral("Option2"));
-    // Neither option is chosen after INew: the pair is not exclusive until one is clicked.
-    auto* options = new QButtonGroup(this);
-    options->setExclusive(false);
-    options->addButton(m_option1);
-    options->addButton(m_option2);
-    connect(options, &QButtonGroup::buttonToggled, this, [this](QAbstractButton* button, bool checked) {
-        if (checked) {
-            QRadioButton* other = button == m_option1 ? m_option2 : m_option1;
-            const QSignalBlocker block(other);
-            other->setChecked(false);
-        }
-    });
+    m_options = new QButtonGroup(this);
+    m_options->addButton(m_option1);
+    m_options->addButton(m_option2);
     m_combo1 = comboBox(this, "Combo1", occurrenceNames(), false);
     m_combo2 = comboBox(this, "Combo2", weekdayNames(), false);
     m_combo3 = comboBox(this, "Combo3", intervalNames(), true);
 
     auto* fields = new QFormLayout;
-    fields->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    // Labels above their boxes keep the pane narrow beside the calendar.
+    fields->setRowWrapPolicy(QFormLayout::WrapAllRows);
+    fields->setVerticalSpacing(4);
     fields->addRow(QStringLiteral("Purpose / Meeting Name:"), m_text2);
     fields->addRow(QStringLiteral("Location:"), m_text3);
     fields->addRow(QStringLiteral("Meeting / Room Number:"), m_text1);
@@ -159,14 +152,12 @@ void MeetingEditor::setForm(const MeetingForm& form)
     m_text6->setText(form.Text6);
     m_text7->setPlainText(form.Text7);
     m_time->setTime(form.DTPicker1.isValid() ? form.DTPicker1 : QTime(0, 0));
+    // Neither option is chosen after INew, which an exclusive pair cannot
+    // show; the pair is exclusive again as soon as one is chosen.
+    m_options->setExclusive(false);
     m_option1->setChecked(form.Option1);
     m_option2->setChecked(form.Option2 && !form.Option1);
-    if (!form.Option1 && !form.Option2) {
-        const QSignalBlocker block1(m_option1);
-        const QSignalBlocker block2(m_option2);
-        m_option1->setChecked(false);
-        m_option2->setChecked(false);
-    }
+    m_options->setExclusive(true);
     showInCombo(m_combo1, form.Combo1);
     showInCombo(m_combo2, form.Combo2);
     showInCombo(m_combo3, form.Combo3);
@@ -188,7 +179,8 @@ void MeetingEditor::setLocked(bool locked)
     }
     m_text7->setReadOnly(locked);
     m_time->setReadOnly(locked);
-    for (QWidget* choice : std::initializer_list<QWidget*>{m_option1, m_option2, m_combo1, m_combo2, m_combo3}) {
+    for (QWidget* choice :
+        std::initializer_list<QWidget*>{m_option1, m_option2, m_combo1, m_combo2, m_combo3}) {
         choice->setEnabled(!locked);
     }
 }

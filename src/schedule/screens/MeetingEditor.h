@@ -4,6 +4,7 @@
 
 #include <QGroupBox>
 
+class QButtonGroup;
 class QComboBox;
 class QLineEdit;
 class QPlainTextEdit;
@@ -47,6 +48,7 @@ private:
     QTimeEdit* m_time;
     QRadioButton* m_option1;
     QRadioButton* m_option2;
+    QButtonGroup* m_options;
     QComboBox* m_combo1;
     QComboBox* m_combo2;
     QComboBox* m_combo3;

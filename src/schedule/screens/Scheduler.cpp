@@ -48,8 +48,8 @@ constexpr int TwipsPerPixel = 15;
 
 QPushButton* commandButton(QWidget* parent, const char* name, const char* caption, const char* tip)
 {
-    auto* button = new ui::XPButton(
-        QLatin1String(name), QString::fromUtf8(caption), QString::fromUtf8(tip), parent);
+    auto* button
+        = new ui::XPButton(QLatin1String(name), QString::fromUtf8(caption), QString::fromUtf8(tip), parent);
     button->setAutoDefault(false);
     return button;
 }
@@ -63,7 +63,7 @@ QLabel#Label2 { font-size: 17pt; font-weight: 600; color: #1f3a5f; }
 QLabel#Label1 { font-weight: 600; color: #33475b; }
 QTreeWidget#ListView1 { background: white; alternate-background-color: #f2f6fb; border: 1px solid #cfd8e3;
     border-radius: 4px; }
-QTreeWidget#ListView1::item { padding: 4px 2px; }
+QTreeWidget#ListView1::item { padding-top: 4px; padding-bottom: 4px; border: none; }
 QTreeWidget#ListView1::item:selected { background: #2f6db5; color: white; }
 QHeaderView::section { background: #e6ecf3; color: #33475b; border: none; border-bottom: 1px solid #cfd8e3;
     padding: 5px 4px; font-weight: 600; }
@@ -186,7 +186,8 @@ void Scheduler::buildWindow()
     m_list = new QTreeWidget(left);
     m_list->setObjectName(QStringLiteral("ListView1"));
     m_list->setColumnCount(3);
-    m_list->setHeaderLabels({QStringLiteral(" Date "), QStringLiteral(" Time "), QStringLiteral(" Scheduled ")});
+    m_list->setHeaderLabels(
+        {QStringLiteral(" Date "), QStringLiteral(" Time "), QStringLiteral(" Scheduled ")});
     m_list->setRootIsDecorated(false);
     m_list->setAlternatingRowColors(true);
     m_list->setUniformRowHeights(true);
@@ -300,6 +301,9 @@ QString Scheduler::monthName(int month) const
 
 void Scheduler::setWindowWidthTwips(int twips)
 {
+    centralWidget()->layout()->invalidate();
+    centralWidget()->layout()->activate();
+    layout()->invalidate();
     layout()->activate();
     const int width = std::max(twips / TwipsPerPixel, minimumSizeHint().width());
     resize(width, std::max(height(), 640));
@@ -365,7 +369,8 @@ void Scheduler::calendarChanged()
     }
     const int year = m_calendar->CalYear();
     const int month = m_calendar->CalMonth();
-    const QString shown = monthName(month) + QLatin1Char(' ') + QStringLiteral("%1").arg(year, 4, 10, QLatin1Char('0'));
+    const QString shown
+        = monthName(month) + QLatin1Char(' ') + QStringLiteral("%1").arg(year, 4, 10, QLatin1Char('0'));
     m_label2->setText(shown);
     {
         const QSignalBlocker blockYear(m_cmbYear);
@@ -698,7 +703,8 @@ void Scheduler::iVardo()
     if (file.isFile() && file.isExecutable() && QProcess::startDetached(program, {}, file.absolutePath())) {
         return;
     }
-    showMessage(QStringLiteral("The file ") + program + QStringLiteral(" cannot be found. Check parameter passed."));
+    showMessage(
+        QStringLiteral("The file ") + program + QStringLiteral(" cannot be found. Check parameter passed."));
 }
 
 void Scheduler::mexit()
@@ -794,7 +800,8 @@ void Scheduler::saveRemarks()
     const QString file = dialog.selectedFiles().constFirst();
     QString error;
     if (!replaceTextLines(file, m_editor->remarks()->toPlainText().split(QLatin1Char('\n')), &error)) {
-        showMessage(QStringLiteral("The remarks could not be saved to ") + file + QStringLiteral(".\n") + error,
+        showMessage(
+            QStringLiteral("The remarks could not be saved to ") + file + QStringLiteral(".\n") + error,
             QString(), PromptButtons::Ok, PromptIcon::Exclamation);
     }
 }
@@ -807,7 +814,8 @@ void Scheduler::reportStoreFailure(const store::StoreStatus& status, const QStri
     } else if (status.number == store::StoreErrorNumber::BadSql) {
         text = QStringLiteral("Bad SQL");
     } else {
-        text = QStringLiteral("The meeting could not be ") + what + QStringLiteral(".\n") + status.description;
+        text
+            = QStringLiteral("The meeting could not be ") + what + QStringLiteral(".\n") + status.description;
     }
     showMessage(text, QString(), PromptButtons::Ok, PromptIcon::Exclamation);
 }

@@ -35,13 +35,14 @@ QMenu* addMenu(QMenuBar& bar, const char* name, const char* caption, std::initia
 void buildSchedulerMenus(QMenuBar& bar)
 {
     addMenu(bar, "File", "&File",
-        {{"planningb", "&Planning Board"}, {"runvardo", "&Vardo"}, {"maplookup", "Coordinates lookup.."}, {"", ""},
-            {"Quit", "&Quit"}});
+        {{"planningb", "&Planning Board"}, {"runvardo", "&Vardo"}, {"maplookup", "Coordinates lookup.."},
+            {"", ""}, {"Quit", "&Quit"}});
     addMenu(bar, "options", "&Options",
         {{"backr", "&Backup.."}, {"backupto", "Backup To.."}, {"repair", "&Repair Attempt.."}, {"", ""},
-            {"hittheroad", "download.."}, {"remotein", "upload.."}, {"", ""}, {"changepsw", "Change &Password"},
-            {"doappinfo", "Application Info"}});
-    addMenu(bar, "help", "&Help", {{"dohelp", "Help.."}, {"contact", "Contact Brenlo.."}, {"About", "&About.."}});
+            {"hittheroad", "download.."}, {"remotein", "upload.."}, {"", ""},
+            {"changepsw", "Change &Password"}, {"doappinfo", "Application Info"}});
+    addMenu(
+        bar, "help", "&Help", {{"dohelp", "Help.."}, {"contact", "Contact Brenlo.."}, {"About", "&About.."}});
     addMenu(bar, "report", "&Admin",
         {{"dosbl", "SBL Repository"}, {"usermanage", "User Management"}, {"convert", "Convert DB"},
             {"checkupdates", "Check for updates.."}, {"defaults", "&Preferences Settings.."}, {"", ""},
