@@ -63,6 +63,7 @@ StructureTab::StructureTab(CaseForm& form, QWidget* parent)
     buildingGrid->addWidget(form.makeList(QStringLiteral("Combo8"), QStringLiteral("PBFOOTERMAT"),
                                 CaseLists::exteriorColorItems(), building),
         5, 3);
+    buildingGrid->setRowStretch(6, 1);
     layout->addWidget(building, 0, 0);
 
     auto* site = new QGroupBox(QStringLiteral(" Setbacks and Parking "), this);
@@ -120,6 +121,7 @@ StructureTab::StructureTab(CaseForm& form, QWidget* parent)
         QStringLiteral("Check10"), QStringLiteral("None / Not Applicable"), QStringLiteral("PBSALARM"), alarms));
     alarmRow->addStretch();
     districtGrid->addWidget(alarms, 5, 0, 1, 4);
+    districtGrid->setRowStretch(6, 1);
     layout->addWidget(districts, 1, 1);
     layout->setRowStretch(2, 1);
 }
