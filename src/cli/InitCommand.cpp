@@ -1,8 +1,10 @@
 // pvardo-admin --home DIR init [--demo] [--admin-password PASSWORD]: makes a
 // complete installation folder, or completes one that lacks some of its files.
+#include "admin/DemoInstallation.h"
 #include "admin/Installation.h"
 #include "cli/AdminCommand.h"
 
+#include <QDate>
 #include <QDir>
 
 namespace pvardo::cli {
@@ -63,7 +65,28 @@ int runInit(CommandContext& context)
                        "Password.\n";
     }
     if (demo) {
-        context.out << "The demonstration records are not part of this version: the installation is empty.\n";
+        admin::DemoInstallation records(context.home, QDate::currentDate());
+        const bool filled = records.make();
+        if (!context.quiet) {
+            for (const QString& file : records.created()) {
+                context.err << "  made " << file << Qt::endl;
+            }
+        }
+        if (!filled) {
+            context.err << "pvardo-admin init: the demonstration records were not all made:" << Qt::endl;
+            for (const QString& failure : records.failures()) {
+                context.err << "  " << failure << Qt::endl;
+            }
+            return ExitCode::Failed;
+        }
+        for (const QString& note : records.kept()) {
+            context.out << "Kept " << note << ".\n";
+        }
+        if (records.caseCount() > 0) {
+            context.out << "Added the demonstration records of an invented town: " << records.caseCount()
+                        << " cases with their parcels and " << records.meetingCount()
+                        << " meetings around today.\n";
+        }
     }
     context.out << "Start the program with: PVARDO_HOME=" << home << " pvardo\n";
     return ExitCode::Ok;

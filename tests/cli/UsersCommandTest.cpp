@@ -1,0 +1,217 @@
+#include "admin/DemoInstallation.h"
+#include "admin/UserList.h"
+#include "admin/UserLogon.h"
+#include "common/BoardMembers.h"
+#include "common/Session.h"
+#include "common/TextFiles.h"
+#include "store/Recordset.h"
+
+#include <QDate>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+using namespace pvardo;
+
+namespace {
+
+struct ToolRun
+{
+    int code = -1;
+    QString out;
+    QString err;
+};
+
+// Runs the admin tool with a line of standard input, as a script would.
+ToolRun runTool(const QStringList& arguments, const QByteArray& input = {})
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("PVARDO_HOME"));
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(PVARDO_BINARY_DIR "/pvardo-admin"), arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    ToolRun run;
+    if (!process.waitForFinished(120000)) {
+        process.kill();
+        return run;
+    }
+    run.code = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
+    run.out = QString::fromUtf8(process.readAllStandardOutput());
+    run.err = QString::fromUtf8(process.readAllStandardError());
+    return run;
+}
+
+QStringList users(const QString& home, const QStringList& words)
+{
+    return QStringList{QStringLiteral("--home"), home, QStringLiteral("users")} + words;
+}
+
+QList<admin::UserEntry> onDisk(const QString& home)
+{
+    const auto list = admin::UserList::read(home + QStringLiteral("/Users.Set"));
+    return list ? list->entries : QList<admin::UserEntry>();
+}
+
+} // namespace
+
+TEST(UsersCommand, AddsListsChangesAndRemovesUsers)
+{
+    QTemporaryDir home;
+    const QString h = home.path();
+    // No list yet: listing says how to make one; adding makes it.
+    ToolRun run = runTool(users(h, {QStringLiteral("list")}));
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(run.err.contains(QLatin1String("users add NAME LEVEL"))) << run.err.toStdString();
+
+    run = runTool(users(h, {QStringLiteral("add"), QStringLiteral("ADMIN"), QStringLiteral("admin"),
+                             QStringLiteral("--password-stdin")}),
+        "Planning\n");
+    ASSERT_EQ(run.code, 0) << run.err.toStdString();
+    run = runTool(users(h, {QStringLiteral("add"), QStringLiteral("Planner"), QStringLiteral("MEMBER"),
+                             QStringLiteral("--password-stdin")}),
+        "desk\r\n");
+    ASSERT_EQ(run.code, 0) << run.err.toStdString();
+    ASSERT_EQ(onDisk(h).size(), 2);
+    EXPECT_EQ(onDisk(h).at(0), (admin::UserEntry{QStringLiteral("ADMIN"), QStringLiteral("Planning"), QStringLiteral("ADMIN")}));
+
+    run = runTool(users(h, {QStringLiteral("list")}));
+    EXPECT_EQ(run.code, 0);
+    EXPECT_EQ(run.out, QStringLiteral("ADMIN\tADMIN\nPlanner\tMEMBER\n"));
+
+    // "Clerk" scrambles to a text holding a comma, which would break its line.
+    run = runTool(users(h, {QStringLiteral("add"), QStringLiteral("Clerk"), QStringLiteral("USER"),
+                             QStringLiteral("--password-stdin")}),
+        "x\n");
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(run.err.contains(QLatin1String("change one of its letters"))) << run.err.toStdString();
+    EXPECT_EQ(onDisk(h).size(), 2);
+
+    // Names are compared in capitals.
+    run = runTool(users(h, {QStringLiteral("add"), QStringLiteral("PLANNER"), QStringLiteral("USER"),
+                             QStringLiteral("--password-stdin")}),
+        "x\n");
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(run.err.contains(QLatin1String("already exists")));
+
+    run = runTool(users(h, {QStringLiteral("passwd"), QStringLiteral("planner"), QStringLiteral("--password-stdin")}),
+        "newpass\n");
+    EXPECT_EQ(run.code, 0) << run.err.toStdString();
+    EXPECT_EQ(onDisk(h).at(1).password, QStringLiteral("newpass"));
+
+    // The administrator stays.
+    run = runTool(users(h, {QStringLiteral("remove"), QStringLiteral("admin")}));
+    EXPECT_EQ(run.code, 1);
+    EXPECT_EQ(onDisk(h).size(), 2);
+    run = runTool(users(h, {QStringLiteral("remove"), QStringLiteral("PLANNER")}));
+    EXPECT_EQ(run.code, 0) << run.err.toStdString();
+    EXPECT_EQ(onDisk(h).size(), 1);
+
+    // The list logs on the way the program does.
+    resetSession();
+    ASSERT_TRUE(admin::loadSessionUsers(h, nullptr));
+    admin::ValidateUser(QStringLiteral("admin"), QStringLiteral("PLANNING"));
+    EXPECT_TRUE(session().LoggedIn);
+}
+
+TEST(UsersCommand, RefusesBadInputAndKeepsTheList)
+{
+    QTemporaryDir home;
+    const QString h = home.path();
+    admin::UserList list;
+    for (int i = 0; i < 20; ++i) {
+        list.entries.append({i == 0 ? QStringLiteral("ADMIN") : QStringLiteral("U%1").arg(i),
+            QStringLiteral("pw"), i == 0 ? QStringLiteral("ADMIN") : QStringLiteral("MEMBER")});
+    }
+    ASSERT_TRUE(list.write(h + QStringLiteral("/Users.Set")));
+    const struct
+    {
+        QStringList words;
+        QByteArray input;
+        int code;
+    } cases[] = {
+        // Twenty users is the most the list holds.
+        {{QStringLiteral("add"), QStringLiteral("More"), QStringLiteral("USER"), QStringLiteral("--password-stdin")}, "pw\n", 1},
+        {{QStringLiteral("add"), QStringLiteral("Boss"), QStringLiteral("SUPERVISOR"), QStringLiteral("--password-stdin")}, "pw\n", 2},
+        {{QStringLiteral("passwd"), QStringLiteral("U3"), QStringLiteral("--password-stdin")}, "   \n", 1},
+        {{QStringLiteral("passwd"), QStringLiteral("nobody"), QStringLiteral("--password-stdin")}, "pw\n", 1},
+        // No terminal to ask on, and no --password-stdin.
+        {{QStringLiteral("passwd"), QStringLiteral("U3")}, "pw\n", 1},
+        {{QStringLiteral("rename"), QStringLiteral("ADMIN"), QStringLiteral("BOSS")}, {}, 2},
+        {{}, {}, 2},
+    };
+    for (const auto& c : cases) {
+        const ToolRun run = runTool(users(h, c.words), c.input);
+        EXPECT_EQ(run.code, c.code) << c.words.join(QLatin1Char(' ')).toStdString() << run.err.toStdString();
+        EXPECT_EQ(onDisk(h), list.entries) << c.words.join(QLatin1Char(' ')).toStdString();
+    }
+
+    // A damaged list is never rewritten: its unreadable lines would be lost.
+    ASSERT_TRUE(replaceFile(h + QStringLiteral("/Users.Set"), "2\nab,cd,ef\nbroken,line\n"));
+    const ToolRun run = runTool(users(h, {QStringLiteral("remove"), QStringLiteral("ab")}));
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(run.err.contains(QLatin1String("damaged"))) << run.err.toStdString();
+    EXPECT_TRUE(readTextLines(h + QStringLiteral("/Users.Set"))->contains(QStringLiteral("broken,line")));
+}
+
+TEST(DemoInstallation, MakesATownWithCasesParcelsAndAMonthOfMeetings)
+{
+    QTemporaryDir dir;
+    const QString home = dir.filePath(QStringLiteral("demo"));
+    ToolRun run = runTool({QStringLiteral("--home"), home, QStringLiteral("init"), QStringLiteral("--demo")});
+    ASSERT_EQ(run.code, 0) << run.err.toStdString();
+    EXPECT_TRUE(run.out.contains(QLatin1String("Log on as ADMIN with the password PLANNING")));
+    const QString databases = home + QStringLiteral("/databases");
+
+    const auto settings = readTextLines(home + QStringLiteral("/PVardo.ini"));
+    ASSERT_TRUE(settings.has_value());
+    ASSERT_EQ(settings->size(), 14);
+    EXPECT_FALSE(settings->at(1).isEmpty());
+    for (const char* list : {"zpt.txt", "zpu.txt", "zps.txt", "zpz.txt"}) {
+        const auto lines = readTextLines(databases + QLatin1Char('/') + QLatin1String(list));
+        ASSERT_TRUE(lines.has_value()) << list;
+        EXPECT_GE(lines->size(), 4) << list;
+    }
+    EXPECT_GE(BoardMembers::read(databases).size(), 3);
+
+    store::StoreStatus status;
+    auto cases = store::openRecordsetAt(
+        databases + QStringLiteral("/pbproj.db"), QStringLiteral("Select * from PBPROJ order by PBCASE"), &status);
+    ASSERT_TRUE(cases) << status.description.toStdString();
+    EXPECT_GE(cases->RecordCount(), 24);
+    auto parcels
+        = store::openRecordsetAt(databases + QStringLiteral("/sbl.db"), QStringLiteral("Select * from SBL"), &status);
+    ASSERT_TRUE(parcels) << status.description.toStdString();
+    EXPECT_GE(parcels->RecordCount(), 20);
+    // Every case's parcel is in the store, with the case in its trail.
+    for (cases->MoveFirst(); !cases->Eof(); cases->MoveNext()) {
+        const QString number = cases->text(QStringLiteral("PBCASE"));
+        EXPECT_FALSE(cases->text(QStringLiteral("PBLOCN1")).isEmpty()) << number.toStdString();
+        EXPECT_EQ(cases->text(QStringLiteral("BYUSER")), admin::DemoInstallation::demoUser());
+    }
+    parcels->MoveFirst();
+    EXPECT_TRUE(parcels->text(QStringLiteral("HISTORICAL")).contains(QLatin1String("*Z")));
+
+    auto meetings = store::openRecordsetAt(databases + QStringLiteral("/meeting.db"),
+        QStringLiteral("Select * from MEETING order by [MJUL]"), &status);
+    ASSERT_TRUE(meetings) << status.description.toStdString();
+    int recurring = 0;
+    int nearToday = 0;
+    for (meetings->MoveFirst(); !meetings->Eof(); meetings->MoveNext()) {
+        if (meetings->text(QStringLiteral("MFREQ")) == QLatin1String("R")) {
+            ++recurring;
+        } else if (qAbs(meetings->value(QStringLiteral("MDATE")).toDate().daysTo(QDate::currentDate())) <= 16) {
+            ++nearToday;
+        }
+    }
+    EXPECT_EQ(recurring, 2);
+    EXPECT_GE(nearToday, 10);
+
+    // ToolRun again: nothing is added to an installation that has cases.
+    run = runTool({QStringLiteral("--home"), home, QStringLiteral("init"), QStringLiteral("--demo")});
+    EXPECT_EQ(run.code, 0) << run.err.toStdString();
+    cases->Requery();
+    EXPECT_EQ(cases->RecordCount(), 36);
+}
