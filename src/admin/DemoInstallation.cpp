@@ -24,9 +24,9 @@ const char* const kPeople[] = {"Marguerite Ostrander", "Delbert Vanacker", "Rosa
     "Philippa Cranwell", "Jedediah Hallenbeck", "Winifred Ostrom", "Lucius Pettibone"};
 
 const char* const kProjects[] = {"Two-lot subdivision", "Farm stand and parking", "Accessory apartment",
-    "Lot line adjustment", "Veterinary clinic addition", "Self-storage buildings", "Barn conversion to studio",
-    "Cell tower co-location", "Four-lot cluster subdivision", "Restaurant outdoor seating",
-    "Solar array on pasture", "Day care in existing church"};
+    "Lot line adjustment", "Veterinary clinic addition", "Self-storage buildings",
+    "Barn conversion to studio", "Cell tower co-location", "Four-lot cluster subdivision",
+    "Restaurant outdoor seating", "Solar array on pasture", "Day care in existing church"};
 
 const char* const kTypes[] = {"Subdivision", "Site Plan", "Special Use Permit", "Lot Line Adjustment",
     "Site Plan", "Site Plan", "Special Use Permit", "Special Use Permit", "Subdivision", "Site Plan",
@@ -35,10 +35,10 @@ const char* const kTypes[] = {"Subdivision", "Site Plan", "Special Use Permit", 
 const char* const kUses[] = {"Residential", "Agricultural", "Residential", "Residential", "Commercial",
     "Commercial", "Mixed", "Utility", "Residential", "Commercial", "Utility", "Institutional"};
 
-const char* const kZones[] = {"R-1 Rural Residential", "AG Agricultural", "R-2 Hamlet Residential",
-    "R-1 Rural Residential", "HC Highway Commercial", "LI Light Industrial", "AG Agricultural",
-    "LI Light Industrial", "R-1 Rural Residential", "HB Hamlet Business", "AG Agricultural",
-    "HB Hamlet Business"};
+const char* const kZones[]
+    = {"R-1 Rural Residential", "AG Agricultural", "R-2 Hamlet Residential", "R-1 Rural Residential",
+        "HC Highway Commercial", "LI Light Industrial", "AG Agricultural", "LI Light Industrial",
+        "R-1 Rural Residential", "HB Hamlet Business", "AG Agricultural", "HB Hamlet Business"};
 
 const char* const kStatus[] = {"Pending", "Initial Submission", "Approved", "Approved", "Pending", "Denied",
     "Approved", "On Appeal", "Pending", "Canceled", "Approved", "Initial Submission"};
@@ -128,19 +128,20 @@ bool DemoInstallation::writeCases()
         const int k = i % 12;
         const QDate filed = m_today.addDays(-4 - (kCases - 1 - i) * 20);
         cases::CaseInputs inputs;
-        inputs.caseNumber = QString::number(filed.year()).right(2) + QLatin1Char('-')
-            + QString::number(kFirstSequence + i);
+        inputs.caseNumber
+            = QString::number(filed.year()).right(2) + QLatin1Char('-') + QString::number(kFirstSequence + i);
         inputs.fileDate = filed.toString(QStringLiteral("MM/dd/yyyy"));
         // The older cases are decided; the newest are still before the board.
-        inputs.statusText = QString::fromLatin1(i >= kCases - 6 ? (i % 2 ? "Pending" : "Initial Submission")
-                                                                : kStatus[k]);
-        inputs.sbl.section = QString::number(10 + (i * 7) % 60) + (i % 5 == 0 ? QStringLiteral(".2") : QString());
+        inputs.statusText
+            = QString::fromLatin1(i >= kCases - 6 ? (i % 2 ? "Pending" : "Initial Submission") : kStatus[k]);
+        inputs.sbl.section
+            = QString::number(10 + (i * 7) % 60) + (i % 5 == 0 ? QStringLiteral(".2") : QString());
         inputs.sbl.block = QString::number(1 + i % 4);
         inputs.sbl.lot = QString::number(3 + (i * 11) % 47);
         inputs.sbl.sublot1 = i % 6 == 0 ? QStringLiteral("1") : QString();
         inputs.ownerName = QString::fromLatin1(kPeople[(k + i / 12) % 12]);
-        inputs.siteLocation
-            = QString::number(20 + i * 37 % 900) + QLatin1Char(' ') + QString::fromLatin1(kStreets[(i * 5) % 12]);
+        inputs.siteLocation = QString::number(20 + i * 37 % 900) + QLatin1Char(' ')
+            + QString::fromLatin1(kStreets[(i * 5) % 12]);
         inputs.privateWater = i % 3 != 0;
         inputs.privateSewage = i % 3 != 0;
 
@@ -160,7 +161,8 @@ bool DemoInstallation::writeCases()
             {"PBAPPADDR1", QString::number(5 + i) + QStringLiteral(" Church Street, Hollis Ferry, NY 12999")},
             {"PBAPPTEL", QStringLiteral("(518) 555-") + QString::number(2200 + i * 7)},
             {"PBPROJNAME", QString::fromLatin1(kProjects[k])},
-            {"PBPROJDESC", QString::fromLatin1(kProjects[k]) + QStringLiteral(" at ") + inputs.siteLocation
+            {"PBPROJDESC",
+                QString::fromLatin1(kProjects[k]) + QStringLiteral(" at ") + inputs.siteLocation
                     + QStringLiteral(", as shown on the plans submitted with the application.")},
             {"PBTYPE", QString::fromLatin1(kTypes[k])},
             {"PBUSE", QString::fromLatin1(kUses[k])},

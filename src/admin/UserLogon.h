@@ -8,10 +8,22 @@ namespace pvardo::admin {
 
 // The levels of the user list.
 namespace UserLevels {
-inline QString admin() { return QStringLiteral("ADMIN"); }
-inline QString member() { return QStringLiteral("MEMBER"); }
-inline QString user() { return QStringLiteral("USER"); }
-inline QString supervisor() { return QStringLiteral("SUPERVISOR"); }
+inline QString admin()
+{
+    return QStringLiteral("ADMIN");
+}
+inline QString member()
+{
+    return QStringLiteral("MEMBER");
+}
+inline QString user()
+{
+    return QStringLiteral("USER");
+}
+inline QString supervisor()
+{
+    return QStringLiteral("SUPERVISOR");
+}
 // The levels the add and edit screens offer, in their order.
 QStringList offered();
 } // namespace UserLevels

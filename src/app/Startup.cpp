@@ -1,7 +1,6 @@
 #include "app/Startup.h"
 
 #include "admin/UserLogon.h"
-
 #include "common/DateText.h"
 #include "common/Files.h"
 #include "common/MousePointer.h"

@@ -9,7 +9,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-
 #include <cstdio>
 #include <iostream>
 #include <string>
@@ -66,8 +65,9 @@ QString newPassword(CommandContext& context, bool fromStdin)
         password = readLineFromStdin().value_or(QString());
     } else {
         if (!isatty(STDIN_FILENO)) {
-            context.err << "pvardo-admin users: no terminal to ask the password on; give it with --password-stdin"
-                        << Qt::endl;
+            context.err
+                << "pvardo-admin users: no terminal to ask the password on; give it with --password-stdin"
+                << Qt::endl;
             return {};
         }
         const std::optional<QString> first = askHidden(context.err, "Password: ");
@@ -80,7 +80,8 @@ QString newPassword(CommandContext& context, bool fromStdin)
     }
     password = password.trimmed();
     if (password.isEmpty()) {
-        context.err << "pvardo-admin users: a user needs a password to log on; nothing was changed" << Qt::endl;
+        context.err << "pvardo-admin users: a user needs a password to log on; nothing was changed"
+                    << Qt::endl;
     }
     return password;
 }

@@ -40,8 +40,7 @@ QString formsFolderOf(const QString& databaseFolder, const QString& programFolde
 
 bool holdsDatabases(const QString& folder)
 {
-    return !folder.isEmpty()
-        && !QDir(folder).entryList({QStringLiteral("*.db")}, QDir::Files).isEmpty();
+    return !folder.isEmpty() && !QDir(folder).entryList({QStringLiteral("*.db")}, QDir::Files).isEmpty();
 }
 
 enum class Failure { None, NotFound, PastEnd, Other };

@@ -99,7 +99,8 @@ TEST(SessionUsers, MissingFileNamesItAndTheToolThatMakesIt)
     QString message;
     EXPECT_FALSE(loadSessionUsers(dir.path(), &message));
     EXPECT_TRUE(message.contains(dir.path() + QStringLiteral("/Users.Set"))) << message.toStdString();
-    EXPECT_TRUE(message.contains(QStringLiteral("pvardo-admin --home ") + dir.path())) << message.toStdString();
+    EXPECT_TRUE(message.contains(QStringLiteral("pvardo-admin --home ") + dir.path()))
+        << message.toStdString();
     EXPECT_TRUE(message.contains(QLatin1String("users add"))) << message.toStdString();
     EXPECT_TRUE(sessionUsers().entries.isEmpty());
 }

@@ -26,8 +26,7 @@ using namespace pvardo::test;
 
 namespace {
 
-template <typename T>
-T* child(QWidget& screen, const char* name)
+template <typename T> T* child(QWidget& screen, const char* name)
 {
     T* found = screen.findChild<T*>(QString::fromLatin1(name));
     EXPECT_NE(found, nullptr) << name;
@@ -191,7 +190,8 @@ TEST(UserMgr, AdministratorsCannotBeRemovedAndTwentyTurnAddOff)
     click(screen, "Command3");
     const QList<UserEntry> written = fixture.onDisk();
     ASSERT_EQ(written.size(), 20);
-    EXPECT_EQ(written.last(), (UserEntry{QStringLiteral("Newcomer"), QStringLiteral("first"), QStringLiteral("USER")}));
+    EXPECT_EQ(written.last(),
+        (UserEntry{QStringLiteral("Newcomer"), QStringLiteral("first"), QStringLiteral("USER")}));
 }
 
 TEST(UserMgr, MoreThanTwentyInTheFileShowTwenty)

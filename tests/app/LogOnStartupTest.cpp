@@ -1,8 +1,7 @@
-#include "app/Startup.h"
-
 #include "StartupFixtures.h"
 #include "admin/UserList.h"
 #include "admin/screens/PswFrm.h"
+#include "app/Startup.h"
 #include "common/Settings.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestInstallation.h"
@@ -151,7 +150,8 @@ TEST(LogOnStartup, DamagedUserListStillReachesTheLogOn)
     EXPECT_FALSE(startup.run());
     EXPECT_TRUE(host.calls.contains(QStringLiteral("log-on")));
     EXPECT_EQ(end.calls(), 1);
-    EXPECT_TRUE(scriptedPrompts().shownTexts().join(QLatin1Char('\n')).contains(QLatin1String("cannot be read")));
+    EXPECT_TRUE(
+        scriptedPrompts().shownTexts().join(QLatin1Char('\n')).contains(QLatin1String("cannot be read")));
 }
 
 TEST(LogOnStartup, UnreadableReportHeaderEndsBeforeTheSplash)

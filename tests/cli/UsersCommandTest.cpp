@@ -66,37 +66,43 @@ TEST(UsersCommand, AddsListsChangesAndRemovesUsers)
     EXPECT_EQ(run.code, 1);
     EXPECT_TRUE(run.err.contains(QLatin1String("users add NAME LEVEL"))) << run.err.toStdString();
 
-    run = runTool(users(h, {QStringLiteral("add"), QStringLiteral("ADMIN"), QStringLiteral("admin"),
-                             QStringLiteral("--password-stdin")}),
+    run = runTool(users(h,
+                      {QStringLiteral("add"), QStringLiteral("ADMIN"), QStringLiteral("admin"),
+                          QStringLiteral("--password-stdin")}),
         "Planning\n");
     ASSERT_EQ(run.code, 0) << run.err.toStdString();
-    run = runTool(users(h, {QStringLiteral("add"), QStringLiteral("Planner"), QStringLiteral("MEMBER"),
-                             QStringLiteral("--password-stdin")}),
+    run = runTool(users(h,
+                      {QStringLiteral("add"), QStringLiteral("Planner"), QStringLiteral("MEMBER"),
+                          QStringLiteral("--password-stdin")}),
         "desk\r\n");
     ASSERT_EQ(run.code, 0) << run.err.toStdString();
     ASSERT_EQ(onDisk(h).size(), 2);
-    EXPECT_EQ(onDisk(h).at(0), (admin::UserEntry{QStringLiteral("ADMIN"), QStringLiteral("Planning"), QStringLiteral("ADMIN")}));
+    EXPECT_EQ(onDisk(h).at(0),
+        (admin::UserEntry{QStringLiteral("ADMIN"), QStringLiteral("Planning"), QStringLiteral("ADMIN")}));
 
     run = runTool(users(h, {QStringLiteral("list")}));
     EXPECT_EQ(run.code, 0);
     EXPECT_EQ(run.out, QStringLiteral("ADMIN\tADMIN\nPlanner\tMEMBER\n"));
 
     // "Clerk" scrambles to a text holding a comma, which would break its line.
-    run = runTool(users(h, {QStringLiteral("add"), QStringLiteral("Clerk"), QStringLiteral("USER"),
-                             QStringLiteral("--password-stdin")}),
+    run = runTool(users(h,
+                      {QStringLiteral("add"), QStringLiteral("Clerk"), QStringLiteral("USER"),
+                          QStringLiteral("--password-stdin")}),
         "x\n");
     EXPECT_EQ(run.code, 1);
     EXPECT_TRUE(run.err.contains(QLatin1String("change one of its letters"))) << run.err.toStdString();
     EXPECT_EQ(onDisk(h).size(), 2);
 
     // Names are compared in capitals.
-    run = runTool(users(h, {QStringLiteral("add"), QStringLiteral("PLANNER"), QStringLiteral("USER"),
-                             QStringLiteral("--password-stdin")}),
+    run = runTool(users(h,
+                      {QStringLiteral("add"), QStringLiteral("PLANNER"), QStringLiteral("USER"),
+                          QStringLiteral("--password-stdin")}),
         "x\n");
     EXPECT_EQ(run.code, 1);
     EXPECT_TRUE(run.err.contains(QLatin1String("already exists")));
 
-    run = runTool(users(h, {QStringLiteral("passwd"), QStringLiteral("planner"), QStringLiteral("--password-stdin")}),
+    run = runTool(
+        users(h, {QStringLiteral("passwd"), QStringLiteral("planner"), QStringLiteral("--password-stdin")}),
         "newpass\n");
     EXPECT_EQ(run.code, 0) << run.err.toStdString();
     EXPECT_EQ(onDisk(h).at(1).password, QStringLiteral("newpass"));
@@ -133,8 +139,12 @@ TEST(UsersCommand, RefusesBadInputAndKeepsTheList)
         int code;
     } cases[] = {
         // Twenty users is the most the list holds.
-        {{QStringLiteral("add"), QStringLiteral("More"), QStringLiteral("USER"), QStringLiteral("--password-stdin")}, "pw\n", 1},
-        {{QStringLiteral("add"), QStringLiteral("Boss"), QStringLiteral("SUPERVISOR"), QStringLiteral("--password-stdin")}, "pw\n", 2},
+        {{QStringLiteral("add"), QStringLiteral("More"), QStringLiteral("USER"),
+             QStringLiteral("--password-stdin")},
+            "pw\n", 1},
+        {{QStringLiteral("add"), QStringLiteral("Boss"), QStringLiteral("SUPERVISOR"),
+             QStringLiteral("--password-stdin")},
+            "pw\n", 2},
         {{QStringLiteral("passwd"), QStringLiteral("U3"), QStringLiteral("--password-stdin")}, "   \n", 1},
         {{QStringLiteral("passwd"), QStringLiteral("nobody"), QStringLiteral("--password-stdin")}, "pw\n", 1},
         // No terminal to ask on, and no --password-stdin.
@@ -177,12 +187,12 @@ TEST(DemoInstallation, MakesATownWithCasesParcelsAndAMonthOfMeetings)
     EXPECT_GE(BoardMembers::read(databases).size(), 3);
 
     store::StoreStatus status;
-    auto cases = store::openRecordsetAt(
-        databases + QStringLiteral("/pbproj.db"), QStringLiteral("Select * from PBPROJ order by PBCASE"), &status);
+    auto cases = store::openRecordsetAt(databases + QStringLiteral("/pbproj.db"),
+        QStringLiteral("Select * from PBPROJ order by PBCASE"), &status);
     ASSERT_TRUE(cases) << status.description.toStdString();
     EXPECT_GE(cases->RecordCount(), 24);
-    auto parcels
-        = store::openRecordsetAt(databases + QStringLiteral("/sbl.db"), QStringLiteral("Select * from SBL"), &status);
+    auto parcels = store::openRecordsetAt(
+        databases + QStringLiteral("/sbl.db"), QStringLiteral("Select * from SBL"), &status);
     ASSERT_TRUE(parcels) << status.description.toStdString();
     EXPECT_GE(parcels->RecordCount(), 20);
     // Every case's parcel is in the store, with the case in its trail.
@@ -202,7 +212,8 @@ TEST(DemoInstallation, MakesATownWithCasesParcelsAndAMonthOfMeetings)
     for (meetings->MoveFirst(); !meetings->Eof(); meetings->MoveNext()) {
         if (meetings->text(QStringLiteral("MFREQ")) == QLatin1String("R")) {
             ++recurring;
-        } else if (qAbs(meetings->value(QStringLiteral("MDATE")).toDate().daysTo(QDate::currentDate())) <= 16) {
+        } else if (qAbs(meetings->value(QStringLiteral("MDATE")).toDate().daysTo(QDate::currentDate()))
+            <= 16) {
             ++nearToday;
         }
     }

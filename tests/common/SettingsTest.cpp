@@ -1,8 +1,9 @@
+#include "common/Settings.h"
+
 #include "common/BoardMembers.h"
 #include "common/ProgramEnd.h"
 #include "common/Session.h"
 #include "common/SettingStore.h"
-#include "common/Settings.h"
 #include "common/TextFiles.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestInstallation.h"
@@ -20,7 +21,10 @@ namespace {
 class EndCounter
 {
 public:
-    EndCounter() { m_previous = setProgramEndHandler([this](int) { ++calls; }); }
+    EndCounter()
+    {
+        m_previous = setProgramEndHandler([this](int) { ++calls; });
+    }
     ~EndCounter() { setProgramEndHandler(m_previous); }
     int calls = 0;
 
@@ -105,7 +109,7 @@ TEST(ReadSettings, ShortOrHeadlessFileIsReplacedByDefaults)
         QStringList lines = officeSettings(f.installation.databaseFolder()).mid(0, c.keep);
         if (c.emptyFirst) {
             lines[0] = QString::fromLatin1(c.what).startsWith(QLatin1String("blank")) ? QStringLiteral("   ")
-                                                                                        : QString();
+                                                                                      : QString();
         }
         if (c.present) {
             ASSERT_TRUE(replaceTextLines(f.ini, lines));
@@ -275,13 +279,15 @@ TEST(SettingStore, FilesHoldTheNamedValues)
     // A missing name gets its file, holding the default.
     EXPECT_EQ(SettingGet(QStringLiteral("Settings"), QStringLiteral("VERSION"), QStringLiteral("1.0")),
         QStringLiteral("1.0"));
-    EXPECT_EQ(*readTextLines(installation.path(QStringLiteral("settings/VERSION"))), QStringList{QStringLiteral("1.0")});
+    EXPECT_EQ(*readTextLines(installation.path(QStringLiteral("settings/VERSION"))),
+        QStringList{QStringLiteral("1.0")});
     EXPECT_EQ(SettingGet(QStringLiteral("Settings"), QStringLiteral("VERSION"), QStringLiteral("2.0")),
         QStringLiteral("1.0"));
 
     // An empty value is kept as such: the sibling program then counts as absent.
     ASSERT_TRUE(SettingPut(QStringLiteral("EP"), QString()));
-    EXPECT_EQ(SettingGet(QStringLiteral("Settings"), QStringLiteral("EP"), QStringLiteral("/default")), QString());
+    EXPECT_EQ(
+        SettingGet(QStringLiteral("Settings"), QStringLiteral("EP"), QStringLiteral("/default")), QString());
     EXPECT_FALSE(ReadSiblingInfo());
     // One blank is not empty, and the folder is not looked at.
     ASSERT_TRUE(SettingPut(QStringLiteral("EP"), QStringLiteral(" ")));
@@ -312,7 +318,8 @@ TEST(BoardMembers, NonBlankLinesUpToFortyNine)
     EXPECT_TRUE(BoardMembers::read(dir.path()).isEmpty());
 
     writeBytes(dir.filePath(QStringLiteral("Inspectors.txt")), "Ada Brook\r\n\r\n   \r\nCal Dunn\r\n");
-    EXPECT_EQ(BoardMembers::read(dir.path()), QStringList({QStringLiteral("Ada Brook"), QStringLiteral("Cal Dunn")}));
+    EXPECT_EQ(BoardMembers::read(dir.path()),
+        QStringList({QStringLiteral("Ada Brook"), QStringLiteral("Cal Dunn")}));
 
     QStringList many;
     for (int i = 1; i <= 60; ++i) {

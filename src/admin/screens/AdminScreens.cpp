@@ -12,7 +12,8 @@ void showUserManager(QWidget* parent)
 {
     UserMgr screen(session().ProgramFolder, parent);
     if (!screen.loaded()) {
-        showMessage(screen.loadError(), QStringLiteral(" User list"), PromptButtons::Ok, PromptIcon::Exclamation);
+        showMessage(
+            screen.loadError(), QStringLiteral(" User list"), PromptButtons::Ok, PromptIcon::Exclamation);
         return;
     }
     prompts().exec(screen);
@@ -22,7 +23,8 @@ void showChangePassword(QWidget* parent)
 {
     UserMgr screen(session().ProgramFolder, parent);
     if (!screen.loaded()) {
-        showMessage(screen.loadError(), QStringLiteral(" User list"), PromptButtons::Ok, PromptIcon::Exclamation);
+        showMessage(
+            screen.loadError(), QStringLiteral(" User list"), PromptButtons::Ok, PromptIcon::Exclamation);
         return;
     }
     const int row = session().UserIndex;

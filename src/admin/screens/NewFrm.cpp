@@ -1,8 +1,7 @@
 #include "admin/screens/NewFrm.h"
 
-#include "admin/screens/UserEdit.h"
-
 #include "admin/UserLogon.h"
+#include "admin/screens/UserEdit.h"
 #include "common/PromptService.h"
 
 #include <QComboBox>
@@ -56,7 +55,8 @@ void NewFrm::Command1_Click()
 {
     const UserEntry entry{m_name->text().trimmed(), m_password->text().trimmed(), m_level->currentText()};
     if (entry.name.isEmpty()) {
-        showMessage(QStringLiteral("Type the name the user will log on with."), QStringLiteral(" Missing user name"));
+        showMessage(
+            QStringLiteral("Type the name the user will log on with."), QStringLiteral(" Missing user name"));
         m_name->setFocus();
         return;
     }

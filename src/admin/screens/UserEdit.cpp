@@ -12,7 +12,8 @@
 
 namespace pvardo::admin {
 
-UserEdit::UserEdit(const UserEntry& entry, const QString& editorLevel, bool fromChangePassword, QWidget* parent)
+UserEdit::UserEdit(
+    const UserEntry& entry, const QString& editorLevel, bool fromChangePassword, QWidget* parent)
     : QDialog(parent)
     , m_name(new QLineEdit(entry.name.toUpper(), this))
     , m_password(new QLineEdit(entry.password.toUpper(), this))
@@ -75,7 +76,8 @@ void UserEdit::Command1_Click()
         return;
     }
     if (m_name->text().trimmed().isEmpty()) {
-        showMessage(QStringLiteral("Type the name the user will log on with."), QStringLiteral(" Missing user name"));
+        showMessage(
+            QStringLiteral("Type the name the user will log on with."), QStringLiteral(" Missing user name"));
         m_name->setFocus();
         return;
     }

@@ -27,7 +27,8 @@ UserMgr::UserMgr(const QString& programFolder, QWidget* parent)
     setObjectName(QStringLiteral("UserMgr"));
     setWindowTitle(QStringLiteral("Authorized Users"));
     m_list->setObjectName(QStringLiteral("ListView1"));
-    m_list->setHeaderLabels({QStringLiteral(" User "), QStringLiteral(" Password "), QStringLiteral(" Access ")});
+    m_list->setHeaderLabels(
+        {QStringLiteral(" User "), QStringLiteral(" Password "), QStringLiteral(" Access ")});
     m_list->setRootIsDecorated(false);
     m_list->setSelectionMode(QAbstractItemView::SingleSelection);
     m_list->setMinimumSize(360, 220);

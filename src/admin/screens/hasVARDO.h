@@ -14,9 +14,10 @@ public:
 
     static QString questionText()
     {
-        return QStringLiteral(
-            "At your discretion, you can elect to share the usage of the SBL repository with Vardo. If you so "
-            "chose, changes you made into the SBL repository, will be shared and available to your Vardo users.");
+        return QStringLiteral("At your discretion, you can elect to share the usage of the SBL repository "
+                              "with Vardo. If you so "
+                              "chose, changes you made into the SBL repository, will be shared and available "
+                              "to your Vardo users.");
     }
 };
 
