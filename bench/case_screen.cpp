@@ -12,7 +12,6 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QTemporaryDir>
-
 #include <benchmark/benchmark.h>
 
 using namespace pvardo;
@@ -39,7 +38,8 @@ void prepareFolder()
     store::createDatabaseFile(folder + QStringLiteral("/pbproj.db"), store::tableDef(store::Table::PBPROJ));
     store::createDatabaseFile(folder + QStringLiteral("/sbl.db"), store::tableDef(store::Table::SBL18));
     store::StoreStatus status;
-    auto rows = store::openRecordsetAt(folder + QStringLiteral("/pbproj.db"), QStringLiteral("Select * from PBPROJ"), &status);
+    auto rows = store::openRecordsetAt(
+        folder + QStringLiteral("/pbproj.db"), QStringLiteral("Select * from PBPROJ"), &status);
     rows->beginTransaction();
     for (int i = 0; i < CaseCount; ++i) {
         rows->AddNew();
@@ -49,19 +49,23 @@ void prepareFolder()
         rows->setValue(QStringLiteral("LOT"), QString::number(i % 7));
         rows->setValue(QStringLiteral("PBLOCN1"), QStringLiteral("%1 Main Street").arg(i));
         rows->setValue(QStringLiteral("PBAPPNAME1"), QStringLiteral("Applicant %1").arg(i));
-        rows->setValue(QStringLiteral("PBAPPTEL"), QStringLiteral("555-%1").arg(i % 10000, 4, 10, QLatin1Char('0')));
+        rows->setValue(
+            QStringLiteral("PBAPPTEL"), QStringLiteral("555-%1").arg(i % 10000, 4, 10, QLatin1Char('0')));
         rows->setValue(QStringLiteral("PBPROJNAME"), QStringLiteral("Project %1").arg(i));
-        rows->setValue(QStringLiteral("PBPROJDESC"), QStringLiteral("A two-storey addition with a garage and a deck, %1").arg(i));
+        rows->setValue(QStringLiteral("PBPROJDESC"),
+            QStringLiteral("A two-storey addition with a garage and a deck, %1").arg(i));
         rows->setValue(QStringLiteral("PBSTATUS"), QStringLiteral("P"));
         rows->setValue(QStringLiteral("PBFILEDATE"), QDate(2010, 1, 1).addDays(i % 4000));
         rows->Update();
     }
     rows->commitTransaction();
-    auto parcelRows = store::openRecordsetAt(folder + QStringLiteral("/sbl.db"), QStringLiteral("Select * from SBL"), &status);
+    auto parcelRows = store::openRecordsetAt(
+        folder + QStringLiteral("/sbl.db"), QStringLiteral("Select * from SBL"), &status);
     parcelRows->beginTransaction();
     for (int i = 0; i < 1000; ++i) {
         parcelRows->AddNew();
-        parcelRows->setValue(QStringLiteral("SBLF"), QStringLiteral("%1-0-0-%2-%3-0-0-0").arg(i % 100).arg(i % 10).arg(i % 7));
+        parcelRows->setValue(
+            QStringLiteral("SBLF"), QStringLiteral("%1-0-0-%2-%3-0-0-0").arg(i % 100).arg(i % 10).arg(i % 7));
         parcelRows->setValue(QStringLiteral("NOTES"), i % 3 == 0 ? QStringLiteral("a note") : QString());
         parcelRows->setValue(QStringLiteral("VIOL"), i % 5 == 0 ? 1 : 0);
         parcelRows->Update();

@@ -20,8 +20,8 @@ QStringList latin(std::initializer_list<const char*> items)
 
 QStringList CaseLists::typeItems()
 {
-    return latin({"New Structure", "Addition", "Replacement", "Alteration", "Demolition", "Sub-division minor",
-        "Sub-division major", "Lot Realignment", "Signage"});
+    return latin({"New Structure", "Addition", "Replacement", "Alteration", "Demolition",
+        "Sub-division minor", "Sub-division major", "Lot Realignment", "Signage"});
 }
 
 QStringList CaseLists::useItems()
@@ -34,8 +34,8 @@ QStringList CaseLists::useItems()
 
 QStringList CaseLists::accessoryItems()
 {
-    return latin({"Deck / Patio", "Attached Garage", "Detached Garage", "Driveway", "Shed", "Fence", "AG Pool",
-        "IG Pool", "Boat Landing", "Ham/Radio Tower", "Sign"});
+    return latin({"Deck / Patio", "Attached Garage", "Detached Garage", "Driveway", "Shed", "Fence",
+        "AG Pool", "IG Pool", "Boat Landing", "Ham/Radio Tower", "Sign"});
 }
 
 QStringList CaseLists::zoningItems()
@@ -61,7 +61,8 @@ QStringList CaseLists::exteriorColorItems()
         "Multi-color", "Chrome", "Glass", "Other"});
 }
 
-QStringList CaseLists::load(const QString& databaseFolder, const QString& officeName, const QStringList& builtIn)
+QStringList CaseLists::load(
+    const QString& databaseFolder, const QString& officeName, const QStringList& builtIn)
 {
     const auto lines = readTextLines(joinPath(databaseFolder, officeName));
     if (!lines) {

@@ -23,7 +23,8 @@ public:
     // "\zpt.txt"), or the built-in items when the file is missing or cannot be
     // read. A line of 21 characters or more is split at line feeds, for files
     // written with bare line feeds inside one line. Empty lines give no item.
-    static QStringList load(const QString& databaseFolder, const QString& officeName, const QStringList& builtIn);
+    static QStringList load(
+        const QString& databaseFolder, const QString& officeName, const QStringList& builtIn);
 
     // The map providers of \GIS.txt: a count, a line not used, then a name and
     // an address for each provider. Names that are blank are left out.

@@ -13,8 +13,9 @@ namespace pvardo::ui {
 
 QString DelconfirmDialog::warningText()
 {
-    return QStringLiteral("from the database. This option cannot be reversed. Are you sure you want to delete "
-                          "this record? (selecting \"Yes\"  removes the record permanently)");
+    return QStringLiteral(
+        "from the database. This option cannot be reversed. Are you sure you want to delete "
+        "this record? (selecting \"Yes\"  removes the record permanently)");
 }
 
 DelconfirmDialog::DelconfirmDialog(QWidget* parent)

@@ -10,8 +10,8 @@
 
 namespace pvardo::ui {
 
-DupeDialog::DupeDialog(
-    const QString& title, const QString& text, const QString& advice, const QString& checkBoxText, QWidget* parent)
+DupeDialog::DupeDialog(const QString& title, const QString& text, const QString& advice,
+    const QString& checkBoxText, QWidget* parent)
     : QDialog(parent)
 {
     setObjectName(QStringLiteral("dupe"));

@@ -30,8 +30,10 @@ PostitDialog::PostitDialog(const QString& note, const QString& sbl, const QStrin
     m_note->setReadOnly(true);
     m_note->setStyleSheet(QStringLiteral("QPlainTextEdit { background: #fff8b0; }"));
     auto* buttons = new QHBoxLayout;
-    auto* go = new XPButton(QStringLiteral("NoteOveride"), QStringLiteral(" Continue and write changes"), QString(), this);
-    auto* stop = new XPButton(QStringLiteral("NoteCancel"), QStringLiteral(" Cancel changes"), QString(), this);
+    auto* go = new XPButton(
+        QStringLiteral("NoteOveride"), QStringLiteral(" Continue and write changes"), QString(), this);
+    auto* stop
+        = new XPButton(QStringLiteral("NoteCancel"), QStringLiteral(" Cancel changes"), QString(), this);
     auto* edit = new XPButton(QStringLiteral("noteEdit"), QStringLiteral(" Edit notes"), QString(), this);
     buttons->addWidget(edit);
     buttons->addStretch();

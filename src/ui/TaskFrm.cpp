@@ -44,7 +44,8 @@ TaskFrm::TaskFrm()
 
 void TaskFrm::setFrameStyle()
 {
-    setStyleSheet(QStringLiteral("pvardo--ui--TaskFrm { border: 1px solid palette(dark); background: palette(window); }"));
+    setStyleSheet(QStringLiteral(
+        "pvardo--ui--TaskFrm { border: 1px solid palette(dark); background: palette(window); }"));
 }
 
 TaskFrm& TaskFrm::instance()

@@ -12,8 +12,8 @@ class XPButton : public QPushButton
 
 public:
     explicit XPButton(QWidget* parent = nullptr);
-    XPButton(const QString& objectName, const QString& caption, const QString& toolTip,
-        QWidget* parent = nullptr);
+    XPButton(
+        const QString& objectName, const QString& caption, const QString& toolTip, QWidget* parent = nullptr);
 };
 
 } // namespace pvardo::ui

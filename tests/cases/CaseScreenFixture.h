@@ -18,7 +18,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <gtest/gtest.h>
-
 #include <map>
 #include <memory>
 
@@ -109,12 +108,12 @@ protected:
     std::unique_ptr<store::Recordset> parcelOnDisk(const QString& sbl)
     {
         store::StoreStatus status;
-        auto rows = store::openRecordsetAt(parcelPath, q("Select * from SBL where [SBLF] = '") + sbl + q("'"), &status);
+        auto rows = store::openRecordsetAt(
+            parcelPath, q("Select * from SBL where [SBLF] = '") + sbl + q("'"), &status);
         return rows && !rows->Eof() ? std::move(rows) : nullptr;
     }
 
-    template <typename T = QWidget>
-    T* find(const char* name)
+    template <typename T = QWidget> T* find(const char* name)
     {
         T* widget = screen->findChild<T*>(q(name));
         EXPECT_TRUE(widget) << name;
@@ -139,10 +138,7 @@ protected:
         ASSERT_TRUE(input);
         input->setText(text);
     }
-    QString text(int box)
-    {
-        return screen->form().boxText(box);
-    }
+    QString text(int box) { return screen->form().boxText(box); }
     void pick(const char* list, const char* item)
     {
         auto* combo = find<QComboBox>(list);

@@ -1,5 +1,4 @@
 #include "CaseScreenFixture.h"
-
 #include "cases/CaseQuery.h"
 #include "cases/LotFigures.h"
 #include "ui/RecordMode.h"
@@ -71,7 +70,8 @@ TEST(LotFigures, CalculatesInTheOfficesFormats)
         {"208.71", "208.71", "", "", "43559.87", "1.00", "0.00", "0.00"},
     };
     for (const Row& row : rows) {
-        const auto results = cases::LotFigures::calculate({q(row.width), q(row.depth), q(row.footprint), q(row.improvement)});
+        const auto results = cases::LotFigures::calculate(
+            {q(row.width), q(row.depth), q(row.footprint), q(row.improvement)});
         ASSERT_TRUE(results) << row.width;
         EXPECT_EQ(results->area, q(row.area)) << row.width;
         EXPECT_EQ(results->acres, q(row.acres)) << row.width;
@@ -128,7 +128,8 @@ TEST_F(CaseScreenTest, ASearchThatFindsNothingOrBreaksComesBackToTheWholeSet)
     type(8, q("NOBODY"));
     click("ILocate");
     EXPECT_EQ(lastTitle(), q(" Record not Found"));
-    EXPECT_EQ(lastText(), q("Unable to locate a matching record.\nPlease check info for accuracy and try again."));
+    EXPECT_EQ(
+        lastText(), q("Unable to locate a matching record.\nPlease check info for accuracy and try again."));
     EXPECT_EQ(screen->currentQuery(), CaseQuery::fullQuery());
     EXPECT_EQ(label("recpos"), q("Record 1 of 2"));
 
@@ -154,8 +155,8 @@ TEST_F(CaseScreenTest, TheDatePickerMarksEverySearchAfterIt)
     click("ILocate");
     // Clearing for the search set the picker to today, and today's date is searched.
     EXPECT_EQ(screen->lastBuiltQuery(),
-        q("Select * from PBPROJ where [PBAPPNAME1] like '%ANN%' AND[PBFILEDATE] = #") + QDate::currentDate().toString(q("MM/dd/yyyy"))
-            + q("# order by [PBCASE]"));
+        q("Select * from PBPROJ where [PBAPPNAME1] like '%ANN%' AND[PBFILEDATE] = #")
+            + QDate::currentDate().toString(q("MM/dd/yyyy")) + q("# order by [PBCASE]"));
     EXPECT_EQ(lastTitle(), q(" Record not Found"));
 
     click("ILocate");
@@ -190,7 +191,8 @@ TEST_F(CaseScreenTest, TheLotCalculatorFillsItsFigures)
 
 TEST_F(CaseScreenTest, TheListsComeFromTheOfficesFiles)
 {
-    ASSERT_TRUE(replaceTextLines(joinPath(installation.databaseFolder(), q("\\zpt.txt")), {q("Pool"), q("Barn")}));
+    ASSERT_TRUE(
+        replaceTextLines(joinPath(installation.databaseFolder(), q("\\zpt.txt")), {q("Pool"), q("Barn")}));
     open();
     auto* types = find<QComboBox>("Combo1");
     ASSERT_EQ(types->count(), 2);

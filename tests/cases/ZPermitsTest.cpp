@@ -1,16 +1,14 @@
 #include "CaseScreenFixture.h"
-
 #include "common/ProgramEnd.h"
 #include "ui/RecordMode.h"
 
-#include <QFile>
-
 #include <QApplication>
 #include <QCheckBox>
+#include <QDialog>
+#include <QFile>
+#include <QHeaderView>
 #include <QPlainTextEdit>
 #include <QTest>
-#include <QDialog>
-#include <QHeaderView>
 #include <QTreeView>
 
 using namespace pvardo;
@@ -19,8 +17,9 @@ using ui::RecordMode;
 
 namespace {
 
-const QString kMissingAll = q("Missing: --Case Number\n--Applicant\n--Applicant Address\n--Property Location\n"
-                              "--Application Status\n--S-B-L\n\nPlease ensure required\nfields are filled in correctly.");
+const QString kMissingAll
+    = q("Missing: --Case Number\n--Applicant\n--Applicant Address\n--Property Location\n"
+        "--Application Status\n--S-B-L\n\nPlease ensure required\nfields are filled in correctly.");
 
 } // namespace
 
@@ -37,8 +36,9 @@ TEST_F(CaseScreenTest, AnEmptyTableOpensEmptyAndTheLeftPaneHasNoCase)
     EXPECT_FALSE(find<QAction>("find")->isEnabled());
     click("ifees");
     EXPECT_EQ(lastTitle(), q(" No current case "));
-    EXPECT_EQ(lastText(), q("You have no case or no case selected. All selections on the left pane  \n"
-                            "are related to the currently displayed case record."));
+    EXPECT_EQ(lastText(),
+        q("You have no case or no case selected. All selections on the left pane  \n"
+          "are related to the currently displayed case record."));
     EXPECT_TRUE(session().StopFlag);
 }
 
@@ -100,7 +100,8 @@ TEST_F(CaseScreenTest, MissingInputsAreListedInOneMessageInOrder)
     type(3, q(""));
     type(4, q(""));
     click("IAdd");
-    EXPECT_EQ(lastText(), q("Missing: --Case Number\n--S-B-L\n\nPlease ensure required\nfields are filled in correctly."));
+    EXPECT_EQ(lastText(),
+        q("Missing: --Case Number\n--S-B-L\n\nPlease ensure required\nfields are filled in correctly."));
     EXPECT_EQ(casesOnDisk(), 0);
 }
 
@@ -113,7 +114,8 @@ TEST_F(CaseScreenTest, ANewParcelIsAddedThroughSblNotFound)
     prompts().answer(q("SBL not found"), PromptAnswer::Yes);
     click("IAdd");
     EXPECT_EQ(prompts().shown().last().text,
-        q("The Section, Block and Lot info cannot be found.\nIf this is a new S-B-L, click 'Yes' to add this as a new record."));
+        q("The Section, Block and Lot info cannot be found.\nIf this is a new S-B-L, click 'Yes' to add this "
+          "as a new record."));
     EXPECT_EQ(screen->mode(), RecordMode::Browse);
     EXPECT_EQ(label("recpos"), q("Record 1 of 1"));
     auto row = caseOnDisk(q("12-200"));
@@ -194,12 +196,14 @@ TEST_F(CaseScreenTest, TheCaseNumberShowsTheParcelsFlags)
     int n = 0;
     for (const Case& c : table) {
         seedParcel(q(c.sbl), q(c.notes), c.viol, c.failed);
-        seedCase(QStringLiteral("12-%1").arg(300 + n++), {{q("SEC"), q(c.section)}, {q("BLK"), q("1")}, {q("LOT"), q("1")}});
+        seedCase(QStringLiteral("12-%1").arg(300 + n++),
+            {{q("SEC"), q(c.section)}, {q("BLK"), q("1")}, {q("LOT"), q("1")}});
     }
     open();
     for (const Case& c : table) {
         auto* number = find<QLineEdit>("Text1_1");
-        const QColor expected = c.colour.isValid() ? c.colour : QApplication::palette().color(QPalette::Button);
+        const QColor expected
+            = c.colour.isValid() ? c.colour : QApplication::palette().color(QPalette::Button);
         EXPECT_EQ(number->palette().color(QPalette::Base), expected) << c.sbl;
         EXPECT_EQ(number->toolTip(), q(c.tip)) << c.sbl;
         if (on("IMoveNext")) {
@@ -211,8 +215,9 @@ TEST_F(CaseScreenTest, TheCaseNumberShowsTheParcelsFlags)
 TEST_F(CaseScreenTest, AViolationShowsPostitBeforeTheSaveAndKeepsANewNote)
 {
     seedParcel(q("12-0-0-1-5-0-0-0"), q("old note"), 1);
-    seedCase(q("12-200"), {{q("SEC"), q("12")}, {q("BLK"), q("1")}, {q("LOT"), q("5")}, {q("PBLOCN1"), q("10 MAIN ST")},
-                              {q("PBAPPNAME1"), q("ANN")}, {q("PBAPPADDR1"), q("1 ELM")}, {q("PBSTATUS"), q("P")}});
+    seedCase(q("12-200"),
+        {{q("SEC"), q("12")}, {q("BLK"), q("1")}, {q("LOT"), q("5")}, {q("PBLOCN1"), q("10 MAIN ST")},
+            {q("PBAPPNAME1"), q("ANN")}, {q("PBAPPADDR1"), q("1 ELM")}, {q("PBSTATUS"), q("P")}});
     open();
     click("IEdit");
     EXPECT_EQ(screen->mode(), RecordMode::Edit);
@@ -236,8 +241,9 @@ TEST_F(CaseScreenTest, AViolationShowsPostitBeforeTheSaveAndKeepsANewNote)
 
 TEST_F(CaseScreenTest, SavingOntoAnotherCasesNumberIsRefusedAndStaysInEdit)
 {
-    seedCase(q("12-200"), {{q("SEC"), q("9")}, {q("BLK"), q("1")}, {q("LOT"), q("5")}, {q("PBLOCN1"), q("X")},
-                              {q("PBAPPNAME1"), q("ANN")}, {q("PBAPPADDR1"), q("1 ELM")}, {q("PBSTATUS"), q("P")}});
+    seedCase(q("12-200"),
+        {{q("SEC"), q("9")}, {q("BLK"), q("1")}, {q("LOT"), q("5")}, {q("PBLOCN1"), q("X")},
+            {q("PBAPPNAME1"), q("ANN")}, {q("PBAPPADDR1"), q("1 ELM")}, {q("PBSTATUS"), q("P")}});
     seedCase(q("12-201"));
     open();
     click("IEdit");
@@ -264,7 +270,8 @@ TEST_F(CaseScreenTest, VoidAndRestore)
 
     prompts().answer(q("Record Void"), PromptAnswer::Yes);
     trigger("delr");
-    EXPECT_EQ(lastText(), q("This record is already voided. Do you want to reset it?\nClicking 'Yes' will restore/unvoid it"));
+    EXPECT_EQ(lastText(),
+        q("This record is already voided. Do you want to reset it?\nClicking 'Yes' will restore/unvoid it"));
     EXPECT_EQ(caseOnDisk(q("12-200"))->text(q("PBSTATUS")), q(""));
     EXPECT_FALSE(find<QLabel>("lblVoid")->isVisibleTo(screen.get()));
     EXPECT_EQ(find<QComboBox>("Combo10")->currentText(), q(""));
@@ -434,10 +441,11 @@ TEST_F(CaseScreenTest, TheSameAsBoxesCopyOnce)
 
 TEST_F(CaseScreenTest, ACaseIsShownAsStoredAndWrittenBackWhole)
 {
-    seedCase(q("12-200"), {{q("SEC"), q("12")}, {q("SUD"), q("3")}, {q("BLK"), q("1")}, {q("LOT"), q("5")},
-                              {q("PBLOCN1"), q("10 MAIN")}, {q("PBAPPNAME1"), q("ANN")}, {q("PBAPPADDR1"), q("1 ELM")},
-                              {q("PBSTATUS"), q("I")}, {q("PBTYPE"), q("Addition")}, {q("PBFW"), q("1")},
-                              {q("PBSITEPLAN"), q("1")}, {q("PBFILEDATE"), q("2012-02-03")}});
+    seedCase(q("12-200"),
+        {{q("SEC"), q("12")}, {q("SUD"), q("3")}, {q("BLK"), q("1")}, {q("LOT"), q("5")},
+            {q("PBLOCN1"), q("10 MAIN")}, {q("PBAPPNAME1"), q("ANN")}, {q("PBAPPADDR1"), q("1 ELM")},
+            {q("PBSTATUS"), q("I")}, {q("PBTYPE"), q("Addition")}, {q("PBFW"), q("1")},
+            {q("PBSITEPLAN"), q("1")}, {q("PBFILEDATE"), q("2012-02-03")}});
     seedParcel(q("12-3-0-1-5-0-0-0"));
     open();
     EXPECT_EQ(text(2), q("12.3"));
@@ -469,4 +477,36 @@ TEST_F(CaseScreenTest, ACaseIsShownAsStoredAndWrittenBackWhole)
     EXPECT_EQ(parcel->text(q("LOCN1")), q("10 MAIN"));
     EXPECT_EQ(parcel->text(q("HISTORICAL")), q(""));
     EXPECT_EQ(find<QTreeView>("ListView1")->model()->index(0, 6).data().toString(), q("Approved"));
+}
+
+TEST_F(CaseScreenTest, TabOrderFollowsTheForm)
+{
+    open();
+    const char* order[]
+        = {"Text1_1", "DTPicker3", "Combo10", "Text1_2", "Text1_3", "Text1_4", "Text1_5", "Text1_6"};
+    QWidget* widget = find<QWidget>(order[0]);
+    for (size_t i = 1; i < std::size(order); ++i) {
+        widget = widget->nextInFocusChain();
+        while (widget && (widget->focusPolicy() & Qt::TabFocus) == 0) {
+            widget = widget->nextInFocusChain();
+        }
+        ASSERT_TRUE(widget);
+        // A list's own line edit belongs to it.
+        if (widget->parentWidget() && widget->parentWidget()->objectName() == q(order[i - 1])) {
+            widget = widget->nextInFocusChain();
+            while (widget && (widget->focusPolicy() & Qt::TabFocus) == 0) {
+                widget = widget->nextInFocusChain();
+            }
+        }
+        EXPECT_EQ(widget->objectName(), q(order[i])) << "after " << order[i - 1];
+    }
+    // The parties: name, address, telephone, e-mail.
+    widget = find<QWidget>("Text1_8");
+    for (const char* next : {"Text1_9", "Text1_10", "Text1_11"}) {
+        widget = widget->nextInFocusChain();
+        while (widget && (widget->focusPolicy() & Qt::TabFocus) == 0) {
+            widget = widget->nextInFocusChain();
+        }
+        EXPECT_EQ(widget->objectName(), q(next));
+    }
 }

@@ -51,14 +51,15 @@ void CaseChecks::ValidateCaseInput(bool saving) const
     if (in.statusText.startsWith(QLatin1Char('<'))) {
         missing += QStringLiteral("--Application Status") + line;
     }
-    if (in.sbl.section.trimmed().isEmpty() || in.sbl.block.trimmed().isEmpty() || in.sbl.lot.trimmed().isEmpty()) {
+    if (in.sbl.section.trimmed().isEmpty() || in.sbl.block.trimmed().isEmpty()
+        || in.sbl.lot.trimmed().isEmpty()) {
         missing += QStringLiteral("--S-B-L") + line;
     }
     if (!missing.isEmpty()) {
         session().StopFlag = true;
         ui::TaskFrm::close();
-        showMessage(QStringLiteral("Missing: ") + missing + line + QStringLiteral("Please ensure required") + line
-                + QStringLiteral("fields are filled in correctly."),
+        showMessage(QStringLiteral("Missing: ") + missing + line + QStringLiteral("Please ensure required")
+                + line + QStringLiteral("fields are filled in correctly."),
             QStringLiteral(" Missing Information"), PromptButtons::Ok, PromptIcon::Critical);
         return;
     }
@@ -103,9 +104,10 @@ void CaseChecks::ValidateCaseInput(bool saving) const
         session().StopFlag = false;
         return;
     }
-    const PromptAnswer answer = showMessage(QStringLiteral("The Section, Block and Lot info cannot be found.\n")
-            + QStringLiteral("If this is a new S-B-L, click 'Yes' to add this as a new record."),
-        QStringLiteral(" SBL not found"), PromptButtons::YesNo, PromptIcon::Critical);
+    const PromptAnswer answer
+        = showMessage(QStringLiteral("The Section, Block and Lot info cannot be found.\n")
+                + QStringLiteral("If this is a new S-B-L, click 'Yes' to add this as a new record."),
+            QStringLiteral(" SBL not found"), PromptButtons::YesNo, PromptIcon::Critical);
     if (answer != PromptAnswer::Yes) {
         session().StopFlag = true;
         return;
@@ -114,7 +116,8 @@ void CaseChecks::ValidateCaseInput(bool saving) const
         QString(), in.siteLocation, in.ownerName, m_form.boxText(13));
     if (!added.ok()) {
         session().StopFlag = true;
-        showMessage(added.description, QStringLiteral(" SBL not found"), PromptButtons::Ok, PromptIcon::Critical);
+        showMessage(
+            added.description, QStringLiteral(" SBL not found"), PromptButtons::Ok, PromptIcon::Critical);
         return;
     }
     CaseRecord::PostCaseToParcel(parcels, in, true);

@@ -84,7 +84,8 @@ QComboBox* CaseForm::makeList(
     if (!column.isEmpty()) {
         m_listColumns.insert(objectName, column);
         for (int place = 1; place <= m_map.count(); ++place) {
-            if (m_map.place(place).name == column && m_map.place(place).longest != store::ColumnMap::NoLimit) {
+            if (m_map.place(place).name == column
+                && m_map.place(place).longest != store::ColumnMap::NoLimit) {
                 list->lineEdit()->setMaxLength(std::max<int>(m_map.place(place).longest, 8));
             }
         }
@@ -93,7 +94,8 @@ QComboBox* CaseForm::makeList(
     return list;
 }
 
-QCheckBox* CaseForm::makeCheck(const QString& objectName, const QString& caption, const QString& column, QWidget* parent)
+QCheckBox* CaseForm::makeCheck(
+    const QString& objectName, const QString& caption, const QString& column, QWidget* parent)
 {
     auto* check = new QCheckBox(caption, parent);
     check->setObjectName(objectName);

@@ -36,9 +36,11 @@ public:
     QWidget* makeBox(int number, QWidget* parent, bool multiLine = false);
     // Makes a list with its placeholder and items; the text can be typed too,
     // up to the column's width.
-    QComboBox* makeList(const QString& objectName, const QString& column, const QStringList& items, QWidget* parent);
+    QComboBox* makeList(
+        const QString& objectName, const QString& column, const QStringList& items, QWidget* parent);
     // Makes a check box stored as "1" or "0" in its column.
-    QCheckBox* makeCheck(const QString& objectName, const QString& caption, const QString& column, QWidget* parent);
+    QCheckBox* makeCheck(
+        const QString& objectName, const QString& caption, const QString& column, QWidget* parent);
     // Makes a Public/Private pair; the column holds "1" for Private.
     QWidget* makeSource(const QString& name, const QString& column, QWidget* parent);
     QDateEdit* makeFileDate(QWidget* parent);
@@ -76,7 +78,6 @@ public:
     static void clearFileDateMark(); // a new run, as in tests
 
 private:
-
     const store::ColumnMap& m_map;
     QMap<int, int> m_longest;
     QMap<int, QWidget*> m_boxes;

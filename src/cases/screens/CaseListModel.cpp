@@ -1,8 +1,9 @@
 #include "cases/screens/CaseListModel.h"
 
 #include "cases/CaseStatus.h"
-#include <QDate>
 #include "store/Recordset.h"
+
+#include <QDate>
 
 namespace pvardo::cases {
 

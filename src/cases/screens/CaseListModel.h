@@ -2,7 +2,6 @@
 
 #include <QAbstractTableModel>
 #include <QString>
-
 #include <vector>
 
 namespace pvardo::store {

@@ -82,8 +82,10 @@ CaseTab::CaseTab(CaseForm& form, QWidget* parent)
         grid->addWidget(new QLabel(QString::fromLatin1(sblCaptions[i]), parcel), 0, i);
         grid->addWidget(form.makeBox(2 + i, parcel), 1, i);
     }
-    auto* sblLoc = new ui::XPButton(QStringLiteral("iSBLLoc"), QStringLiteral("..."), QStringLiteral(" Find specific SBL "), parcel);
-    auto* finda = new ui::XPButton(QStringLiteral("finda"), QStringLiteral("Find"), QStringLiteral(" Find Specific SBL  "), parcel);
+    auto* sblLoc = new ui::XPButton(
+        QStringLiteral("iSBLLoc"), QStringLiteral("..."), QStringLiteral(" Find specific SBL "), parcel);
+    auto* finda = new ui::XPButton(
+        QStringLiteral("finda"), QStringLiteral("Find"), QStringLiteral(" Find Specific SBL  "), parcel);
     grid->addWidget(sblLoc, 1, 5);
     grid->addWidget(finda, 1, 6);
     grid->addWidget(caption(QStringLiteral("Property Location:"), parcel), 2, 0);
@@ -121,8 +123,8 @@ CaseTab::CaseTab(CaseForm& form, QWidget* parent)
         partyGrid->addWidget(form.makeBox(boxes.telephone, group), 2, 1);
         partyGrid->addWidget(caption(QStringLiteral("E-mail:"), group), 2, 2);
         partyGrid->addWidget(form.makeBox(boxes.email, group), 2, 3);
-        partyGrid->addWidget(makeCopy(QString::fromLatin1(frame.copyName), QString::fromLatin1(frame.copyCaption),
-                                 frame.copyFrom, frame.first),
+        partyGrid->addWidget(makeCopy(QString::fromLatin1(frame.copyName),
+                                 QString::fromLatin1(frame.copyCaption), frame.copyFrom, frame.first),
             3, 1, 1, 3);
         partyGrid->setColumnStretch(1, 1);
         partyGrid->setColumnStretch(3, 1);

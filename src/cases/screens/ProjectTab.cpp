@@ -39,20 +39,23 @@ ProjectTab::ProjectTab(CaseForm& form, QWidget* parent)
     project->addWidget(caption(QStringLiteral("Project Name:"), this), 0, 0);
     project->addWidget(form.makeBox(69, this), 0, 1, 1, 3);
     project->addWidget(caption(QStringLiteral(" Select Type "), this), 1, 0);
-    project->addWidget(form.makeList(QStringLiteral("Combo1"), QStringLiteral("PBTYPE"),
-                           CaseLists::load(folder, QStringLiteral("\\zpt.txt"), CaseLists::typeItems()), this),
+    project->addWidget(
+        form.makeList(QStringLiteral("Combo1"), QStringLiteral("PBTYPE"),
+            CaseLists::load(folder, QStringLiteral("\\zpt.txt"), CaseLists::typeItems()), this),
         1, 1);
     project->addWidget(caption(QStringLiteral(" Select Proposed Use"), this), 1, 2);
     project->addWidget(form.makeList(QStringLiteral("Combo2"), QStringLiteral("PBUSE"),
                            CaseLists::load(folder, QStringLiteral("\\zpu.txt"), CaseLists::useItems()), this),
         1, 3);
     project->addWidget(caption(QStringLiteral(" Select Accesory Structure "), this), 2, 0);
-    project->addWidget(form.makeList(QStringLiteral("Combo3"), QStringLiteral("PBACC"),
-                           CaseLists::load(folder, QStringLiteral("\\zps.txt"), CaseLists::accessoryItems()), this),
+    project->addWidget(
+        form.makeList(QStringLiteral("Combo3"), QStringLiteral("PBACC"),
+            CaseLists::load(folder, QStringLiteral("\\zps.txt"), CaseLists::accessoryItems()), this),
         2, 1);
     project->addWidget(caption(QStringLiteral(" Select Current Zoning "), this), 2, 2);
-    project->addWidget(form.makeList(QStringLiteral("Combo4"), QStringLiteral("PBCURZONE"),
-                           CaseLists::load(folder, QStringLiteral("\\zpz.txt"), CaseLists::zoningItems()), this),
+    project->addWidget(
+        form.makeList(QStringLiteral("Combo4"), QStringLiteral("PBCURZONE"),
+            CaseLists::load(folder, QStringLiteral("\\zpz.txt"), CaseLists::zoningItems()), this),
         2, 3);
     project->addWidget(caption(QStringLiteral("Project Description:"), this), 3, 0);
     project->addWidget(form.makeBox(24, this, true), 3, 1, 1, 3);
@@ -76,11 +79,13 @@ ProjectTab::ProjectTab(CaseForm& form, QWidget* parent)
     grid->addWidget(form.makeBox(27, lot), 0, 3);
     auto* footprint = new QGroupBox(QStringLiteral(" Footprint Area "), lot);
     auto* footprintLayout = new QGridLayout(footprint);
-    footprintLayout->addWidget(new QLabel(QStringLiteral("Total area of buildings and accessory structures:"), footprint), 0, 0);
+    footprintLayout->addWidget(
+        new QLabel(QStringLiteral("Total area of buildings and accessory structures:"), footprint), 0, 0);
     footprintLayout->addWidget(form.makeBox(30, footprint), 0, 1);
     auto* improvement = new QGroupBox(QStringLiteral(" Improvement Area "), lot);
     auto* improvementLayout = new QGridLayout(improvement);
-    improvementLayout->addWidget(new QLabel(QStringLiteral("Total area of all man-made improvements:"), improvement), 0, 0);
+    improvementLayout->addWidget(
+        new QLabel(QStringLiteral("Total area of all man-made improvements:"), improvement), 0, 0);
     improvementLayout->addWidget(form.makeBox(34, improvement), 0, 1);
     grid->addWidget(footprint, 1, 0, 1, 4);
     grid->addWidget(improvement, 2, 0, 1, 4);
@@ -94,9 +99,10 @@ ProjectTab::ProjectTab(CaseForm& form, QWidget* parent)
     grid->addWidget(form.makeBox(32, lot), 4, 3);
     auto* calculator = new ui::XPButton(QStringLiteral("Image5"), QStringLiteral("Calculate"),
         QStringLiteral(" Calculate values for me "), lot);
-    auto* hint = new QLabel(QStringLiteral("If lot info was provided, these values can be auto calculated for you "
-                                           "by clicking the calculator icon"),
-        lot);
+    auto* hint
+        = new QLabel(QStringLiteral("If lot info was provided, these values can be auto calculated for you "
+                                    "by clicking the calculator icon"),
+            lot);
     hint->setWordWrap(true);
     grid->addWidget(calculator, 5, 0);
     grid->addWidget(hint, 5, 1, 1, 3);
@@ -106,14 +112,17 @@ ProjectTab::ProjectTab(CaseForm& form, QWidget* parent)
 
     auto* studies = new QGroupBox(QStringLiteral(" Studies "), this);
     auto* studiesLayout = new QGridLayout(studies);
-    studiesLayout->addWidget(form.makeCheck(QStringLiteral("Check3"),
-                                 QStringLiteral("Plans / Drawings submitted and on file"), QStringLiteral("PBSITEPLAN"), studies),
+    studiesLayout->addWidget(
+        form.makeCheck(QStringLiteral("Check3"), QStringLiteral("Plans / Drawings submitted and on file"),
+            QStringLiteral("PBSITEPLAN"), studies),
         0, 0);
-    studiesLayout->addWidget(form.makeCheck(QStringLiteral("Check4"), QStringLiteral("Environmental Studies Required"),
-                                 QStringLiteral("PBENVIRONSTUDY"), studies),
+    studiesLayout->addWidget(
+        form.makeCheck(QStringLiteral("Check4"), QStringLiteral("Environmental Studies Required"),
+            QStringLiteral("PBENVIRONSTUDY"), studies),
         0, 1);
-    studiesLayout->addWidget(form.makeCheck(QStringLiteral("Check5"), QStringLiteral("Traffic Studies Required"),
-                                 QStringLiteral("PBTRAFFICSTUDY"), studies),
+    studiesLayout->addWidget(
+        form.makeCheck(QStringLiteral("Check5"), QStringLiteral("Traffic Studies Required"),
+            QStringLiteral("PBTRAFFICSTUDY"), studies),
         0, 2);
     studiesLayout->addWidget(caption(QStringLiteral("General Notes:"), studies), 1, 0);
     studiesLayout->addWidget(form.makeBox(58, studies, true), 2, 0, 1, 3);
@@ -125,7 +134,9 @@ ProjectTab::ProjectTab(CaseForm& form, QWidget* parent)
     m_providers->setPlaceholderText(QStringLiteral("<select GIS provider>"));
     map->addWidget(caption(QStringLiteral("GIS Provider:"), this), 0, 0);
     map->addWidget(m_providers, 0, 1);
-    map->addWidget(new ui::XPButton(QStringLiteral("Image7"), QStringLiteral("Map"), QStringLiteral(" Map "), this), 0, 2);
+    map->addWidget(
+        new ui::XPButton(QStringLiteral("Image7"), QStringLiteral("Map"), QStringLiteral(" Map "), this), 0,
+        2);
     map->setColumnStretch(1, 1);
     layout->addLayout(map);
     layout->addStretch();

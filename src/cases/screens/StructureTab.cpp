@@ -22,8 +22,8 @@ QLabel* caption(const QString& text, QWidget* parent)
 }
 
 // Rows of captioned boxes, two to a line.
-void addBoxes(CaseForm& form, QGridLayout* grid, QWidget* parent, std::initializer_list<std::pair<const char*, int>> boxes,
-    int firstRow = 0)
+void addBoxes(CaseForm& form, QGridLayout* grid, QWidget* parent,
+    std::initializer_list<std::pair<const char*, int>> boxes, int firstRow = 0)
 {
     int index = 0;
     for (const auto& [text, number] : boxes) {
@@ -115,10 +115,12 @@ StructureTab::StructureTab(CaseForm& form, QWidget* parent)
     auto* alarms = new QWidget(districts);
     auto* alarmRow = new QHBoxLayout(alarms);
     alarmRow->setContentsMargins(0, 0, 0, 0);
-    alarmRow->addWidget(form.makeCheck(QStringLiteral("Check8"), QStringLiteral("Fire"), QStringLiteral("PBFALARM"), alarms));
-    alarmRow->addWidget(form.makeCheck(QStringLiteral("Check9"), QStringLiteral("Burglar"), QStringLiteral("PBBALARM"), alarms));
+    alarmRow->addWidget(
+        form.makeCheck(QStringLiteral("Check8"), QStringLiteral("Fire"), QStringLiteral("PBFALARM"), alarms));
     alarmRow->addWidget(form.makeCheck(
-        QStringLiteral("Check10"), QStringLiteral("None / Not Applicable"), QStringLiteral("PBSALARM"), alarms));
+        QStringLiteral("Check9"), QStringLiteral("Burglar"), QStringLiteral("PBBALARM"), alarms));
+    alarmRow->addWidget(form.makeCheck(QStringLiteral("Check10"), QStringLiteral("None / Not Applicable"),
+        QStringLiteral("PBSALARM"), alarms));
     alarmRow->addStretch();
     districtGrid->addWidget(alarms, 5, 0, 1, 4);
     districtGrid->setRowStretch(6, 1);

@@ -80,8 +80,8 @@ const QStringList EntryCommands{QStringLiteral("newr"), QStringLiteral("addr"), 
 // The commands the list hides while it shows.
 const QStringList DetailCommands{QStringLiteral("ILocate"), QStringLiteral("INew"), QStringLiteral("ISave"),
     QStringLiteral("IAdd"), QStringLiteral("IEdit"), QStringLiteral("iNote"), QStringLiteral("recinfod"),
-    QStringLiteral("ICancel"), QStringLiteral("IMoveFirst"), QStringLiteral("IMovePrev"), QStringLiteral("IMoveNext"),
-    QStringLiteral("IMoveLast")};
+    QStringLiteral("ICancel"), QStringLiteral("IMoveFirst"), QStringLiteral("IMovePrev"),
+    QStringLiteral("IMoveNext"), QStringLiteral("IMoveLast")};
 
 QString caseDatabasePath()
 {
@@ -141,20 +141,21 @@ ZPermits::ZPermits(QWidget* parent)
     buildKeys();
     registerModes();
 
-    connect(m_tabs, &QTabWidget::currentChanged, this, [this](int index) {
-        setCommandShown(QStringLiteral("iBrowse"), index == 0);
-    });
+    connect(m_tabs, &QTabWidget::currentChanged, this,
+        [this](int index) { setCommandShown(QStringLiteral("iBrowse"), index == 0); });
     connect(m_list, &CaseListView::picked, this, &ZPermits::pickFromList);
     connect(m_list, &CaseListView::sorted, this, &ZPermits::listSorted);
 
     resize(1040, 740);
+    loadMapProviders();
     openTable();
     applyUserRights();
 }
 
 ZPermits::~ZPermits() = default;
 
-ui::XPButton* ZPermits::addButton(const QString& name, const QString& caption, const QString& toolTip, QWidget* parent)
+ui::XPButton* ZPermits::addButton(
+    const QString& name, const QString& caption, const QString& toolTip, QWidget* parent)
 {
     auto* command = new ui::XPButton(name, caption, toolTip, parent);
     m_buttons.insert(name, command);
@@ -169,12 +170,14 @@ QWidget* ZPermits::buildLeftPane()
     layout->setContentsMargins(0, 0, 0, 0);
     for (const LeftPaneEntry& entry : LeftPane) {
         const QString screen = QString::fromLatin1(entry.screen);
-        auto* command = addButton(QString::fromLatin1(entry.button), QString::fromLatin1(entry.caption), QString(), pane);
+        auto* command = addButton(
+            QString::fromLatin1(entry.button), QString::fromLatin1(entry.caption), QString(), pane);
         layout->addWidget(command);
         connect(command, &QPushButton::clicked, this, [this, screen] { leftPaneButton(screen); });
     }
     layout->addStretch();
-    auto* erase = addButton(QStringLiteral("iDelete"), QStringLiteral("Delete"), QStringLiteral(" Delete "), pane);
+    auto* erase
+        = addButton(QStringLiteral("iDelete"), QStringLiteral("Delete"), QStringLiteral(" Delete "), pane);
     erase->hide(); // the administrator's hidden command: Control+U brings it into view
     layout->addWidget(erase);
     connect(erase, &QPushButton::clicked, this, &ZPermits::iDelete);
@@ -187,8 +190,10 @@ void ZPermits::buildCommands(QWidget* bar)
     auto* layout = new QVBoxLayout(bar);
     layout->setContentsMargins(0, 0, 0, 0);
     auto* moves = new QHBoxLayout;
-    auto* first = addButton(QStringLiteral("IMoveFirst"), QStringLiteral("|<"), QStringLiteral(" First "), bar);
-    auto* previous = addButton(QStringLiteral("IMovePrev"), QStringLiteral("<"), QStringLiteral(" Previous "), bar);
+    auto* first
+        = addButton(QStringLiteral("IMoveFirst"), QStringLiteral("|<"), QStringLiteral(" First "), bar);
+    auto* previous
+        = addButton(QStringLiteral("IMovePrev"), QStringLiteral("<"), QStringLiteral(" Previous "), bar);
     m_position = new QLabel(bar);
     m_position->setObjectName(QStringLiteral("recpos"));
     m_position->setAlignment(Qt::AlignCenter);
@@ -196,8 +201,8 @@ void ZPermits::buildCommands(QWidget* bar)
     auto* next = addButton(QStringLiteral("IMoveNext"), QStringLiteral(">"), QStringLiteral(" Next "), bar);
     auto* last = addButton(QStringLiteral("IMoveLast"), QStringLiteral(">|"), QStringLiteral(" Last "), bar);
     moves->addStretch();
-    for (QWidget* widget : {static_cast<QWidget*>(first), static_cast<QWidget*>(previous), static_cast<QWidget*>(m_position),
-             static_cast<QWidget*>(next), static_cast<QWidget*>(last)}) {
+    for (QWidget* widget : {static_cast<QWidget*>(first), static_cast<QWidget*>(previous),
+             static_cast<QWidget*>(m_position), static_cast<QWidget*>(next), static_cast<QWidget*>(last)}) {
         moves->addWidget(widget);
     }
     moves->addStretch();
@@ -308,7 +313,8 @@ void ZPermits::registerModes()
     }
     m_commands.addButton(button(QStringLiteral("IAdd")), {RecordMode::New});
     m_commands.addButton(button(QStringLiteral("ISave")), {RecordMode::Edit});
-    m_commands.addButton(button(QStringLiteral("ICancel")), {RecordMode::New, RecordMode::Edit, RecordMode::Find});
+    m_commands.addButton(
+        button(QStringLiteral("ICancel")), {RecordMode::New, RecordMode::Edit, RecordMode::Find});
 
     m_commands.addMenu(m_fileMenu, {RecordMode::Browse, RecordMode::Empty});
     m_commands.addMenu(m_reportsMenu, browseOnly);
@@ -361,7 +367,8 @@ bool ZPermits::readRows()
         if (m_rows->RecordCount() > 0) {
             m_rows->MoveLast();
             m_rows->MoveFirst();
-            found = m_rows->Find(QStringLiteral("[PBCASE] = '") + target + QLatin1Char('\'')).ok() && !m_rows->Eof();
+            found = m_rows->Find(QStringLiteral("[PBCASE] = '") + target + QLatin1Char('\'')).ok()
+                && !m_rows->Eof();
         }
         hop.clear();
         if (!found) {
@@ -418,8 +425,8 @@ void ZPermits::handleStoreError(const store::StoreStatus& status)
     }
     // Anything else (a file of another program, one another workstation
     // holds too long, a full disk): say what and keep the screen as it is.
-    showMessage(status.description + QStringLiteral("\n") + session().DatabaseLabel, QStringLiteral(" Projects"),
-        PromptButtons::Ok, PromptIcon::Critical);
+    showMessage(status.description + QStringLiteral("\n") + session().DatabaseLabel,
+        QStringLiteral(" Projects"), PromptButtons::Ok, PromptIcon::Critical);
 }
 
 void ZPermits::showRow()
@@ -634,12 +641,14 @@ void ZPermits::IAdd()
     CaseInputs in = m_form->inputs();
     const CaseChecks checks(*m_form, this);
     auto askDupe = [&checks] { return checks.askDupe(); };
-    const store::StoreStatus status = CaseRecord::insertCase(*m_rows, caseNumbering(), in,
+    const store::StoreStatus status = CaseRecord::insertCase(
+        *m_rows, caseNumbering(), in,
         [this](store::Recordset& row, const CaseInputs& inputs) { return fillRow(row, inputs); }, askDupe);
     ui::TaskFrm::close();
     if (!status.ok()) {
         if (status.number != store::StoreErrorNumber::DuplicateKey) {
-            showMessage(status.description, QStringLiteral(" Projects"), PromptButtons::Ok, PromptIcon::Critical);
+            showMessage(
+                status.description, QStringLiteral(" Projects"), PromptButtons::Ok, PromptIcon::Critical);
         }
         return;
     }
@@ -675,7 +684,8 @@ void ZPermits::ISave()
     if (!status.ok()) {
         ui::TaskFrm::close();
         if (status.number != store::StoreErrorNumber::DuplicateKey) {
-            showMessage(status.description, QStringLiteral(" Projects"), PromptButtons::Ok, PromptIcon::Critical);
+            showMessage(
+                status.description, QStringLiteral(" Projects"), PromptButtons::Ok, PromptIcon::Critical);
         }
         return; // still editing
     }
@@ -763,7 +773,8 @@ void ZPermits::iBrowse()
 {
     m_listShowing = !m_listShowing;
     m_stack->setCurrentIndex(m_listShowing ? 1 : 0);
-    button(QStringLiteral("iBrowse"))->setText(m_listShowing ? QStringLiteral("Detail") : QStringLiteral("List"));
+    button(QStringLiteral("iBrowse"))
+        ->setText(m_listShowing ? QStringLiteral("Detail") : QStringLiteral("List"));
     for (const QString& name : DetailCommands) {
         setCommandShown(name, !m_listShowing);
     }
@@ -884,7 +895,8 @@ void ZPermits::leftPaneButton(const QString& screenName)
         return; // iParcel has no action here
     }
     if (screenName != QLatin1String("checklist") && (!m_rows || store::dbisempty(*m_rows))) {
-        showMessage(QStringLiteral("You have no case or no case selected. All selections on the left pane  \n")
+        showMessage(
+            QStringLiteral("You have no case or no case selected. All selections on the left pane  \n")
                 + QStringLiteral("are related to the currently displayed case record."),
             QStringLiteral(" No current case "), PromptButtons::Ok, PromptIcon::Critical);
         session().StopFlag = true;
@@ -902,7 +914,8 @@ void ZPermits::pickFromList(const QString& caseNumber)
         return;
     }
     m_rows->MoveFirst();
-    if (!m_rows->Find(QStringLiteral("[PBCASE] = '") + caseNumber + QLatin1Char('\'')).ok() || m_rows->Eof()) {
+    if (!m_rows->Find(QStringLiteral("[PBCASE] = '") + caseNumber + QLatin1Char('\'')).ok()
+        || m_rows->Eof()) {
         QApplication::beep();
         m_rows->MoveFirst();
     }

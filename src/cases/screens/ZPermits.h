@@ -6,7 +6,6 @@
 
 #include <QHash>
 #include <QMainWindow>
-
 #include <functional>
 #include <memory>
 
@@ -108,7 +107,8 @@ private:
     QWidget* buildLeftPane();
     void buildMenus();
     void buildKeys();
-    ui::XPButton* addButton(const QString& name, const QString& caption, const QString& toolTip, QWidget* parent);
+    ui::XPButton* addButton(
+        const QString& name, const QString& caption, const QString& toolTip, QWidget* parent);
     ui::XPButton* button(const QString& name) const { return m_buttons.value(name); }
     void registerModes();
 
