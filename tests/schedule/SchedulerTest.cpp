@@ -512,6 +512,16 @@ TEST_F(SchedulerTest, AMissingMeetingFileFallsBackToTheProgramFolder)
     click("IAdd");
     EXPECT_EQ(storedMeetings(path).size(), 1);
     EXPECT_FALSE(QFile::exists(elsewhere + q("/meeting.db")));
+
+    // The preferences point at a folder that has one: the next load reads it.
+    const QString moved = installation.path(q("moved"));
+    QDir().mkpath(moved);
+    ASSERT_TRUE(QFile::copy(path, moved + q("/meeting.db")));
+    session().DatabaseFolder = moved;
+    chooseMonth(4);
+    EXPECT_EQ(QFileInfo(dashboard->databasePath()), QFileInfo(moved + q("/meeting.db")));
+    chooseMonth(3);
+    EXPECT_EQ(listed().size(), 1);
 }
 
 TEST_F(SchedulerTest, ABrokenMeetingFileIsReportedAndNothingIsLost)

@@ -35,6 +35,7 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QShortcut>
+#include <QShowEvent>
 #include <QStatusBar>
 #include <QTextEdit>
 #include <QTreeWidget>
@@ -88,6 +89,7 @@ QPushButton#iPlaning:disabled { background: #9fb7d3; color: #eef3f9; }
 
 Scheduler::Scheduler(QWidget* parent)
     : QMainWindow(parent)
+    , m_databaseFolder(session().DatabaseFolder)
     , m_table(session().DatabaseFolder, session().ProgramFolder)
 {
     setObjectName(QStringLiteral("scheduler"));
@@ -418,6 +420,11 @@ void Scheduler::yearChosen()
 void Scheduler::reloadMonth(bool afterChange)
 {
     m_grid.build(m_calendar->CalYear(), m_calendar->CalMonth());
+    // The preferences may have moved the databases since the last load.
+    if (session().DatabaseFolder != m_databaseFolder) {
+        m_databaseFolder = session().DatabaseFolder;
+        m_table = MeetingTable(m_databaseFolder, session().ProgramFolder);
+    }
     setHourglass();
     const store::StoreStatus opened = m_table.open(m_calendar->date().toString(QStringLiteral("yyyy")));
     if (!opened.ok()) {
@@ -731,6 +738,14 @@ bool Scheduler::event(QEvent* event)
         m_list->setFocus();
     }
     return QMainWindow::event(event);
+}
+
+void Scheduler::showEvent(QShowEvent* event)
+{
+    // The log-on, or a change of user, may have changed the rights since the
+    // dashboard was last shown.
+    applyUserRights();
+    QMainWindow::showEvent(event);
 }
 
 void Scheduler::revealDelete()

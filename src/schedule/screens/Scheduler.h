@@ -87,6 +87,7 @@ public slots:
 
 protected:
     bool event(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -119,6 +120,7 @@ private:
     QString monthName(int month) const;
     void setWindowWidthTwips(int twips);
 
+    QString m_databaseFolder; // the session's database folder the table was made for
     MeetingTable m_table;
     std::unique_ptr<MonthEvents> m_events;
     MonthGrid m_grid;
