@@ -46,6 +46,7 @@ TEST(DemoEntry, DocumentedLogOnReachesTheMainWindowAndLevelsSwitchTheAdminMenu)
     ASSERT_TRUE(demo.make()) << demo.failures().join(QLatin1Char('\n')).toStdString();
     admin::UserList users = *admin::UserList::read(home + QStringLiteral("/Users.Set"));
     users.entries.append({QStringLiteral("PLANNER"), QStringLiteral("MAPS"), QStringLiteral("MEMBER")});
+    users.entries.append({QStringLiteral("VISITOR"), QStringLiteral("look"), QStringLiteral("USER")});
     ASSERT_TRUE(users.write(home + QStringLiteral("/Users.Set")));
 
     const struct
@@ -53,7 +54,9 @@ TEST(DemoEntry, DocumentedLogOnReachesTheMainWindowAndLevelsSwitchTheAdminMenu)
         const char* name;
         const char* password;
         bool adminMenu;
-    } cases[] = {{"admin", "planning", true}, {"Planner", "maps", false}};
+        bool readOnly;
+    } cases[] = {{"admin", "planning", true, false}, {"Planner", "maps", false, false},
+        {"visitor", "LOOK", false, true}};
     for (const auto& c : cases) {
         resetSession();
         scriptedPrompts().clear();
@@ -76,6 +79,18 @@ TEST(DemoEntry, DocumentedLogOnReachesTheMainWindowAndLevelsSwitchTheAdminMenu)
         ASSERT_NE(adminMenu, nullptr);
         EXPECT_EQ(adminMenu->menuAction()->isVisible(), c.adminMenu) << c.name;
         EXPECT_EQ(session().IsAdmin, c.adminMenu);
-        EXPECT_FALSE(session().ReadOnlyUser);
+        EXPECT_EQ(session().ReadOnlyUser, c.readOnly) << c.name;
+        // Entry on the main window is off for a read-only user.
+        auto* newMeeting = window->findChild<QPushButton*>(QStringLiteral("INew"));
+        ASSERT_NE(newMeeting, nullptr);
+        EXPECT_EQ(newMeeting->isEnabled(), !c.readOnly) << c.name;
+        // Control+U brings the hidden delete command out for administrators only.
+        auto* erase = window->findChild<QPushButton*>(QStringLiteral("iDelete"));
+        ASSERT_NE(erase, nullptr);
+        EXPECT_TRUE(erase->isHidden());
+        window->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+        QTest::keyClick(window, Qt::Key_U, Qt::ControlModifier);
+        EXPECT_EQ(erase->isHidden(), !c.adminMenu) << c.name;
     }
 }
