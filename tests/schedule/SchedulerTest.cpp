@@ -729,3 +729,23 @@ TEST_F(SchedulerTest, Screenshots)
         EXPECT_TRUE(wide.save(folder + q("/dashboard-meeting-editor.png")));
     }
 }
+
+TEST_F(SchedulerTest, CopyAndPasteWorkOnTheActiveBox)
+{
+    open();
+    newMeeting("Special hearing");
+    QLineEdit* name = child<QLineEdit>("Text2");
+    name->setFocus();
+    name->selectAll();
+    child<QAction>("mcopy")->trigger();
+    QLineEdit* room = child<QLineEdit>("Text1");
+    room->setFocus();
+    child<QAction>("mpaste")->trigger();
+    EXPECT_EQ(room->text(), q("Special hearing"));
+
+    // A locked box takes nothing.
+    click("ICancel");
+    room->setFocus();
+    child<QAction>("mpaste")->trigger();
+    EXPECT_TRUE(room->text().isEmpty());
+}
