@@ -361,3 +361,30 @@ TEST(hasVARDO, ContinueSharesAndCancelDoesNot)
         EXPECT_EQ(askShareParcelStore(nullptr), go);
     }
 }
+
+TEST(UserMgr, UsersPastTwentyAndDamagedLinesAreToldOrKept)
+{
+    UsersFixture fixture(listWith(22));
+    session().UserLevel = QStringLiteral("ADMIN");
+    // The list on screen stops at 20; Done writes the two beyond it back.
+    scriptedPrompts().onDialog(QStringLiteral("UserMgr"), [](QDialog& dialog) {
+        selectRow(static_cast<UserMgr&>(dialog), 5);
+        click(dialog, "Command2");
+        click(dialog, "Command3");
+        return dialog.result();
+    });
+    showUserManager(nullptr);
+    const QList<UserEntry> written = fixture.onDisk();
+    ASSERT_EQ(written.size(), 22);
+    EXPECT_EQ(written.last().name, QStringLiteral("MEMBER22"));
+    EXPECT_TRUE(scriptedPrompts().shown().isEmpty());
+
+    // A line the reader cannot split into three is named before the list opens.
+    QFile file(fixture.file);
+    ASSERT_TRUE(file.open(QIODevice::Append));
+    file.write("a,b,c,d\n");
+    file.close();
+    showUserManager(nullptr);
+    ASSERT_EQ(scriptedPrompts().shown().size(), 1);
+    EXPECT_TRUE(scriptedPrompts().shown().first().text.contains(QLatin1String("damaged")));
+}

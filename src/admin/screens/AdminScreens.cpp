@@ -8,12 +8,31 @@
 
 namespace pvardo::admin {
 
-void showUserManager(QWidget* parent)
+namespace {
+
+// Gives false, after telling the user, when the list cannot be worked on.
+bool usable(const UserMgr& screen)
 {
-    UserMgr screen(session().ProgramFolder, parent);
     if (!screen.loaded()) {
         showMessage(
             screen.loadError(), QStringLiteral(" User list"), PromptButtons::Ok, PromptIcon::Exclamation);
+        return false;
+    }
+    if (!screen.unreadableLines().isEmpty()) {
+        showMessage(QStringLiteral("The user list is damaged: ")
+                + screen.unreadableLines().join(QStringLiteral("; "))
+                + QStringLiteral(".\n\nThese lines are left out when the list is written."),
+            QStringLiteral(" User list"), PromptButtons::Ok, PromptIcon::Exclamation);
+    }
+    return true;
+}
+
+} // namespace
+
+void showUserManager(QWidget* parent)
+{
+    UserMgr screen(session().ProgramFolder, parent);
+    if (!usable(screen)) {
         return;
     }
     prompts().exec(screen);
@@ -22,9 +41,7 @@ void showUserManager(QWidget* parent)
 void showChangePassword(QWidget* parent)
 {
     UserMgr screen(session().ProgramFolder, parent);
-    if (!screen.loaded()) {
-        showMessage(
-            screen.loadError(), QStringLiteral(" User list"), PromptButtons::Ok, PromptIcon::Exclamation);
+    if (!usable(screen)) {
         return;
     }
     const int row = session().UserIndex;

@@ -61,10 +61,11 @@ UserMgr::UserMgr(const QString& programFolder, QWidget* parent)
     connect(m_list, &QTreeWidget::itemDoubleClicked, this, &UserMgr::Command5_Click);
 
     // The file is read afresh: another administrator may have changed it.
-    std::optional<UserList> users = UserList::read(usersFile(m_programFolder), &m_loadError);
+    std::optional<UserList> users = UserList::read(usersFile(m_programFolder), &m_loadError, &m_unreadable);
     if (users) {
         m_loaded = true;
         m_rows = users->entries.mid(0, maxUsersOnScreen);
+        m_beyondScreen = users->entries.mid(maxUsersOnScreen);
     } else {
         m_loadError = QStringLiteral("The user list cannot be read: ") + m_loadError;
     }
@@ -156,7 +157,7 @@ void UserMgr::Command5_Click()
 bool UserMgr::writeList()
 {
     UserList users;
-    users.entries = m_rows;
+    users.entries = m_rows + m_beyondScreen;
     QString error;
     if (!users.write(usersFile(m_programFolder), &error)) {
         showMessage(QStringLiteral("The user list ") + QDir::toNativeSeparators(usersFile(m_programFolder))

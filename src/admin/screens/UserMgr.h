@@ -23,6 +23,8 @@ public:
 
     bool loaded() const { return m_loaded; }
     QString loadError() const { return m_loadError; }
+    // Lines of the file that could not be read; a write leaves them out.
+    const QStringList& unreadableLines() const { return m_unreadable; }
     const QList<UserEntry>& rows() const { return m_rows; }
 
     // The commands of the buttons.
@@ -45,6 +47,9 @@ private:
 
     QString m_programFolder;
     QList<UserEntry> m_rows;
+    // Users past the 20 on screen: not shown, written back as they were.
+    QList<UserEntry> m_beyondScreen;
+    QStringList m_unreadable;
     bool m_loaded = false;
     QString m_loadError;
     QTreeWidget* m_list;
