@@ -510,3 +510,28 @@ TEST_F(CaseScreenTest, TabOrderFollowsTheForm)
         EXPECT_EQ(widget->objectName(), q(next));
     }
 }
+
+TEST_F(CaseScreenTest, ADamagedCaseFileIsReportedAndNothingIsLost)
+{
+    seedCase(q("12-200"));
+    QFile file(casePath);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray original = file.readAll();
+    file.close();
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write("this is not a database file, but a letter someone saved over it");
+    file.close();
+    open();
+    ASSERT_FALSE(prompts().shown().isEmpty());
+    EXPECT_EQ(lastTitle(), q(" Projects"));
+    EXPECT_TRUE(lastText().contains(casePath));
+    EXPECT_EQ(screen->mode(), RecordMode::Empty);
+    EXPECT_FALSE(on("IEdit"));
+    click("ifees");
+    EXPECT_EQ(lastTitle(), q(" No current case "));
+    screen.reset();
+    // The file is left as it was found.
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), QByteArray("this is not a database file, but a letter someone saved over it"));
+    EXPECT_FALSE(original.isEmpty());
+}

@@ -427,6 +427,11 @@ void ZPermits::handleStoreError(const store::StoreStatus& status)
     // holds too long, a full disk): say what and keep the screen as it is.
     showMessage(status.description + QStringLiteral("\n") + session().DatabaseLabel,
         QStringLiteral(" Projects"), PromptButtons::Ok, PromptIcon::Critical);
+    if (!m_rows) {
+        m_form->clear();
+        m_list->model()->setRows({});
+        enterMode(RecordMode::Empty);
+    }
 }
 
 void ZPermits::showRow()

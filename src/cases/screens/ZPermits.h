@@ -6,6 +6,7 @@
 
 #include <QHash>
 #include <QMainWindow>
+#include <QPoint>
 #include <functional>
 #include <memory>
 
@@ -92,6 +93,9 @@ public:
     // the program's main sets it once those screens exist.
     using SubRecordOpener = std::function<void(const QString& screenName, ZPermits& caseScreen)>;
     void setSubRecordOpener(SubRecordOpener opener) { m_opener = std::move(opener); }
+    // Where a sub-record screen opens: 1760 twips right of and 320 below the
+    // case screen's corner.
+    QPoint subRecordPlace() const { return pos() + QPoint(1760 / 15, 320 / 15); }
 
 signals:
     // The screen closes: the dashboard shows itself again.
