@@ -1,5 +1,6 @@
 #include "schedule/screens/Scheduler.h"
 
+#include "app/screens/WidgetStartupHost.h"
 #include "common/ProgramEnd.h"
 #include "common/Session.h"
 #include "schedule/MeetingTable.h"
@@ -748,4 +749,23 @@ TEST_F(SchedulerTest, CopyAndPasteWorkOnTheActiveBox)
     room->setFocus();
     child<QAction>("mpaste")->trigger();
     EXPECT_TRUE(room->text().isEmpty());
+}
+
+// After start-up the program's main window is the dashboard, with the screens
+// of the rest of the program on its buttons and menus.
+TEST_F(SchedulerTest, StartUpEndsOnTheDashboard)
+{
+    app::WidgetStartupHost host;
+    host.showMainWindow();
+    Scheduler* main = host.mainWindow();
+    ASSERT_TRUE(main);
+    EXPECT_TRUE(main->isVisible());
+    EXPECT_EQ(main->objectName(), q("scheduler"));
+    EXPECT_EQ(main->findChild<QLabel*>(q("Label2"))->text(),
+        QLocale(QLocale::English).monthName(QDate::currentDate().month()) + QLatin1Char(' ')
+            + QString::number(QDate::currentDate().year()));
+    EXPECT_TRUE(main->findChild<QPushButton*>(q("iPlaning"))->isEnabled());
+    for (const char* entry : {"planningb", "About", "usermanage", "changepsw"}) {
+        EXPECT_TRUE(main->findChild<QAction*>(q(entry))->isEnabled()) << entry;
+    }
 }
