@@ -731,11 +731,14 @@ bool Scheduler::event(QEvent* event)
 {
     if (event->type() == QEvent::WindowActivate && m_loaded) {
         session().ScreenCode = 1;
-        // The record shown is read again, unless the clerk is typing one.
-        if (m_state == EditState::Browse && !m_currentKey.isEmpty()) {
-            showRecord(m_currentKey, false);
+        // The record shown is read again and the list takes the keys, unless
+        // the clerk is typing a meeting (a message box was just answered).
+        if (m_state == EditState::Browse) {
+            if (!m_currentKey.isEmpty()) {
+                showRecord(m_currentKey, false);
+            }
+            m_list->setFocus();
         }
-        m_list->setFocus();
     }
     return QMainWindow::event(event);
 }
