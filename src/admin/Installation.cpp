@@ -1,6 +1,7 @@
 #include "admin/Installation.h"
 
 #include "admin/UserList.h"
+#include "common/Settings.h"
 #include "common/TextFiles.h"
 #include "store/Catalogue.h"
 
@@ -39,18 +40,8 @@ QString Installation::path(const QString& relative) const
 
 QStringList Installation::defaultSettingsLines(const QString& databaseFolder)
 {
-    return {databaseFolder,
-        QString(), // municipality name
-        QString(), // address
-        QString(), // city
-        QString(), // state
-        QString(), // zip
-        QString(), // phone
-        QStringLiteral("0"), // backup: ask on exit
-        QStringLiteral("False"), // parcel store not shared
-        QStringLiteral("12"), QStringLiteral("Times New Roman"),
-        QStringLiteral("NYS Fire Prevention & Bldg Code"), QStringLiteral("Building and Zoning Codes"),
-        QStringLiteral("0")};
+    // Backup asked on exit, the parcel store not shared.
+    return Settings::defaultLines(databaseFolder, false);
 }
 
 QByteArray Installation::emptyHeaderRtf()
