@@ -7,6 +7,7 @@
 #include <QDialog>
 #include <QFile>
 #include <QHeaderView>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QTest>
 #include <QTreeView>
@@ -534,4 +535,48 @@ TEST_F(CaseScreenTest, ADamagedCaseFileIsReportedAndNothingIsLost)
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(file.readAll(), QByteArray("this is not a database file, but a letter someone saved over it"));
     EXPECT_FALSE(original.isEmpty());
+}
+
+TEST_F(CaseScreenTest, TheNotepadShowsAndKeepsTheParcelsNote)
+{
+    seedParcel(q("12-0-0-1-5-0-0-0"));
+    seedCase(q("12-200"), {{q("SEC"), q("12")}, {q("BLK"), q("1")}, {q("LOT"), q("5")}});
+    seedCase(q("12-201"), {{q("SEC"), q("99")}, {q("BLK"), q("1")}, {q("LOT"), q("5")}});
+    open();
+    bool editing = false;
+    prompts().onDialog(q("Postit"), [&editing](QDialog& dialog) {
+        auto* note = dialog.findChild<QPlainTextEdit*>(q("txtNote"));
+        editing = !note->isReadOnly(); // an empty note opens for typing at once
+        note->setPlainText(q("septic failed 2011"));
+        return int(QDialog::Accepted);
+    });
+    click("iNote");
+    EXPECT_TRUE(editing);
+    EXPECT_EQ(parcelOnDisk(q("12-0-0-1-5-0-0-0"))->text(q("NOTES")), q("septic failed 2011"));
+
+    click("IMoveNext");
+    click("iNote");
+    EXPECT_EQ(lastTitle(), q(" SBL not found"));
+    EXPECT_EQ(lastText(),
+        q("The Section, Block and Lot info cannot be found.\nPlease ensure the S-B-L format is followed"));
+}
+
+TEST_F(CaseScreenTest, MenusFollowTheModes)
+{
+    seedCase(q("12-200"));
+    open();
+    auto* file = find<QMenu>("mnuFile");
+    auto* reports = find<QMenu>("mnuReports");
+    auto* help = find<QMenu>("mnuHelp");
+    EXPECT_TRUE(file->isEnabled() && reports->isEnabled() && help->isEnabled());
+    EXPECT_FALSE(find<QAction>("addr")->isEnabled());
+    EXPECT_FALSE(find<QAction>("saver")->isEnabled());
+    click("IEdit");
+    EXPECT_FALSE(file->isEnabled() || reports->isEnabled() || help->isEnabled());
+    EXPECT_FALSE(on("IMoveNext"));
+    click("ICancel");
+    click("ILocate");
+    EXPECT_FALSE(file->isEnabled() || reports->isEnabled());
+    EXPECT_TRUE(help->isEnabled());
+    EXPECT_EQ(label("recpos"), q("enter data"));
 }
