@@ -44,6 +44,15 @@ store::StoreStatus MeetingTable::open(const QString& year)
     return store::StoreStatus::success();
 }
 
+store::StoreStatus MeetingTable::requery()
+{
+    if (!m_rows) {
+        return store::StoreStatus::failure(store::StoreErrorNumber::DatabaseNotFound,
+            QStringLiteral("DB ") + m_path + QStringLiteral(" not found."));
+    }
+    return m_rows->Requery();
+}
+
 bool MeetingTable::findKey(const QString& key)
 {
     if (!m_rows || key.trimmed().isEmpty()) {

@@ -39,6 +39,9 @@ public:
     bool isOpen() const { return m_rows != nullptr; }
     store::Recordset* rows() const { return m_rows.get(); }
 
+    // Reads the rows again, with what other workstations wrote meanwhile.
+    store::StoreStatus requery();
+
     // Stands on the meeting with this key, looked for from the first row;
     // false when it is not among the rows.
     bool findKey(const QString& key);

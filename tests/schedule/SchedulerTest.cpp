@@ -11,6 +11,7 @@
 #include "support/TestInstallation.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
@@ -768,4 +769,30 @@ TEST_F(SchedulerTest, StartUpEndsOnTheDashboard)
     for (const char* entry : {"planningb", "About", "usermanage", "changepsw"}) {
         EXPECT_TRUE(main->findChild<QAction*>(q(entry))->isEnabled()) << entry;
     }
+}
+
+TEST_F(SchedulerTest, ComingToTheFrontReadsTheShownMeetingAgain)
+{
+    open();
+    newMeeting("Hearing");
+    click("IAdd");
+    // Another workstation renames the meeting meanwhile.
+    {
+        store::StoreStatus status;
+        auto rows = store::openRecordsetAt(path, q("Select * from MEETING"), &status);
+        ASSERT_TRUE(rows);
+        ASSERT_TRUE(rows->setValue(q("MNAME"), q("Public hearing")).ok());
+        ASSERT_TRUE(rows->Update().ok());
+    }
+    session().ScreenCode = 0;
+    QEvent activate(QEvent::WindowActivate);
+    QApplication::sendEvent(dashboard.get(), &activate);
+    EXPECT_EQ(session().ScreenCode, 1);
+    EXPECT_EQ(child<QLineEdit>("Text2")->text(), q("Public hearing"));
+
+    // Not while the clerk is typing.
+    click("IEdit");
+    type("Text2", q("Typed"));
+    QApplication::sendEvent(dashboard.get(), &activate);
+    EXPECT_EQ(child<QLineEdit>("Text2")->text(), q("Typed"));
 }

@@ -734,7 +734,7 @@ bool Scheduler::event(QEvent* event)
         // The record shown is read again and the list takes the keys, unless
         // the clerk is typing a meeting (a message box was just answered).
         if (m_state == EditState::Browse) {
-            if (!m_currentKey.isEmpty()) {
+            if (!m_currentKey.isEmpty() && m_table.requery().ok()) {
                 showRecord(m_currentKey, false);
             }
             m_list->setFocus();
