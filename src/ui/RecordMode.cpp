@@ -98,9 +98,6 @@ void RecordModeCommands::apply(RecordMode mode) const
             entry.menu->menuAction()->setEnabled(on);
         } else if (entry.action) {
             entry.action->setEnabled(on);
-            if (forbidden) {
-                entry.action->setVisible(false);
-            }
         }
     }
 }

@@ -37,7 +37,8 @@ public:
     // Registers a menu or a menu item the same way.
     void addMenu(QMenu* menu, QList<RecordMode> modes);
     void addAction(QAction* action, QList<RecordMode> modes);
-    // Keeps a registered command off whatever the mode, and hides a button.
+    // Keeps a registered command off whatever the mode; a button is hidden
+    // too, a menu item only switched off.
     void forbid(const QString& objectName, bool forbidden);
 
     void apply(RecordMode mode) const;
