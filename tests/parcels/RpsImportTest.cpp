@@ -304,6 +304,23 @@ TEST_F(RpsImportTest, BadFilesImportNothing)
     EXPECT_FALSE(QFile::exists(joinPath(installation.databaseFolder(), q("\\imported.txt"))));
 }
 
+TEST_F(RpsImportTest, OverlongLinesAndALastLineWithoutItsEnd)
+{
+    // A "line" of 100 KiB ending in 14 is passed over without being held; the
+    // record after it and a last record without a line end are read.
+    const QByteArray overlong = QByteArray(100 * 1024, 'A') + "14\n";
+    const QByteArray bytes = overlong + rpsLine(q("134201"), q("1-2-3")).toLatin1() + "\r\n"
+        + rpsLine(q("134201"), q("4-5-6")).toLatin1();
+    const QString path = installation.path(q("long.txt"));
+    writeFile(path, bytes);
+    const RpsImportResult analysis = RpsImport(path).ImportIn(1);
+    EXPECT_EQ(analysis.lines, 3);
+    EXPECT_EQ(analysis.skippedOtherType, 1);
+    EXPECT_EQ(analysis.processed, 2);
+    EXPECT_EQ(analysis.bytesRead, bytes.size() - 3);
+    EXPECT_EQ(analysis.preview.sbl, q("4-5-6"));
+}
+
 TEST_F(RpsImportTest, MissingFileGivesAMessage)
 {
     RpsImport import(installation.path(q("no-such-file.txt")));
