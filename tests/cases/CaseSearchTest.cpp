@@ -3,8 +3,10 @@
 #include "cases/LotFigures.h"
 #include "ui/RecordMode.h"
 
+#include <QApplication>
 #include <QDateEdit>
 #include <QMap>
+#include <QTest>
 
 using namespace pvardo;
 using namespace pvardo::test;
@@ -200,4 +202,18 @@ TEST_F(CaseScreenTest, TheListsComeFromTheOfficesFiles)
     EXPECT_EQ(types->currentText(), q("<select>"));
     EXPECT_EQ(find<QComboBox>("Combo2")->count(), 19);
     EXPECT_EQ(find<QComboBox>("Combo10")->count(), 7);
+    EXPECT_EQ(find<QComboBox>("Combo9")->count(), 0);
+
+    // The map providers: a count, a line not read, then name and address;
+    // a blank name is left out. Control+G reads the file again.
+    ASSERT_TRUE(replaceTextLines(joinPath(installation.databaseFolder(), q("\\GIS.txt")),
+        {q("3"), q("Providers"), q("County GIS"), q("https://gis.example.org"), q("  "), q("https://x"),
+            q("State Parcels"), q("https://parcels.example.org")}));
+    screen->show();
+    QApplication::setActiveWindow(screen.get());
+    QTest::keyClick(screen.get(), Qt::Key_G, Qt::ControlModifier);
+    auto* providers = find<QComboBox>("Combo9");
+    ASSERT_EQ(providers->count(), 2);
+    EXPECT_EQ(providers->itemText(1), q("State Parcels"));
+    EXPECT_EQ(providers->itemData(0).toString(), q("https://gis.example.org"));
 }
