@@ -97,6 +97,9 @@ private:
     StoreStatus loadColumns();
     // Runs one statement that writes, with its values.
     StoreStatus runWrite(const QString& sql, const QVariantList& binds, const QString& what);
+    StoreStatus runWrite(sqlite3_stmt* statement, const QVariantList& binds, const QString& what);
+    sqlite3_stmt* writeStatement(bool insert);
+    sqlite3_stmt* keyLookup(const QString& criteria);
     StoreStatus runKeysetQuery();
     StoreStatus fail(long long number, const QString& description);
     StoreStatus sqliteFailure(int code, const QString& what);
@@ -136,6 +139,8 @@ private:
     qsizetype m_posBeforeNew = -1;
 
     QHash<QString, sqlite3_stmt*> m_statements;
+    QHash<QByteArray, sqlite3_stmt*> m_writeStatements; // by column set; owned by m_statements
+    QHash<int, sqlite3_stmt*> m_keyLookups;             // by column; owned by m_statements
     // The columns asked for so far. Rows are read in windows of these columns
     // for the rows around the current one, in one statement: each statement
     // takes and drops the file's lock, and that, not the reading, is what a

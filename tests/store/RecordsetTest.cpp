@@ -195,6 +195,12 @@ TEST_F(RecordsetTest, FindLooksForwardFromTheCurrentRow)
     rows->MoveFirst();
     rows->Find(QStringLiteral("[PBCASE] = '12-9'"));
     EXPECT_TRUE(rows->Eof());
+    rows->MoveFirst();
+    ASSERT_TRUE(rows->Find(QStringLiteral("[pbcase]='12-2'")).ok()); // keys compare without regard to case
+    EXPECT_EQ(rows->AbsolutePosition(), 2);
+    rows->MoveFirst();
+    rows->Find(QStringLiteral("[PBCASE] = '12-2' or [PBCASE] = '12-3'"));
+    EXPECT_EQ(rows->AbsolutePosition(), 2);
     EXPECT_EQ(rows->Find(QStringLiteral("[PBCASE] = 'O'Brien'")).number, StoreErrorNumber::BadSql);
 
     auto fees = open(m_fees, QStringLiteral("Select * from PBFEES order by SEQ"));
