@@ -371,6 +371,9 @@ private:
     }
 
     Group& group() { return m_groups.back(); }
+    // The current paragraph belongs in a table (unless the file has used up
+    // its tables).
+    bool inTable() const { return group().para.inTable && !m_tablesExhausted; }
     const Group& group() const { return m_groups.back(); }
 
     void handleControlWord(const Token& token);
@@ -458,6 +461,8 @@ private:
     bool m_cellAdvance = false; // a cell mark was met: the next content goes to the next cell
     std::vector<RowDef> m_tableRows;
     int m_cellCount = 0;
+    int m_tableCount = 0;
+    bool m_tablesExhausted = false;
 
     // Pictures
     PictureState m_picture;
@@ -485,6 +490,12 @@ RtfReadResult RtfReader::read()
         m_result.problem = QStringLiteral("The file is not an RTF document.");
         return m_result;
     }
+
+    // One edit block for the whole file: inside it Qt neither lays out nor
+    // measures the paragraph after each insertion, which would make a long
+    // paragraph of many short runs cost the square of its length.
+    QTextCursor editBlock(&m_document);
+    editBlock.beginEditBlock();
 
     m_colors.append(QColor()); // entry 0 stays "auto" until the table says otherwise
     bool started = false;
@@ -621,6 +632,7 @@ RtfReadResult RtfReader::read()
             }
         }
     }
+    editBlock.endEditBlock();
     setDocumentPaper(m_document, m_paper);
     m_document.setUndoRedoEnabled(true);
     m_document.setModified(false);
@@ -970,11 +982,8 @@ bool RtfReader::handleParagraphWord(const QByteArray& word, bool has, int value)
         return true;
     }
     if (word == "par") {
-        if (para.inTable && m_table == nullptr && !m_blockHasContent) {
-            // An empty paragraph in a table opens the table's cell all the same.
-            enterTableCell();
-        } else if (para.inTable) {
-            enterTableCell();
+        if (inTable()) {
+            enterTableCell(); // an empty paragraph in a table opens its cell all the same
         } else if (m_table) {
             closeTable();
             if (!m_blockHasContent && m_run.isEmpty()) {
@@ -987,14 +996,14 @@ bool RtfReader::handleParagraphWord(const QByteArray& word, bool has, int value)
         return true;
     }
     if (word == "sect") {
-        if (!para.inTable && m_table) {
+        if (!inTable() && m_table) {
             closeTable();
         }
         endParagraph();
         return true;
     }
     if (word == "page") {
-        if (!para.inTable && m_table) {
+        if (!inTable() && m_table) {
             closeTable();
         }
         if (m_blockHasContent || !m_run.isEmpty()) {
@@ -1147,7 +1156,7 @@ bool RtfReader::handleTableWord(const QByteArray& word, bool has, int value)
         return true;
     }
     if (word == "cell" || word == "nestcell") {
-        if (word == "nestcell" || !group().para.inTable) {
+        if (word == "nestcell" || !inTable()) {
             // A cell of a table inside a cell, or a cell mark outside any
             // table: its text stays, set off by a tab.
             emitChar(u'\t');
@@ -1157,7 +1166,7 @@ bool RtfReader::handleTableWord(const QByteArray& word, bool has, int value)
         return true;
     }
     if (word == "row" || word == "nestrow") {
-        if (word == "nestrow" || !m_table) {
+        if (word == "nestrow" || !m_table || !inTable()) {
             if (word == "nestrow") {
                 emitChar(QChar::LineSeparator);
             } else {
@@ -1388,8 +1397,7 @@ void RtfReader::fontTableText(char16_t c)
 
 void RtfReader::prepareContent()
 {
-    const ParaState& para = group().para;
-    if (para.inTable) {
+    if (inTable()) {
         enterTableCell();
     } else if (m_table) {
         closeTable();
@@ -1575,8 +1583,8 @@ void RtfReader::enterTableCell()
         if (m_tableCol + 1 >= m_table->columns()) {
             if (m_table->columns() >= RtfLimits::maxTableColumns) {
                 // Too many cells: what follows goes into the last cell, set off by a tab.
+                // (The cursor is at the end of that cell already.)
                 damage(QStringLiteral("A table has more columns than can be shown."));
-                m_cursor = m_table->cellAt(m_tableRow, m_tableCol).lastCursorPosition();
                 m_cursor.insertText(QStringLiteral("\t"));
                 return;
             }
@@ -1594,7 +1602,23 @@ void RtfReader::enterTableCell()
         return;
     }
     const int columns = std::clamp(int(m_rowDef.cells.size()), 1, RtfLimits::maxTableColumns);
+    if (m_table && m_tableRow + 1 >= m_table->rows()) {
+        // Rows are made in growing batches: each insertion of rows costs a
+        // pass over the whole document. Rows left over are removed when the
+        // table closes; a very long table goes on as a table of its own.
+        if (m_table->rows() >= RtfLimits::rowsPerTable) {
+            closeTable();
+        } else {
+            m_table->appendRows(std::min(m_table->rows(), RtfLimits::rowsPerTable - m_table->rows()));
+        }
+    }
+    if (!m_table && m_tableCount >= RtfLimits::maxTables) {
+        damage(QStringLiteral("The file has more tables than can be shown; the rest are shown as lines."));
+        m_tablesExhausted = true;
+        return;
+    }
     if (!m_table) {
+        ++m_tableCount;
         QTextTableFormat format;
         format.setBorder(0);
         format.setBorderCollapse(true);
@@ -1602,11 +1626,10 @@ void RtfReader::enterTableCell()
         format.setCellPadding(0);
         format.setAlignment(m_rowDef.alignment);
         m_cursor.setBlockFormat(QTextBlockFormat());
-        m_table = m_cursor.insertTable(1, columns, format);
+        m_table = m_cursor.insertTable(4, columns, format);
         m_tableRow = 0;
         m_tableRows.clear();
     } else {
-        m_table->appendRows(1);
         ++m_tableRow;
         if (m_table->columns() < columns) {
             m_table->appendColumns(columns - m_table->columns());
@@ -1718,6 +1741,10 @@ void RtfReader::closeTable()
     flushRun();
     QTextTable* table = m_table;
     m_table = nullptr;
+    const int usedRows = std::max(1, m_tableRow + 1);
+    if (table->rows() > usedRows) {
+        table->removeRows(usedRows, table->rows() - usedRows);
+    }
     m_rowPending = true;
     m_cellAdvance = false;
 

@@ -27,6 +27,12 @@ constexpr qint64 maxPicturePixels = 25'000'000;    // a letter page scanned at 3
 constexpr qint64 maxAllPicturePixels = 50'000'000; // of all pictures together, about 200 MB once decoded
 constexpr int maxTableColumns = 63;
 constexpr int maxTableCells = 200'000;
+// Every insertion of rows into a Qt table costs a pass over the whole document,
+// so a very long table is built as a run of tables of this many rows, one
+// below the other, and a file is allowed this many tables in all; past that,
+// rows come out as lines of tab-separated cells.
+constexpr int rowsPerTable = 4096;
+constexpr int maxTables = 1000;
 constexpr int maxTabStops = 64;
 } // namespace RtfLimits
 

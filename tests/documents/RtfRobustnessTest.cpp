@@ -109,3 +109,31 @@ TEST(RtfRobustness, truncatedFixturesAreDamagedButKeepTheirStart)
         EXPECT_TRUE(displayedText(cut).startsWith(firstLine)) << name.toStdString();
     }
 }
+
+// Large files built to make the reader's work grow faster than the file: one
+// paragraph of many short runs, tens of thousands of rows, cells past the last
+// column, a table for every line. Each reads to its end (a reader that went
+// quadratic would run into the test's time limit).
+TEST(RtfRobustness, largeRepetitiveFilesReadToTheirEnd)
+{
+    struct Case {
+        const char* what;
+        QByteArray body;
+        int repeat;
+        bool damaged;
+    };
+    const Case cases[] = {
+        {"runs", QByteArrayLiteral("{\\b x}{\\i y}"), 30000, false},
+        {"rows", QByteArrayLiteral("\\intbl x\\cell\\row"), 20000, false},
+        {"cells", QByteArrayLiteral("\\intbl x\\cell"), 30000, true},
+        {"tables", QByteArrayLiteral("\\intbl x\\cell\\row\\pard\\par "), 3000, true},
+        {"paragraphs", QByteArrayLiteral("{\\b x}\\par "), 30000, false},
+    };
+    for (const Case& c : cases) {
+        const QByteArray rtf = "{\\rtf1\\trowd\\cellx1000" + c.body.repeated(c.repeat) + '}';
+        QTextDocument document;
+        const RtfReadResult result = readRtf(rtf, document);
+        EXPECT_EQ(result.damaged, c.damaged) << c.what << ": " << result.problem.toStdString();
+        EXPECT_GE(displayedText(document).count(QLatin1Char('x')), std::min(c.repeat, 1000)) << c.what;
+    }
+}
