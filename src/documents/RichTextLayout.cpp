@@ -122,15 +122,18 @@ void RichTextLayout::collectUnits()
         const int lines = textLayout ? textLayout->lineCount() : 0;
         bool breakBefore = breakNext || (format.pageBreakPolicy() & QTextFormat::PageBreak_AlwaysBefore);
         breakNext = format.pageBreakPolicy() & QTextFormat::PageBreak_AlwaysAfter;
+        const size_t blockStart = m_units.size();
+        const bool keep = format.boolProperty(keepWithNextProperty);
         if (lines == 0) {
             const QRectF rect = layout->blockBoundingRect(block);
-            m_units.push_back({rect.top(), rect.bottom(), block.position(), breakBefore, empty});
+            m_units.push_back({rect.top(), rect.bottom(), block.position(), breakBefore, empty, keep, blockStart});
             return;
         }
         for (int i = 0; i < lines; ++i) {
             const QTextLine line = textLayout->lineAt(i);
             const qreal top = origin.y() + line.y();
-            m_units.push_back({top, top + line.height(), block.position() + line.textStart(), breakBefore, empty});
+            m_units.push_back({top, top + line.height(), block.position() + line.textStart(), breakBefore, empty,
+                               keep && i + 1 == lines, blockStart});
             breakBefore = false;
         }
     };
@@ -144,7 +147,8 @@ void RichTextLayout::collectUnits()
             breakNext = false;
             auto* table = qobject_cast<QTextTable*>(frame);
             if (!table) {
-                m_units.push_back({frameRect.top(), frameRect.bottom(), frame->firstPosition(), breakBefore, false});
+                m_units.push_back(
+                    {frameRect.top(), frameRect.bottom(), frame->firstPosition(), breakBefore, false, false, m_units.size()});
                 continue;
             }
             // Table rows are never split; each row is one unit, from its top to
@@ -172,7 +176,7 @@ void RichTextLayout::collectUnits()
                 if (row == 0) {
                     top = std::min(top, frameRect.top());
                 }
-                m_units.push_back({top, top, position, row == 0 && breakBefore, false});
+                m_units.push_back({top, top, position, row == 0 && breakBefore, false, false, m_units.size()});
             }
             for (size_t i = firstRowUnit; i < m_units.size(); ++i) {
                 m_units[i].bottom = i + 1 < m_units.size() ? m_units[i + 1].top : frameRect.bottom();
@@ -215,6 +219,22 @@ int RichTextLayout::formatRange(QPainter* painter, int firstChar, const QRectF& 
         }
         bottom = std::max(bottom, unit.bottom);
         ++end;
+    }
+
+    // A page that ends on a paragraph kept with the next one (a heading)
+    // ends before that paragraph instead, unless it is all the page holds.
+    if (end < m_units.size() && !m_units[end].breakBefore) {
+        size_t kept = end;
+        while (kept > first + 1 && m_units[kept - 1].keepWithNext && m_units[kept - 1].blockStart > first) {
+            kept = m_units[kept - 1].blockStart;
+        }
+        if (kept != end) {
+            end = kept;
+            bottom = m_units[first].bottom;
+            for (size_t i = first; i < end; ++i) {
+                bottom = std::max(bottom, m_units[i].bottom);
+            }
+        }
     }
 
     if (painter) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QRectF>
+#include <QTextFormat>
 
 #include <memory>
 #include <vector>
@@ -19,6 +20,10 @@ namespace pvardo::documents {
 class RichTextLayout
 {
 public:
+    // A paragraph whose block format holds this property (true) stays on the
+    // page of the paragraph after it, as headings do.
+    static constexpr int keepWithNextProperty = QTextFormat::UserProperty + 1;
+
     // `width` is in the device's pixels.
     RichTextLayout(const QTextDocument& document, QPaintDevice* device, qreal width);
     ~RichTextLayout();
@@ -45,6 +50,8 @@ private:
         int position = 0;
         bool breakBefore = false;
         bool empty = false;
+        bool keepWithNext = false; // the last line of a paragraph kept with the next one
+        size_t blockStart = 0;     // the unit of the paragraph's first line
     };
     void collectUnits();
 

@@ -3,6 +3,7 @@
 #include "documents/CodePages.h"
 #include "documents/DocumentPaper.h"
 #include "documents/DocumentUnits.h"
+#include "documents/RichTextLayout.h"
 
 #include <QBuffer>
 #include <QColor>
@@ -1546,6 +1547,9 @@ QTextBlockFormat RtfReader::currentBlockFormat() const
     }
     if (!tabs.isEmpty()) {
         format.setTabPositions(tabs);
+    }
+    if (para.keepWithNext) {
+        format.setProperty(RichTextLayout::keepWithNextProperty, true);
     }
     if (para.pageBreakBefore || m_pageBreakPending) {
         format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);

@@ -3,6 +3,7 @@
 #include "documents/CodePages.h"
 #include "documents/DocumentPaper.h"
 #include "documents/DocumentUnits.h"
+#include "documents/RichTextLayout.h"
 
 #include <QBuffer>
 #include <QColor>
@@ -431,6 +432,9 @@ void RtfWriter::writeParagraphFormat(const QTextBlockFormat& format, bool inTabl
     }
     if (format.pageBreakPolicy() & QTextFormat::PageBreak_AlwaysBefore) {
         m_out += "\\pagebb";
+    }
+    if (format.boolProperty(RichTextLayout::keepWithNextProperty)) {
+        m_out += "\\keepn";
     }
     m_out += ' ';
 }

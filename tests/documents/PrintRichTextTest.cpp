@@ -5,6 +5,7 @@
 #include "documents/DocumentUnits.h"
 #include "documents/PageGeometry.h"
 #include "documents/PrintRichText.h"
+#include "documents/RichTextLayout.h"
 #include "documents/RtfReader.h"
 #include "documents/RtfWriter.h"
 
@@ -182,6 +183,22 @@ TEST_F(PrintTest, textEndingExactlyAtThePageFootLeavesNoBlankPage)
         EXPECT_EQ(counter, c.pages + 1) << c.what; // the footer band counts each page once
         const QStringList texts = pdfPageTexts(pdf(QStringLiteral("case.pdf")));
         EXPECT_TRUE(texts.last().contains(QStringLiteral("Line %1").arg(c.lines))) << c.what;
+    }
+
+    // A heading kept with its next paragraph does not stay behind alone at the
+    // foot of a page; without the keep it would.
+    for (const bool keep : {true, false}) {
+        fillLines(document, fullPage + 5);
+        QTextCursor heading(document.findBlockByNumber(fullPage - 1));
+        QTextBlockFormat format = heading.blockFormat();
+        format.setProperty(RichTextLayout::keepWithNextProperty, keep);
+        heading.setBlockFormat(format);
+        ASSERT_TRUE(printToPdf(document, pdf(QStringLiteral("keep.pdf"))).ok);
+        const QStringList texts = pdfPageTexts(pdf(QStringLiteral("keep.pdf")));
+        ASSERT_EQ(texts.size(), 2);
+        const QString headingText = QStringLiteral("Line %1\n").arg(fullPage);
+        EXPECT_EQ(texts.at(1).contains(headingText), keep) << texts.at(1).toStdString();
+        EXPECT_EQ(texts.at(0).contains(headingText), !keep);
     }
 
     // The footer band takes its room from the page.
