@@ -160,7 +160,12 @@ int runPrint(CommandContext& context)
         return read.damaged ? ExitCode::Failed : ExitCode::Ok;
     }
 
-    const QString fallback = QDir::current().absoluteFilePath(title + QStringLiteral(".pdf"));
+    // Without a printer the pages go to a PDF file in the current folder,
+    // under a name no file has yet.
+    QString fallback = QDir::current().absoluteFilePath(title + QStringLiteral(".pdf"));
+    for (int n = 1; QFileInfo::exists(fallback) && n < 1000; ++n) {
+        fallback = QDir::current().absoluteFilePath(QStringLiteral("%1-%2.pdf").arg(title).arg(n));
+    }
     const documents::PrinterOutcome outcome = documents::printOnDefaultPrinter(document, settings, fallback, title);
     if (!outcome.ok) {
         context.err << "pvardo-admin print: " << outcome.error << Qt::endl;
