@@ -202,6 +202,20 @@ enum class Destination {
     FontTable,
     ColorTable,
     Picture,
+    StyleSheet,
+};
+
+// A style of the stylesheet: the formatting words of its entry, replayed
+// where a paragraph names the style (before the paragraph's own words, which
+// win), and the style it is based on.
+struct StyleEntry {
+    struct Word {
+        QByteArray word;
+        bool hasParameter = false;
+        int parameter = 0;
+    };
+    QList<Word> words;
+    int basedOn = -1;
 };
 
 struct CharState {
@@ -336,7 +350,7 @@ int codePageForCharset(int charset, int ansiCodePage)
 bool isSkippedDestination(const QByteArray& word)
 {
     static const QList<QByteArray> words{
-        "stylesheet", "info", "header", "headerl", "headerr", "headerf", "footer", "footerl", "footerr",
+        "info", "header", "headerl", "headerr", "headerf", "footer", "footerl", "footerr",
         "footerf", "footnote", "annotation", "atnid", "atnauthor", "atndate", "atnref", "nonshppict", "fldinst",
         "objdata", "objclass", "objname", "listtable", "listoverridetable", "revtbl", "rsidtbl", "generator",
         "xmlnstbl", "datafield", "themedata", "colorschememapping", "latentstyles", "datastore", "docvar",
@@ -388,6 +402,7 @@ private:
 
     void openGroup();
     void closeGroup();
+    void applyStyle(int number, int depth);
 
     // Text
     void textByte(uchar byte);
@@ -433,6 +448,8 @@ private:
     bool m_nextIsDestination = false;
 
     QHash<int, FontEntry> m_fonts;
+    QHash<int, StyleEntry> m_styles;
+    int m_styleEntry = -1;
     int m_defaultFont = 0;
     int m_ansiCodePage = 1252;
     int m_fontEntry = -1;
@@ -676,6 +693,28 @@ void RtfReader::closeGroup()
 // ---------------------------------------------------------------------------
 // Control words
 
+void RtfReader::applyStyle(int number, int depth)
+{
+    const auto it = m_styles.constFind(number);
+    if (it == m_styles.constEnd() || depth > 8) {
+        return;
+    }
+    const StyleEntry style = *it;
+    if (style.basedOn >= 0 && style.basedOn != number) {
+        applyStyle(style.basedOn, depth + 1);
+    }
+    for (const StyleEntry::Word& word : style.words) {
+        // Only formatting: a style cannot end a paragraph or open a table.
+        if (word.word == "par" || word.word == "sect" || word.word == "page" || word.word == "intbl"
+            || word.word == "pard" || word.word == "plain") {
+            continue;
+        }
+        if (!handleCharacterWord(word.word, word.hasParameter, word.parameter)) {
+            handleParagraphWord(word.word, word.hasParameter, word.parameter);
+        }
+    }
+}
+
 void RtfReader::handleControlWord(const Token& token)
 {
     const QByteArray& word = token.word;
@@ -712,6 +751,24 @@ void RtfReader::handleControlWord(const Token& token)
 
     if (destination == Destination::Picture) {
         handlePictureWord(word, value);
+        return;
+    }
+    if (destination == Destination::StyleSheet) {
+        if (word == "s" || word == "cs" || word == "ds" || word == "ts") {
+            m_styleEntry = word == "s" || word == "cs" ? std::clamp(value, 0, 4095) : -1;
+            if (m_styleEntry >= 0 && m_styles.size() < 1000) {
+                m_styles[m_styleEntry] = StyleEntry();
+            } else {
+                m_styleEntry = -1;
+            }
+        } else if (m_styleEntry >= 0 && m_styles.contains(m_styleEntry)) {
+            StyleEntry& style = m_styles[m_styleEntry];
+            if (word == "sbasedon") {
+                style.basedOn = value;
+            } else if (word != "snext" && word != "slink" && word != "additive" && style.words.size() < 100) {
+                style.words.append({word, has, value});
+            }
+        }
         return;
     }
     if (destination == Destination::FontTable) {
@@ -755,6 +812,10 @@ void RtfReader::handleControlWord(const Token& token)
         return;
     }
 
+    if (word == "s" || word == "cs") {
+        applyStyle(value, 0);
+        return;
+    }
     if (handleCharacterWord(word, has, value) || handleParagraphWord(word, has, value)
         || handleTableWord(word, has, value) || handleDocumentWord(word, value)) {
         return;
@@ -764,7 +825,10 @@ void RtfReader::handleControlWord(const Token& token)
 
 void RtfReader::handleDestinationWord(const QByteArray& word)
 {
-    if (word == "fonttbl") {
+    if (word == "stylesheet") {
+        group().destination = Destination::StyleSheet;
+        m_styleEntry = -1;
+    } else if (word == "fonttbl") {
         group().destination = Destination::FontTable;
         m_fontEntry = -1;
         m_fontName.clear();

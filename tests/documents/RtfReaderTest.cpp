@@ -193,3 +193,36 @@ TEST(RtfReader, keepsThePaperOfTheFile)
     EXPECT_FALSE(documentPaper(wordpad).stated);
     EXPECT_EQ(documentPaper(wordpad).widthTwips, 12240);
 }
+
+// Some editors leave a paragraph's look to its style: the style's words apply
+// first and the paragraph's own words win.
+TEST(RtfReader, appliesSimpleStyles)
+{
+    const QByteArray rtf = "{\\rtf1\\ansi{\\fonttbl{\\f0 Times New Roman;}{\\f1 Arial;}}"
+                           "{\\stylesheet{\\s0\\f0\\fs24 Normal;}{\\s1\\sbasedon0\\qc\\sb240\\keepn\\f1\\fs32\\b Heading;}"
+                           "{\\s2\\sbasedon1\\i Subheading;}}"
+                           "\\pard\\s1 Heading\\par"
+                           "\\pard\\s1\\ql\\b0 Plain left\\par"
+                           "\\pard\\s2 Sub\\par"
+                           "\\pard\\s0 Body\\par}";
+    QTextDocument document;
+    ASSERT_FALSE(readRtf(rtf, document).damaged);
+    EXPECT_EQ(displayedText(document), QStringLiteral("Heading\nPlain left\nSub\nBody"));
+
+    const QTextBlock heading = document.findBlockByNumber(0);
+    EXPECT_EQ(heading.blockFormat().alignment() & Qt::AlignHorizontal_Mask, Qt::AlignHCenter);
+    EXPECT_NEAR(unitsToTwips(heading.blockFormat().topMargin()), 240, 1);
+    EXPECT_EQ(formatAt(document, QStringLiteral("Heading")).fontWeight(), QFont::Bold);
+    EXPECT_DOUBLE_EQ(formatAt(document, QStringLiteral("Heading")).fontPointSize(), 16.0);
+    EXPECT_EQ(formatAt(document, QStringLiteral("Heading")).fontFamilies().toStringList().value(0),
+              QStringLiteral("Arial"));
+
+    EXPECT_EQ(document.findBlockByNumber(1).blockFormat().alignment() & Qt::AlignHorizontal_Mask, Qt::AlignLeft);
+    EXPECT_NE(formatAt(document, QStringLiteral("Plain left")).fontWeight(), QFont::Bold);
+
+    const QTextCharFormat sub = formatAt(document, QStringLiteral("Sub"));
+    EXPECT_TRUE(sub.fontItalic());
+    EXPECT_EQ(sub.fontWeight(), QFont::Bold); // from the style it is based on
+
+    EXPECT_DOUBLE_EQ(formatAt(document, QStringLiteral("Body")).fontPointSize(), 12.0);
+}
