@@ -586,6 +586,7 @@ StoreStatus SqliteRecordset::moveTo(qsizetype index)
 {
     const auto size = static_cast<qsizetype>(m_keys.size());
     m_movingBack = index < m_pos;
+    m_stepping = false;
     m_pos = std::clamp<qsizetype>(index, -1, size);
     m_onDeletedRow = false;
     m_row.loaded = false;
@@ -620,7 +621,9 @@ StoreStatus SqliteRecordset::MoveNext()
     if (Eof()) {
         return fail(StoreErrorNumber::NoCurrentRecord, QStringLiteral("No current record: already after the last row."));
     }
-    return moveTo(m_onDeletedRow ? m_pos : m_pos + 1);
+    const StoreStatus moved = moveTo(m_onDeletedRow ? m_pos : m_pos + 1);
+    m_stepping = true;
+    return moved;
 }
 
 StoreStatus SqliteRecordset::MovePrevious()
@@ -632,7 +635,9 @@ StoreStatus SqliteRecordset::MovePrevious()
     if (Bof()) {
         return fail(StoreErrorNumber::NoCurrentRecord, QStringLiteral("No current record: already before the first row."));
     }
-    return moveTo(m_pos - 1);
+    const StoreStatus moved = moveTo(m_pos - 1);
+    m_stepping = true;
+    return moved;
 }
 
 StoreStatus SqliteRecordset::Move(int rows)
@@ -995,10 +1000,12 @@ void SqliteRecordset::fetchWindow()
             return;
         }
     }
-    // The rows ahead in the direction of travel, the current one first.
+    // Walking row by row, the rows ahead in the direction of travel; after a
+    // jump (a find, a bookmark, the first or last row) the row alone.
     const auto size = static_cast<qsizetype>(m_keys.size());
-    const qsizetype first = m_movingBack ? std::max<qsizetype>(0, m_pos - static_cast<qsizetype>(WindowRows) + 1) : m_pos;
-    const qsizetype last = std::min<qsizetype>(size - 1, first + static_cast<qsizetype>(WindowRows) - 1);
+    const auto rows = static_cast<qsizetype>(m_stepping ? WindowRows : 1);
+    const qsizetype first = m_movingBack ? std::max<qsizetype>(0, m_pos - rows + 1) : m_pos;
+    const qsizetype last = std::min<qsizetype>(size - 1, first + rows - 1);
     sqlite3_reset(m_windowStatement);
     sqlite3_clear_bindings(m_windowStatement);
     int bind = 1;

@@ -153,6 +153,7 @@ private:
     std::unordered_map<std::int64_t, size_t> m_windowSlots;
     QElapsedTimer m_windowAge;
     bool m_movingBack = false;
+    bool m_stepping = false; // the last move was one row forward or back
     int m_transactionDepth = 0;
     StoreStatus m_lastStatus;
 };
