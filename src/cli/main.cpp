@@ -3,6 +3,7 @@
 #include "cli/AdminCommand.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
 
@@ -30,9 +31,15 @@ void printHelp(QTextStream& out)
     QList<AdminCommand> sorted = commands();
     std::sort(sorted.begin(), sorted.end(),
               [](const AdminCommand& a, const AdminCommand& b) { return qstrcmp(a.usage, b.usage) < 0; });
+    constexpr int usageWidth = 40;
     for (const AdminCommand& command : sorted) {
-        out << "  " << QString::fromUtf8(command.usage).leftJustified(40) << ' ' << QString::fromUtf8(command.summary)
-            << '\n';
+        const QString usage = QString::fromUtf8(command.usage);
+        const QString summary = QString::fromUtf8(command.summary);
+        if (usage.size() < usageWidth) {
+            out << "  " << usage.leftJustified(usageWidth) << ' ' << summary << '\n';
+        } else {
+            out << "  " << usage << '\n' << QString(usageWidth + 3, QLatin1Char(' ')) << summary << '\n';
+        }
     }
     out.flush();
 }
@@ -116,6 +123,14 @@ int main(int argc, char** argv)
     // Fonts and page layout need a GUI application; no display is needed.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    // Run from a service or cron there is no session runtime folder; Qt only
+    // wants one to exist, so a private one in the temporary folder will do.
+    if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
+        const QString runtime = QDir::tempPath() + QStringLiteral("/pvardo-admin-runtime-") + qEnvironmentVariable("USER", QStringLiteral("user"));
+        QDir().mkpath(runtime);
+        QFile::setPermissions(runtime, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime));
     }
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("pvardo-admin"));
