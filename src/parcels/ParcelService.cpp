@@ -113,8 +113,6 @@ StoreStatus ParcelService::SBLAdd(const QString& sbl, const QString& permit, con
     if (!m_store) {
         return StoreStatus::failure(store::StoreErrorNumber::DatabaseNotFound, notOpen());
     }
-    moveLastThenFirst();
-    m_store->AddNew();
     const QString cutPermit = cutText(permit, 20);
     const std::pair<const char*, QVariant> values[] = {
         {"SBLF", cutText(sbl.toUpper(), 40)},
@@ -127,18 +125,7 @@ StoreStatus ParcelService::SBLAdd(const QString& sbl, const QString& permit, con
         {"VIOL", 0},
         {"NOTES", notes},
     };
-    for (const auto& [column, value] : values) {
-        StoreStatus status = write(column, value);
-        if (!status.ok()) {
-            m_store->CancelUpdate();
-            return status;
-        }
-    }
-    StoreStatus status = m_store->Update();
-    if (!status.ok()) {
-        m_store->CancelUpdate();
-    }
-    return status;
+    return addRow(values, false);
 }
 
 StoreStatus ParcelService::SBLAdd18(const QString& sbl, const QString& permit, const QString& association,
@@ -147,8 +134,6 @@ StoreStatus ParcelService::SBLAdd18(const QString& sbl, const QString& permit, c
     if (!m_store) {
         return StoreStatus::failure(store::StoreErrorNumber::DatabaseNotFound, notOpen());
     }
-    moveLastThenFirst();
-    m_store->AddNew();
     const QString cutPermit = cutText(permit, 20);
     const std::pair<const char*, QVariant> values[] = {
         {"SBLF", cutText(sbl.toUpper(), 40)},
@@ -163,9 +148,35 @@ StoreStatus ParcelService::SBLAdd18(const QString& sbl, const QString& permit, c
         {"CONTACT", cutText(contact, 30)},
         {"MAILING", cutText(mailing, 80)},
     };
+    // An older store has no contact or mailing: the parcel still goes in.
+    return addRow(values, true);
+}
+
+StoreStatus ParcelService::SBLAddExtended(const QString& sbl, const QString& contact,
+    const QString& association, const QString& location, const QString& east, const QString& north,
+    const QString& mailing, const QString&, const QString&, const QString&, const QString&)
+{
+    if (!m_store) {
+        return StoreStatus::failure(store::StoreErrorNumber::DatabaseNotFound, notOpen());
+    }
+    moveLastThenFirst();
+    m_store->AddNew();
+    StoreStatus status = writeExtended(sbl, contact, association, location, east, north, mailing);
+    if (status.ok()) {
+        status = m_store->Update();
+    }
+    if (!status.ok()) {
+        m_store->CancelUpdate();
+    }
+    return status;
+}
+
+StoreStatus ParcelService::addRow(std::span<const std::pair<const char*, QVariant>> values, bool skipMissing)
+{
+    moveLastThenFirst();
+    m_store->AddNew();
     for (const auto& [column, value] : values) {
-        // An older store has no contact or mailing: the parcel still goes in.
-        if (!m_store->hasField(QString::fromLatin1(column))) {
+        if (skipMissing && !m_store->hasField(QString::fromLatin1(column))) {
             continue;
         }
         StoreStatus status = write(column, value);
@@ -181,15 +192,10 @@ StoreStatus ParcelService::SBLAdd18(const QString& sbl, const QString& permit, c
     return status;
 }
 
-StoreStatus ParcelService::SBLAddExtended(const QString& sbl, const QString& contact,
+StoreStatus ParcelService::writeExtended(const QString& sbl, const QString& contact,
     const QString& association, const QString& location, const QString& east, const QString& north,
-    const QString& mailing, const QString&, const QString&, const QString&, const QString&)
+    const QString& mailing)
 {
-    if (!m_store) {
-        return StoreStatus::failure(store::StoreErrorNumber::DatabaseNotFound, notOpen());
-    }
-    moveLastThenFirst();
-    m_store->AddNew();
     StoreStatus status = write("SBLF", cutText(sbl.toUpper(), 40));
     if (status.ok()) {
         status = write("ASSOC", questionWhenEmpty(cutText(association, 30)));
@@ -202,12 +208,6 @@ StoreStatus ParcelService::SBLAddExtended(const QString& sbl, const QString& con
         write("MAILING", cutText(mailing, 80));
         write("EASTCOORD", LeadingNumber(cutText(east, 20)));
         write("NORTHCOORD", LeadingNumber(cutText(north, 20)));
-    }
-    if (status.ok()) {
-        status = m_store->Update();
-    }
-    if (!status.ok()) {
-        m_store->CancelUpdate();
     }
     return status;
 }
@@ -251,19 +251,7 @@ StoreStatus ParcelService::SBLUpdateExtended(const QString& sbl, const QString& 
     if (!m_store) {
         return StoreStatus::failure(store::StoreErrorNumber::DatabaseNotFound, notOpen());
     }
-    StoreStatus status = write("SBLF", cutText(sbl.toUpper(), 40));
-    if (status.ok()) {
-        status = write("ASSOC", questionWhenEmpty(cutText(association, 30)));
-    }
-    if (status.ok()) {
-        status = write("LOCN1", questionWhenEmpty(cutText(location, 80)));
-    }
-    if (status.ok() && hasExtendedColumns()) {
-        write("CONTACT", questionWhenEmpty(cutText(contact, 30)));
-        write("MAILING", cutText(mailing, 80));
-        write("EASTCOORD", LeadingNumber(cutText(east, 20)));
-        write("NORTHCOORD", LeadingNumber(cutText(north, 20)));
-    }
+    StoreStatus status = writeExtended(sbl, contact, association, location, east, north, mailing);
     if (!status.ok()) {
         m_store->CancelUpdate();
         return status;

@@ -8,6 +8,8 @@
 #include <QString>
 #include <functional>
 #include <memory>
+#include <span>
+#include <utility>
 
 namespace pvardo {
 struct Session;
@@ -150,6 +152,15 @@ private:
     void moveLastThenFirst();
     store::StoreStatus write(const char* column, const QVariant& value);
     store::StoreStatus saveAndReread();
+    // Adds a row with the columns in order and stores it; a refused step
+    // gives the row up. With skipMissing, a column an older store lacks is
+    // passed over.
+    store::StoreStatus addRow(std::span<const std::pair<const char*, QVariant>> values, bool skipMissing);
+    // The columns the extended add and update share: parcel, association and
+    // location, then, on a store that has them, contact, mailing address and
+    // coordinates, each written as best it can be.
+    store::StoreStatus writeExtended(const QString& sbl, const QString& contact, const QString& association,
+        const QString& location, const QString& east, const QString& north, const QString& mailing);
     store::StoreStatus setFlag(const char* column, int value, bool writeNote);
     bool testFlag(const char* column, int value);
     bool hasExtendedColumns() const { return m_columnCount > 13; }

@@ -82,13 +82,8 @@ store::StoreStatus MeetingTable::add(const MeetingForm& form, int calYear, int c
             QStringLiteral("DB ") + m_path + QStringLiteral(" not found."));
     }
     m_rows->AddNew();
-    store::StoreStatus status
-        = movefieldsintodb(form, calYear, calMonth, calDay, *m_rows, currentUser, written);
-    if (status.ok()) {
-        status = m_rows->Update();
-    }
+    const store::StoreStatus status = writeRow(form, calYear, calMonth, calDay, currentUser, written);
     if (!status.ok()) {
-        m_rows->CancelUpdate();
         return status;
     }
     if (newKey) {
@@ -103,6 +98,12 @@ store::StoreStatus MeetingTable::save(const QString& key, const MeetingForm& for
     if (!findKey(key)) {
         return notFound(key);
     }
+    return writeRow(form, calYear, calMonth, calDay, currentUser, written);
+}
+
+store::StoreStatus MeetingTable::writeRow(const MeetingForm& form, int calYear, int calMonth, int calDay,
+    const QString& currentUser, MeetingRow* written)
+{
     store::StoreStatus status
         = movefieldsintodb(form, calYear, calMonth, calDay, *m_rows, currentUser, written);
     if (status.ok()) {

@@ -59,6 +59,10 @@ public:
 
 private:
     store::StoreStatus notFound(const QString& key) const;
+    // Moves the form into the current row and stores it; a refused row is
+    // given up, so the table is left as it was.
+    store::StoreStatus writeRow(const MeetingForm& form, int calYear, int calMonth, int calDay,
+        const QString& currentUser, MeetingRow* written);
 
     QString m_path;
     QString m_programFolder;

@@ -2,30 +2,14 @@
 
 #include "app/ExitApp.h"
 #include "app/StartupHost.h"
-#include "common/ProgramEnd.h"
 #include "common/Session.h"
+#include "support/ProgramEndRecorder.h"
 
 #include <QDir>
 #include <QFile>
 #include <QStringList>
 
 namespace pvardo::test {
-
-// Records EndProgram instead of ending the test program.
-class ProgramEndRecorder
-{
-public:
-    ProgramEndRecorder()
-    {
-        m_previous = setProgramEndHandler([this](int) { ++m_calls; });
-    }
-    ~ProgramEndRecorder() { setProgramEndHandler(m_previous); }
-    int calls() const { return m_calls; }
-
-private:
-    ProgramEndHandler m_previous;
-    int m_calls = 0;
-};
 
 // Records the screens the start-up asks for, in order.
 class RecordingHost final : public app::StartupHost

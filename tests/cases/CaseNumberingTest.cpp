@@ -4,7 +4,7 @@
 #include "common/TextFiles.h"
 #include "store/Catalogue.h"
 #include "store/Recordset.h"
-#include "support/TestInstallation.h"
+#include "support/InstallationTest.h"
 
 #include <QFile>
 #include <gtest/gtest.h>
@@ -19,12 +19,12 @@ QString q(const char* text)
     return QString::fromUtf8(text);
 }
 
-class CaseNumberingTest : public ::testing::Test
+class CaseNumberingTest : public test::InstallationTest
 {
 protected:
     void SetUp() override
     {
-        installation.applyTo(session());
+        InstallationTest::SetUp();
         casePath = installation.createDatabase(store::Table::PBPROJ);
         numbering
             = std::make_unique<CaseNumbering>(installation.databaseFolder(), casePath, QDate(2026, 1, 5));
@@ -51,7 +51,6 @@ protected:
             replaceTextLines(joinPath(installation.databaseFolder(), QString::fromLatin1(name)), {line}));
     }
 
-    test::TestInstallation installation;
     QString casePath;
     std::unique_ptr<CaseNumbering> numbering;
 };

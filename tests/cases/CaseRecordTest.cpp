@@ -10,7 +10,7 @@
 #include "store/ColumnMap.h"
 #include "store/Recordset.h"
 #include "support/ScriptedPrompts.h"
-#include "support/TestInstallation.h"
+#include "support/InstallationTest.h"
 
 #include <QFile>
 #include <QMap>
@@ -26,12 +26,12 @@ QString q(const char* text)
     return QString::fromUtf8(text);
 }
 
-class CaseRecordTest : public ::testing::Test
+class CaseRecordTest : public test::InstallationTest
 {
 protected:
     void SetUp() override
     {
-        installation.applyTo(session());
+        InstallationTest::SetUp();
         session().CurrentUser = q("clerk");
         casePath = installation.createDatabase(store::Table::PBPROJ);
         const QString storePath = installation.databaseFolder() + q("/sbl.db");
@@ -95,7 +95,6 @@ protected:
         return parcels->recordset()->text(QString::fromLatin1(column));
     }
 
-    test::TestInstallation installation;
     QString casePath;
     std::unique_ptr<parcels::ParcelService> parcels;
     std::unique_ptr<CaseNumbering> numbering;

@@ -9,7 +9,7 @@
 #include "store/Catalogue.h"
 #include "store/Recordset.h"
 #include "support/ScriptedPrompts.h"
-#include "support/TestInstallation.h"
+#include "support/InstallationTest.h"
 #include "ui/TaskFrm.h"
 
 #include <QAction>
@@ -30,12 +30,12 @@ inline QString q(const char* text)
 
 // A case screen over real case and parcel files in a temporary installation,
 // driven through its object names.
-class CaseScreenTest : public ::testing::Test
+class CaseScreenTest : public InstallationTest
 {
 protected:
     void SetUp() override
     {
-        installation.applyTo(session());
+        InstallationTest::SetUp();
         session().CurrentUser = q("clerk");
         session().UserLevel = q("MEMBER");
         session().Today = QDate(2012, 3, 1);
@@ -174,7 +174,6 @@ protected:
     QString lastText() { return prompts().shown().isEmpty() ? QString() : prompts().shown().last().text; }
     QString lastTitle() { return prompts().shown().isEmpty() ? QString() : prompts().shown().last().title; }
 
-    TestInstallation installation;
     QString casePath;
     QString parcelPath;
     std::unique_ptr<cases::ZPermits> screen;

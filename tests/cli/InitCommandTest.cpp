@@ -6,42 +6,18 @@
 #include "common/TextFiles.h"
 #include "store/Catalogue.h"
 #include "store/Recordset.h"
+#include "support/AdminTool.h"
 #include "support/ScriptedPrompts.h"
 
 #include <QDir>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 using namespace pvardo;
+using pvardo::test::AdminRun;
+using pvardo::test::runAdmin;
 
 namespace {
-
-struct AdminRun
-{
-    int code = -1;
-    QString out;
-    QString err;
-};
-
-AdminRun runAdmin(const QStringList& arguments)
-{
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("PVARDO_HOME"));
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(PVARDO_BINARY_DIR "/pvardo-admin"), arguments);
-    AdminRun run;
-    if (!process.waitForFinished(60000)) {
-        process.kill();
-        return run;
-    }
-    run.code = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
-}
 
 class QuietHost final : public app::StartupHost
 {

@@ -5,44 +5,17 @@
 #include "common/Session.h"
 #include "common/TextFiles.h"
 #include "store/Recordset.h"
+#include "support/AdminTool.h"
 
 #include <QDate>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 using namespace pvardo;
+using pvardo::test::AdminRun;
+using pvardo::test::runAdmin;
 
 namespace {
-
-struct ToolRun
-{
-    int code = -1;
-    QString out;
-    QString err;
-};
-
-// Runs the admin tool with a line of standard input, as a script would.
-ToolRun runTool(const QStringList& arguments, const QByteArray& input = {})
-{
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("PVARDO_HOME"));
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(PVARDO_BINARY_DIR "/pvardo-admin"), arguments);
-    process.write(input);
-    process.closeWriteChannel();
-    ToolRun run;
-    if (!process.waitForFinished(120000)) {
-        process.kill();
-        return run;
-    }
-    run.code = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
-}
 
 QStringList users(const QString& home, const QStringList& words)
 {
@@ -62,56 +35,56 @@ TEST(UsersCommand, AddsListsChangesAndRemovesUsers)
     QTemporaryDir home;
     const QString h = home.path();
     // No list yet: listing says how to make one; adding makes it.
-    ToolRun run = runTool(users(h, {QStringLiteral("list")}));
+    AdminRun run = runAdmin(users(h, {QStringLiteral("list")}));
     EXPECT_EQ(run.code, 1);
     EXPECT_TRUE(run.err.contains(QLatin1String("users add NAME LEVEL"))) << run.err.toStdString();
 
-    run = runTool(users(h,
-                      {QStringLiteral("add"), QStringLiteral("ADMIN"), QStringLiteral("admin"),
-                          QStringLiteral("--password-stdin")}),
+    run = runAdmin(users(h,
+                       {QStringLiteral("add"), QStringLiteral("ADMIN"), QStringLiteral("admin"),
+                           QStringLiteral("--password-stdin")}),
         "Planning\n");
     ASSERT_EQ(run.code, 0) << run.err.toStdString();
-    run = runTool(users(h,
-                      {QStringLiteral("add"), QStringLiteral("Planner"), QStringLiteral("MEMBER"),
-                          QStringLiteral("--password-stdin")}),
+    run = runAdmin(users(h,
+                       {QStringLiteral("add"), QStringLiteral("Planner"), QStringLiteral("MEMBER"),
+                           QStringLiteral("--password-stdin")}),
         "desk\r\n");
     ASSERT_EQ(run.code, 0) << run.err.toStdString();
     ASSERT_EQ(onDisk(h).size(), 2);
     EXPECT_EQ(onDisk(h).at(0),
         (admin::UserEntry{QStringLiteral("ADMIN"), QStringLiteral("Planning"), QStringLiteral("ADMIN")}));
 
-    run = runTool(users(h, {QStringLiteral("list")}));
+    run = runAdmin(users(h, {QStringLiteral("list")}));
     EXPECT_EQ(run.code, 0);
     EXPECT_EQ(run.out, QStringLiteral("ADMIN\tADMIN\nPlanner\tMEMBER\n"));
 
     // "Clerk" scrambles to a text holding a comma, which would break its line.
-    run = runTool(users(h,
-                      {QStringLiteral("add"), QStringLiteral("Clerk"), QStringLiteral("USER"),
-                          QStringLiteral("--password-stdin")}),
+    run = runAdmin(users(h,
+                       {QStringLiteral("add"), QStringLiteral("Clerk"), QStringLiteral("USER"),
+                           QStringLiteral("--password-stdin")}),
         "x\n");
     EXPECT_EQ(run.code, 1);
     EXPECT_TRUE(run.err.contains(QLatin1String("change one of its letters"))) << run.err.toStdString();
     EXPECT_EQ(onDisk(h).size(), 2);
 
     // Names are compared in capitals.
-    run = runTool(users(h,
-                      {QStringLiteral("add"), QStringLiteral("PLANNER"), QStringLiteral("USER"),
-                          QStringLiteral("--password-stdin")}),
+    run = runAdmin(users(h,
+                       {QStringLiteral("add"), QStringLiteral("PLANNER"), QStringLiteral("USER"),
+                           QStringLiteral("--password-stdin")}),
         "x\n");
     EXPECT_EQ(run.code, 1);
     EXPECT_TRUE(run.err.contains(QLatin1String("already exists")));
 
-    run = runTool(
+    run = runAdmin(
         users(h, {QStringLiteral("passwd"), QStringLiteral("planner"), QStringLiteral("--password-stdin")}),
         "newpass\n");
     EXPECT_EQ(run.code, 0) << run.err.toStdString();
     EXPECT_EQ(onDisk(h).at(1).password, QStringLiteral("newpass"));
 
     // The administrator stays.
-    run = runTool(users(h, {QStringLiteral("remove"), QStringLiteral("admin")}));
+    run = runAdmin(users(h, {QStringLiteral("remove"), QStringLiteral("admin")}));
     EXPECT_EQ(run.code, 1);
     EXPECT_EQ(onDisk(h).size(), 2);
-    run = runTool(users(h, {QStringLiteral("remove"), QStringLiteral("PLANNER")}));
+    run = runAdmin(users(h, {QStringLiteral("remove"), QStringLiteral("PLANNER")}));
     EXPECT_EQ(run.code, 0) << run.err.toStdString();
     EXPECT_EQ(onDisk(h).size(), 1);
 
@@ -153,14 +126,14 @@ TEST(UsersCommand, RefusesBadInputAndKeepsTheList)
         {{}, {}, 2},
     };
     for (const auto& c : cases) {
-        const ToolRun run = runTool(users(h, c.words), c.input);
+        const AdminRun run = runAdmin(users(h, c.words), c.input);
         EXPECT_EQ(run.code, c.code) << c.words.join(QLatin1Char(' ')).toStdString() << run.err.toStdString();
         EXPECT_EQ(onDisk(h), list.entries) << c.words.join(QLatin1Char(' ')).toStdString();
     }
 
     // A damaged list is never rewritten: its unreadable lines would be lost.
     ASSERT_TRUE(replaceFile(h + QStringLiteral("/Users.Set"), "2\nab,cd,ef\nbroken,line\n"));
-    const ToolRun run = runTool(users(h, {QStringLiteral("remove"), QStringLiteral("ab")}));
+    const AdminRun run = runAdmin(users(h, {QStringLiteral("remove"), QStringLiteral("ab")}));
     EXPECT_EQ(run.code, 1);
     EXPECT_TRUE(run.err.contains(QLatin1String("damaged"))) << run.err.toStdString();
     EXPECT_TRUE(readTextLines(h + QStringLiteral("/Users.Set"))->contains(QStringLiteral("broken,line")));
@@ -170,7 +143,8 @@ TEST(DemoInstallation, MakesATownWithCasesParcelsAndAMonthOfMeetings)
 {
     QTemporaryDir dir;
     const QString home = dir.filePath(QStringLiteral("demo"));
-    ToolRun run = runTool({QStringLiteral("--home"), home, QStringLiteral("init"), QStringLiteral("--demo")});
+    AdminRun run
+        = runAdmin({QStringLiteral("--home"), home, QStringLiteral("init"), QStringLiteral("--demo")});
     ASSERT_EQ(run.code, 0) << run.err.toStdString();
     EXPECT_TRUE(run.out.contains(QLatin1String("Log on as ADMIN with the password PLANNING")));
     const QString databases = home + QStringLiteral("/databases");
@@ -220,8 +194,8 @@ TEST(DemoInstallation, MakesATownWithCasesParcelsAndAMonthOfMeetings)
     EXPECT_EQ(recurring, 2);
     EXPECT_GE(nearToday, 10);
 
-    // ToolRun again: nothing is added to an installation that has cases.
-    run = runTool({QStringLiteral("--home"), home, QStringLiteral("init"), QStringLiteral("--demo")});
+    // AdminRun again: nothing is added to an installation that has cases.
+    run = runAdmin({QStringLiteral("--home"), home, QStringLiteral("init"), QStringLiteral("--demo")});
     EXPECT_EQ(run.code, 0) << run.err.toStdString();
     cases->Requery();
     EXPECT_EQ(cases->RecordCount(), 36);

@@ -6,7 +6,7 @@
 #include "store/Catalogue.h"
 #include "store/Recordset.h"
 #include "support/ScriptedPrompts.h"
-#include "support/TestInstallation.h"
+#include "support/InstallationTest.h"
 
 #include <QFile>
 #include <gtest/gtest.h>
@@ -21,12 +21,12 @@ QString q(const char* text)
     return QString::fromUtf8(text);
 }
 
-class ParcelServiceTest : public ::testing::Test
+class ParcelServiceTest : public test::InstallationTest
 {
 protected:
     void SetUp() override
     {
-        installation.applyTo(session());
+        InstallationTest::SetUp();
         makeStore(store::Table::SBL18);
     }
 
@@ -57,7 +57,6 @@ protected:
         return store::openRecordsetAt(storePath(), q("Select * from SBL"), &status)->RecordCount();
     }
 
-    test::TestInstallation installation;
     std::unique_ptr<ParcelService> service;
 };
 

@@ -5,7 +5,7 @@
 #include "parcels/RpsFields.h"
 #include "parcels/RpsRoll.h"
 #include "store/Recordset.h"
-#include "support/TestInstallation.h"
+#include "support/InstallationTest.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -103,14 +103,10 @@ void writeFile(const QString& path, const QByteArray& bytes)
     file.write(bytes);
 }
 
-class RpsImportTest : public ::testing::Test
+class RpsImportTest : public test::InstallationTest
 {
 protected:
-    void SetUp() override { installation.applyTo(session()); }
-
     QString rollPath() const { return RpsRoll::rollPathIn(installation.databaseFolder()); }
-
-    test::TestInstallation installation;
 };
 
 } // namespace

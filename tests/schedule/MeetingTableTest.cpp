@@ -1,7 +1,7 @@
 #include "schedule/MeetingTable.h"
 
 #include "common/Session.h"
-#include "support/TestInstallation.h"
+#include "support/InstallationTest.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -27,16 +27,15 @@ MeetingForm meeting(const char* name, bool recurring)
     return form;
 }
 
-class MeetingTableTest : public ::testing::Test
+class MeetingTableTest : public test::InstallationTest
 {
 protected:
     void SetUp() override
     {
-        installation.applyTo(session());
+        InstallationTest::SetUp();
         path = installation.createDatabase(store::Table::MEETING);
     }
 
-    test::TestInstallation installation;
     QString path;
 };
 

@@ -5,7 +5,7 @@
 #include "schedule/MeetingRules.h"
 #include "schedule/SchedulerPlugVars.h"
 #include "store/Recordset.h"
-#include "support/TestInstallation.h"
+#include "support/InstallationTest.h"
 
 #include <QFile>
 #include <gtest/gtest.h>
@@ -25,12 +25,12 @@ QString monthDate(int year, int month)
     return QStringLiteral("%1/01/%2").arg(month, 2, 10, QLatin1Char('0')).arg(year);
 }
 
-class MonthEventsTest : public ::testing::Test
+class MonthEventsTest : public test::InstallationTest
 {
 protected:
     void SetUp() override
     {
-        installation.applyTo(session());
+        InstallationTest::SetUp();
         session().CurrentUser = q("clerk");
         path = installation.createDatabase(store::Table::MEETING);
     }
@@ -87,7 +87,6 @@ protected:
         return names;
     }
 
-    test::TestInstallation installation;
     QString path;
 };
 

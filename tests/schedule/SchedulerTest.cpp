@@ -7,8 +7,9 @@
 #include "schedule/MonthEvents.h"
 #include "schedule/screens/Calendar.h"
 #include "store/Recordset.h"
+#include "support/InstallationTest.h"
+#include "support/ProgramEndRecorder.h"
 #include "support/ScriptedPrompts.h"
-#include "support/TestInstallation.h"
 
 #include <QAction>
 #include <QApplication>
@@ -37,22 +38,6 @@ QString q(const char* text)
     return QString::fromUtf8(text);
 }
 
-// Records the end of the program instead of ending the test.
-class ProgramEndRecorder
-{
-public:
-    ProgramEndRecorder()
-    {
-        m_previous = setProgramEndHandler([this](int) { ++m_calls; });
-    }
-    ~ProgramEndRecorder() { setProgramEndHandler(m_previous); }
-    int calls() const { return m_calls; }
-
-private:
-    ProgramEndHandler m_previous;
-    int m_calls = 0;
-};
-
 // One stored meeting, as read back from the file.
 struct StoredMeeting
 {
@@ -80,12 +65,12 @@ QList<StoredMeeting> storedMeetings(const QString& path)
     return meetings;
 }
 
-class SchedulerTest : public ::testing::Test
+class SchedulerTest : public InstallationTest
 {
 protected:
     void SetUp() override
     {
-        installation.applyTo(session());
+        InstallationTest::SetUp();
         session().CurrentUser = q("clerk");
         session().BackupMode = 2;
         path = installation.createDatabase(store::Table::MEETING);
@@ -206,7 +191,6 @@ protected:
         return days;
     }
 
-    TestInstallation installation;
     QString path;
     std::unique_ptr<Scheduler> dashboard;
 };

@@ -1,12 +1,11 @@
 #include "admin/screens/UserEdit.h"
 
 #include "admin/UserLogon.h"
+#include "admin/screens/UserFormLayout.h"
 #include "common/PromptService.h"
 #include "common/Session.h"
 
 #include <QComboBox>
-#include <QFormLayout>
-#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -43,24 +42,10 @@ UserEdit::UserEdit(
         m_level->setEnabled(false);
     }
 
-    auto* ok = new QPushButton(QStringLiteral("&OK"), this);
-    ok->setObjectName(QStringLiteral("Command1"));
-    ok->setDefault(true);
-    auto* cancel = new QPushButton(QStringLiteral("Cancel"), this);
-    cancel->setObjectName(QStringLiteral("Command2"));
-    auto* form = new QFormLayout;
-    form->addRow(QStringLiteral("User ID:"), m_name);
-    form->addRow(QStringLiteral("Password:"), m_password);
-    form->addRow(QStringLiteral("Access:"), m_level);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(ok);
-    buttons->addWidget(cancel);
-    auto* layout = new QVBoxLayout(this);
-    layout->addLayout(form);
-    layout->addLayout(buttons);
-    connect(ok, &QPushButton::clicked, this, &UserEdit::Command1_Click);
-    connect(cancel, &QPushButton::clicked, this, &UserEdit::Command2_Click);
+    const UserFormButtons buttons
+        = layOutUserForm(this, QStringLiteral("User ID:"), m_name, m_password, m_level);
+    connect(buttons.ok, &QPushButton::clicked, this, &UserEdit::Command1_Click);
+    connect(buttons.cancel, &QPushButton::clicked, this, &UserEdit::Command2_Click);
 }
 
 UserEntry UserEdit::values() const

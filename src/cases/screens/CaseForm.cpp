@@ -94,6 +94,13 @@ QComboBox* CaseForm::makeList(
     return list;
 }
 
+QLabel* CaseForm::makeCaption(const QString& text, QWidget* parent)
+{
+    auto* label = new QLabel(text, parent);
+    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    return label;
+}
+
 QCheckBox* CaseForm::makeCheck(
     const QString& objectName, const QString& caption, const QString& column, QWidget* parent)
 {

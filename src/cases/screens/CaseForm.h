@@ -44,6 +44,8 @@ public:
     // Makes a Public/Private pair; the column holds "1" for Private.
     QWidget* makeSource(const QString& name, const QString& column, QWidget* parent);
     QDateEdit* makeFileDate(QWidget* parent);
+    // Makes the caption of an input, set right against it.
+    static QLabel* makeCaption(const QString& text, QWidget* parent);
     void setVoidLabel(QLabel* label) { m_void = label; }
     // An input that is stored nowhere but locks with the others.
     void addLockable(QWidget* input) { m_lockables.append(input); }

@@ -43,13 +43,6 @@ PartyBoxes partyOf(int first)
     }
 }
 
-QLabel* caption(const QString& text, QWidget* parent)
-{
-    auto* label = new QLabel(text, parent);
-    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    return label;
-}
-
 } // namespace
 
 CaseTab::CaseTab(CaseForm& form, QWidget* parent)
@@ -63,12 +56,12 @@ CaseTab::CaseTab(CaseForm& form, QWidget* parent)
     auto* top = new QGridLayout;
     auto* number = form.makeBox(1, this);
     number->setToolTip(QStringLiteral(" Permit Number "));
-    top->addWidget(caption(QStringLiteral(" Case # "), this), 0, 0);
+    top->addWidget(CaseForm::makeCaption(QStringLiteral(" Case # "), this), 0, 0);
     top->addWidget(number, 0, 1);
-    top->addWidget(caption(QStringLiteral(" Filing Date"), this), 0, 2);
+    top->addWidget(CaseForm::makeCaption(QStringLiteral(" Filing Date"), this), 0, 2);
     top->addWidget(form.makeFileDate(this), 0, 3);
     QStringList statuses = CaseStatus::statusListTexts();
-    top->addWidget(caption(QStringLiteral(" Current Status "), this), 0, 4);
+    top->addWidget(CaseForm::makeCaption(QStringLiteral(" Current Status "), this), 0, 4);
     top->addWidget(form.makeList(QStringLiteral("Combo10"), QString(), statuses, this), 0, 5);
     top->setColumnStretch(1, 1);
     top->setColumnStretch(5, 1);
@@ -88,9 +81,9 @@ CaseTab::CaseTab(CaseForm& form, QWidget* parent)
         QStringLiteral("finda"), QStringLiteral("Find"), QStringLiteral(" Find Specific SBL  "), parcel);
     grid->addWidget(sblLoc, 1, 5);
     grid->addWidget(finda, 1, 6);
-    grid->addWidget(caption(QStringLiteral("Property Location:"), parcel), 2, 0);
+    grid->addWidget(CaseForm::makeCaption(QStringLiteral("Property Location:"), parcel), 2, 0);
     grid->addWidget(form.makeBox(7, parcel), 2, 1, 1, 6);
-    grid->addWidget(caption(QStringLiteral("Subdivision:"), parcel), 3, 0);
+    grid->addWidget(CaseForm::makeCaption(QStringLiteral("Subdivision:"), parcel), 3, 0);
     grid->addWidget(form.makeBox(60, parcel), 3, 1, 1, 6);
     layout->addWidget(parcel);
 
@@ -115,13 +108,13 @@ CaseTab::CaseTab(CaseForm& form, QWidget* parent)
         auto* group = new QGroupBox(QString::fromLatin1(frame.title), this);
         auto* partyGrid = new QGridLayout(group);
         const PartyBoxes boxes = partyOf(frame.first);
-        partyGrid->addWidget(caption(QStringLiteral("Name:"), group), 0, 0);
+        partyGrid->addWidget(CaseForm::makeCaption(QStringLiteral("Name:"), group), 0, 0);
         partyGrid->addWidget(form.makeBox(boxes.name, group), 0, 1, 1, 3);
-        partyGrid->addWidget(caption(QStringLiteral("Address:"), group), 1, 0);
+        partyGrid->addWidget(CaseForm::makeCaption(QStringLiteral("Address:"), group), 1, 0);
         partyGrid->addWidget(form.makeBox(boxes.address, group), 1, 1, 1, 3);
-        partyGrid->addWidget(caption(QStringLiteral("Telephone:"), group), 2, 0);
+        partyGrid->addWidget(CaseForm::makeCaption(QStringLiteral("Telephone:"), group), 2, 0);
         partyGrid->addWidget(form.makeBox(boxes.telephone, group), 2, 1);
-        partyGrid->addWidget(caption(QStringLiteral("E-mail:"), group), 2, 2);
+        partyGrid->addWidget(CaseForm::makeCaption(QStringLiteral("E-mail:"), group), 2, 2);
         partyGrid->addWidget(form.makeBox(boxes.email, group), 2, 3);
         partyGrid->addWidget(makeCopy(QString::fromLatin1(frame.copyName),
                                  QString::fromLatin1(frame.copyCaption), frame.copyFrom, frame.first),

@@ -16,17 +16,6 @@
 
 namespace pvardo::cases {
 
-namespace {
-
-QLabel* caption(const QString& text, QWidget* parent)
-{
-    auto* label = new QLabel(text, parent);
-    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    return label;
-}
-
-} // namespace
-
 ProjectTab::ProjectTab(CaseForm& form, QWidget* parent)
     : QWidget(parent)
     , m_form(form)
@@ -36,34 +25,34 @@ ProjectTab::ProjectTab(CaseForm& form, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
 
     auto* project = new QGridLayout;
-    project->addWidget(caption(QStringLiteral("Project Name:"), this), 0, 0);
+    project->addWidget(CaseForm::makeCaption(QStringLiteral("Project Name:"), this), 0, 0);
     project->addWidget(form.makeBox(69, this), 0, 1, 1, 3);
-    project->addWidget(caption(QStringLiteral(" Select Type "), this), 1, 0);
+    project->addWidget(CaseForm::makeCaption(QStringLiteral(" Select Type "), this), 1, 0);
     project->addWidget(
         form.makeList(QStringLiteral("Combo1"), QStringLiteral("PBTYPE"),
             CaseLists::load(folder, QStringLiteral("\\zpt.txt"), CaseLists::typeItems()), this),
         1, 1);
-    project->addWidget(caption(QStringLiteral(" Select Proposed Use"), this), 1, 2);
+    project->addWidget(CaseForm::makeCaption(QStringLiteral(" Select Proposed Use"), this), 1, 2);
     project->addWidget(form.makeList(QStringLiteral("Combo2"), QStringLiteral("PBUSE"),
                            CaseLists::load(folder, QStringLiteral("\\zpu.txt"), CaseLists::useItems()), this),
         1, 3);
-    project->addWidget(caption(QStringLiteral(" Select Accesory Structure "), this), 2, 0);
+    project->addWidget(CaseForm::makeCaption(QStringLiteral(" Select Accesory Structure "), this), 2, 0);
     project->addWidget(
         form.makeList(QStringLiteral("Combo3"), QStringLiteral("PBACC"),
             CaseLists::load(folder, QStringLiteral("\\zps.txt"), CaseLists::accessoryItems()), this),
         2, 1);
-    project->addWidget(caption(QStringLiteral(" Select Current Zoning "), this), 2, 2);
+    project->addWidget(CaseForm::makeCaption(QStringLiteral(" Select Current Zoning "), this), 2, 2);
     project->addWidget(
         form.makeList(QStringLiteral("Combo4"), QStringLiteral("PBCURZONE"),
             CaseLists::load(folder, QStringLiteral("\\zpz.txt"), CaseLists::zoningItems()), this),
         2, 3);
-    project->addWidget(caption(QStringLiteral("Project Description:"), this), 3, 0);
+    project->addWidget(CaseForm::makeCaption(QStringLiteral("Project Description:"), this), 3, 0);
     project->addWidget(form.makeBox(24, this, true), 3, 1, 1, 3);
-    project->addWidget(caption(QStringLiteral("Estimated Cost:"), this), 4, 0);
+    project->addWidget(CaseForm::makeCaption(QStringLiteral("Estimated Cost:"), this), 4, 0);
     project->addWidget(form.makeBox(22, this), 4, 1);
-    project->addWidget(caption(QStringLiteral("Value:"), this), 4, 2);
+    project->addWidget(CaseForm::makeCaption(QStringLiteral("Value:"), this), 4, 2);
     project->addWidget(form.makeBox(23, this), 4, 3);
-    project->addWidget(caption(QStringLiteral("Map #:"), this), 5, 0);
+    project->addWidget(CaseForm::makeCaption(QStringLiteral("Map #:"), this), 5, 0);
     project->addWidget(form.makeBox(59, this), 5, 1);
     project->setColumnStretch(1, 1);
     project->setColumnStretch(3, 1);
@@ -73,9 +62,9 @@ ProjectTab::ProjectTab(CaseForm& form, QWidget* parent)
     auto* lot = new QGroupBox(QStringLiteral(" Lot Info "), this);
     lot->setObjectName(QStringLiteral("fraLot"));
     auto* grid = new QGridLayout(lot);
-    grid->addWidget(caption(QStringLiteral("Lot Width:"), lot), 0, 0);
+    grid->addWidget(CaseForm::makeCaption(QStringLiteral("Lot Width:"), lot), 0, 0);
     grid->addWidget(form.makeBox(26, lot), 0, 1);
-    grid->addWidget(caption(QStringLiteral("Depth:"), lot), 0, 2);
+    grid->addWidget(CaseForm::makeCaption(QStringLiteral("Depth:"), lot), 0, 2);
     grid->addWidget(form.makeBox(27, lot), 0, 3);
     auto* footprint = new QGroupBox(QStringLiteral(" Footprint Area "), lot);
     auto* footprintLayout = new QGridLayout(footprint);
@@ -89,13 +78,13 @@ ProjectTab::ProjectTab(CaseForm& form, QWidget* parent)
     improvementLayout->addWidget(form.makeBox(34, improvement), 0, 1);
     grid->addWidget(footprint, 1, 0, 1, 4);
     grid->addWidget(improvement, 2, 0, 1, 4);
-    grid->addWidget(caption(QStringLiteral("Lot Area:"), lot), 3, 0);
+    grid->addWidget(CaseForm::makeCaption(QStringLiteral("Lot Area:"), lot), 3, 0);
     grid->addWidget(form.makeBox(28, lot), 3, 1);
-    grid->addWidget(caption(QStringLiteral(" Lot Area in Acres "), lot), 3, 2);
+    grid->addWidget(CaseForm::makeCaption(QStringLiteral(" Lot Area in Acres "), lot), 3, 2);
     grid->addWidget(form.makeBox(29, lot), 3, 3);
-    grid->addWidget(caption(QStringLiteral(" % of Lot Coverage "), lot), 4, 0);
+    grid->addWidget(CaseForm::makeCaption(QStringLiteral(" % of Lot Coverage "), lot), 4, 0);
     grid->addWidget(form.makeBox(31, lot), 4, 1);
-    grid->addWidget(caption(QStringLiteral(" % of Improved Lot Coverage"), lot), 4, 2);
+    grid->addWidget(CaseForm::makeCaption(QStringLiteral(" % of Improved Lot Coverage"), lot), 4, 2);
     grid->addWidget(form.makeBox(32, lot), 4, 3);
     auto* calculator = new ui::XPButton(QStringLiteral("Image5"), QStringLiteral("Calculate"),
         QStringLiteral(" Calculate values for me "), lot);
@@ -124,7 +113,7 @@ ProjectTab::ProjectTab(CaseForm& form, QWidget* parent)
         form.makeCheck(QStringLiteral("Check5"), QStringLiteral("Traffic Studies Required"),
             QStringLiteral("PBTRAFFICSTUDY"), studies),
         0, 2);
-    studiesLayout->addWidget(caption(QStringLiteral("General Notes:"), studies), 1, 0);
+    studiesLayout->addWidget(CaseForm::makeCaption(QStringLiteral("General Notes:"), studies), 1, 0);
     studiesLayout->addWidget(form.makeBox(58, studies, true), 2, 0, 1, 3);
     layout->addWidget(studies);
 
@@ -132,7 +121,7 @@ ProjectTab::ProjectTab(CaseForm& form, QWidget* parent)
     m_providers = new QComboBox(this);
     m_providers->setObjectName(QStringLiteral("Combo9"));
     m_providers->setPlaceholderText(QStringLiteral("<select GIS provider>"));
-    map->addWidget(caption(QStringLiteral("GIS Provider:"), this), 0, 0);
+    map->addWidget(CaseForm::makeCaption(QStringLiteral("GIS Provider:"), this), 0, 0);
     map->addWidget(m_providers, 0, 1);
     map->addWidget(
         new ui::XPButton(QStringLiteral("Image7"), QStringLiteral("Map"), QStringLiteral(" Map "), this), 0,

@@ -14,13 +14,6 @@ namespace pvardo::cases {
 
 namespace {
 
-QLabel* caption(const QString& text, QWidget* parent)
-{
-    auto* label = new QLabel(text, parent);
-    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    return label;
-}
-
 // Rows of captioned boxes, two to a line.
 void addBoxes(CaseForm& form, QGridLayout* grid, QWidget* parent,
     std::initializer_list<std::pair<const char*, int>> boxes, int firstRow = 0)
@@ -29,7 +22,7 @@ void addBoxes(CaseForm& form, QGridLayout* grid, QWidget* parent,
     for (const auto& [text, number] : boxes) {
         const int row = firstRow + index / 2;
         const int column = (index % 2) * 2;
-        grid->addWidget(caption(QString::fromLatin1(text), parent), row, column);
+        grid->addWidget(CaseForm::makeCaption(QString::fromLatin1(text), parent), row, column);
         grid->addWidget(form.makeBox(number, parent), row, column + 1);
         ++index;
     }
@@ -47,7 +40,7 @@ StructureTab::StructureTab(CaseForm& form, QWidget* parent)
 
     auto* building = new QGroupBox(QStringLiteral(" Structure "), this);
     auto* buildingGrid = new QGridLayout(building);
-    buildingGrid->addWidget(caption(QStringLiteral("Structure Type:"), building), 0, 0);
+    buildingGrid->addWidget(CaseForm::makeCaption(QStringLiteral("Structure Type:"), building), 0, 0);
     buildingGrid->addWidget(form.makeList(QStringLiteral("Combo6"), QStringLiteral("PBSTRUCTYPE"),
                                 CaseLists::structureTypeItems(), building),
         0, 1);
@@ -55,11 +48,11 @@ StructureTab::StructureTab(CaseForm& form, QWidget* parent)
         {{"Height:", 61}, {"Stories:", 35}, {"Usable sq. ft.:", 36}, {"Floor Load:", 38}, {"Units:", 37},
             {"Bedrooms:", 40}, {"Bathrooms:", 41}, {"Footer Depth:", 42}},
         1);
-    buildingGrid->addWidget(caption(QStringLiteral(" Exterior Material "), building), 5, 0);
+    buildingGrid->addWidget(CaseForm::makeCaption(QStringLiteral(" Exterior Material "), building), 5, 0);
     buildingGrid->addWidget(form.makeList(QStringLiteral("Combo7"), QStringLiteral("PBFOOTTYPE"),
                                 CaseLists::exteriorMaterialItems(), building),
         5, 1);
-    buildingGrid->addWidget(caption(QStringLiteral(" Exterior Color "), building), 5, 2);
+    buildingGrid->addWidget(CaseForm::makeCaption(QStringLiteral(" Exterior Color "), building), 5, 2);
     buildingGrid->addWidget(form.makeList(QStringLiteral("Combo8"), QStringLiteral("PBFOOTERMAT"),
                                 CaseLists::exteriorColorItems(), building),
         5, 3);
@@ -74,7 +67,7 @@ StructureTab::StructureTab(CaseForm& form, QWidget* parent)
     siteGrid->addWidget(form.makeCheck(QStringLiteral("Check11"), QStringLiteral("Lighted Sign"),
                             QStringLiteral("PBSIGNLIGHTED"), site),
         4, 1);
-    siteGrid->addWidget(caption(QStringLiteral("Setback Notes:"), site), 5, 0);
+    siteGrid->addWidget(CaseForm::makeCaption(QStringLiteral("Setback Notes:"), site), 5, 0);
     siteGrid->addWidget(form.makeBox(48, site, true), 5, 1, 1, 3);
     layout->addWidget(site, 0, 1);
 
@@ -95,14 +88,15 @@ StructureTab::StructureTab(CaseForm& form, QWidget* parent)
     };
     int row = 0;
     for (const Utility& utility : sources) {
-        utilityGrid->addWidget(caption(QString::fromLatin1(utility.caption), utilities), row, 0);
+        utilityGrid->addWidget(
+            CaseForm::makeCaption(QString::fromLatin1(utility.caption), utilities), row, 0);
         utilityGrid->addWidget(form.makeSource(QString::fromLatin1(utility.name),
                                    QString::fromLatin1(utility.column), utilities),
             row, 1);
         utilityGrid->addWidget(form.makeBox(utility.box, utilities), row, 2);
         ++row;
     }
-    utilityGrid->addWidget(caption(QStringLiteral("Notes:"), utilities), row, 0);
+    utilityGrid->addWidget(CaseForm::makeCaption(QStringLiteral("Notes:"), utilities), row, 0);
     utilityGrid->addWidget(form.makeBox(56, utilities, true), row, 1, 1, 2);
     utilityGrid->setColumnStretch(2, 1);
     layout->addWidget(utilities, 1, 0);

@@ -47,10 +47,18 @@ namespace {
 
 constexpr int TwipsPerPixel = 15;
 
-QPushButton* commandButton(QWidget* parent, const char* name, const char* caption, const char* tip)
+// A command button of the dashboard: its object name, caption and tip.
+struct CommandText
 {
-    auto* button
-        = new ui::XPButton(QLatin1String(name), QString::fromUtf8(caption), QString::fromUtf8(tip), parent);
+    const char* name;
+    const char* caption;
+    const char* tip;
+};
+
+QPushButton* commandButton(QWidget* parent, const CommandText& command)
+{
+    auto* button = new ui::XPButton(QLatin1String(command.name), QString::fromUtf8(command.caption),
+        QString::fromUtf8(command.tip), parent);
     button->setAutoDefault(false);
     return button;
 }
@@ -113,6 +121,12 @@ Scheduler::~Scheduler()
 void Scheduler::buildWindow()
 {
     buildSchedulerMenus(*menuBar());
+    // Makes a command button, found later by its name.
+    const auto addCommand = [this](QWidget* parent, const CommandText& command) {
+        QPushButton* button = commandButton(parent, command);
+        m_buttons.insert(QLatin1String(command.name), button);
+        return button;
+    };
 
     auto* central = new QWidget(this);
     central->setObjectName(QStringLiteral("centralWidget"));
@@ -158,27 +172,18 @@ void Scheduler::buildWindow()
     calendarRow->addWidget(m_calendar, 1);
     auto* commands = new QVBoxLayout;
     commands->setSpacing(6);
-    const struct
-    {
-        const char* name;
-        const char* caption;
-        const char* tip;
-    } leftCommands[] = {
+    const CommandText leftCommands[] = {
         {"iPlaning", "Planning Board", " Open the Planning Board cases "},
         {"iManage", "Manage Meetings", " Add or change meetings "},
         {"iMinutes", "Minutes", " Minutes of the selected meeting "},
         {"iPrint", "Print..", " Print the scheduled events "},
         {"iVardo", "Vardo", " Start Vardo "},
     };
-    for (const auto& command : leftCommands) {
-        QPushButton* button = commandButton(left, command.name, command.caption, command.tip);
-        m_buttons.insert(QLatin1String(command.name), button);
-        commands->addWidget(button);
+    for (const CommandText& command : leftCommands) {
+        commands->addWidget(addCommand(left, command));
     }
     commands->addStretch();
-    QPushButton* exitButton = commandButton(left, "mexit", "Exit", " Exit");
-    m_buttons.insert(QStringLiteral("mexit"), exitButton);
-    commands->addWidget(exitButton);
+    commands->addWidget(addCommand(left, {"mexit", "Exit", " Exit"}));
     calendarRow->addLayout(commands);
     leftLayout->addLayout(calendarRow);
 
@@ -212,12 +217,7 @@ void Scheduler::buildWindow()
     editorLayout->addWidget(m_editor, 1);
     auto* editorCommands = new QGridLayout;
     editorCommands->setSpacing(6);
-    const struct
-    {
-        const char* name;
-        const char* caption;
-        const char* tip;
-    } editCommands[] = {
+    const CommandText editCommands[] = {
         {"INew", "&New", " Add a New Record to the Database"},
         {"IAdd", "&Add", " Add the current screen to the database "},
         {"IEdit", "&Edit", " Edit the current record "},
@@ -227,10 +227,8 @@ void Scheduler::buildWindow()
         {"iClose", "Close", " Close the meeting editor "},
     };
     int index = 0;
-    for (const auto& command : editCommands) {
-        QPushButton* button = commandButton(m_editorPane, command.name, command.caption, command.tip);
-        m_buttons.insert(QLatin1String(command.name), button);
-        editorCommands->addWidget(button, index / 4, index % 4);
+    for (const CommandText& command : editCommands) {
+        editorCommands->addWidget(addCommand(m_editorPane, command), index / 4, index % 4);
         ++index;
     }
     editorLayout->addLayout(editorCommands);
