@@ -28,7 +28,6 @@ public:
 
     // Takes the lock and starts listening; false when another instance holds it.
     bool acquire();
-    bool isFirstInstance() const { return m_first; }
 
     // From a second instance: asks the first one to come to the front. Gives
     // false when it did not answer.

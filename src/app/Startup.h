@@ -32,7 +32,6 @@ public:
         bool updaterReplaced = false;
     };
     const Findings& findings() const { return m_findings; }
-    InstanceGuard* instanceGuard() const { return m_guard.get(); }
 
     // The steps, in the order run() takes them.
     void clearSessionFlags();

@@ -21,7 +21,6 @@ public:
     void startEditing();
     QString note() const;
     bool noteChanged() const;
-    QPlainTextEdit* noteBox() const { return m_note; }
 
 private:
     QPlainTextEdit* m_note = nullptr;

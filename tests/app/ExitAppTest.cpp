@@ -1,8 +1,10 @@
 #include "app/ExitApp.h"
 
 #include "StartupFixtures.h"
-#include "app/screens/StandInWindow.h"
+#include "app/screens/WidgetStartupHost.h"
+#include "schedule/screens/Scheduler.h"
 #include "support/ScriptedPrompts.h"
+#include "support/TestInstallation.h"
 
 #include <QAction>
 #include <QTemporaryDir>
@@ -84,22 +86,26 @@ TEST(ExitApp, AFolderThatCannotBeWrittenStillEnds)
     EXPECT_FALSE(QFile::exists(dir.filePath(QStringLiteral("gone/sblversion.txt"))));
 }
 
-TEST(StandInWindow, QuitAndClosingLeaveThroughExitApp)
+TEST(ExitApp, TheMainWindowLeavesThroughItByQuitAndByClosing)
 {
-    QTemporaryDir dir;
-    session().DatabaseFolder = dir.path();
+    TestInstallation installation;
+    installation.applyTo(session());
+    installation.createDatabase(store::Table::MEETING);
     session().BackupMode = 2;
     session().ParcelStoreVersion = 13;
     ProgramEndRecorder end;
-    app::StandInWindow window;
-    window.show();
-    EXPECT_EQ(window.windowTitle(), QStringLiteral("Vardo"));
-    auto* quit = window.findChild<QAction*>(QStringLiteral("Quit"));
+    app::WidgetStartupHost host;
+    host.showMainWindow();
+    schedule::Scheduler* window = host.mainWindow();
+    ASSERT_NE(window, nullptr);
+    auto* quit = window->findChild<QAction*>(QStringLiteral("Quit"));
     ASSERT_NE(quit, nullptr);
     quit->trigger();
     EXPECT_EQ(end.calls(), 1);
-    EXPECT_EQ(readAllOf(dir.filePath(QStringLiteral("sblversion.txt"))), QByteArray("13\n"));
-    window.close();
+    EXPECT_EQ(
+        readAllOf(installation.databaseFolder() + QStringLiteral("/sblversion.txt")), QByteArray("13\n"));
+    EXPECT_EQ(session().LeavingMarker, 0);
+    window->close();
     EXPECT_EQ(end.calls(), 2);
     EXPECT_EQ(session().LeavingMarker, 99);
 }

@@ -52,7 +52,6 @@ public:
 
     QWidget* box(int number) const { return m_boxes.value(number); }
     QComboBox* list(const QString& objectName) const { return m_lists.value(objectName); }
-    QList<int> boxNumbers() const { return m_boxes.keys(); }
 
     QString boxText(int number) const;
     void setBoxText(int number, const QString& text);
@@ -72,7 +71,6 @@ public:
     // The search-by-example inputs; `fileDateMarked` is the sticky mark.
     QList<QPair<QString, QString>> searchLists() const;
     QDate fileDate() const;
-    QString fileDateText() const { return m_fileDateText; }
 
     // Set once the clerk changes the filing date picker; never cleared during
     // the run, and every later search carries the date.
