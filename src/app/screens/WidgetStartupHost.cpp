@@ -48,7 +48,8 @@ void WidgetStartupHost::closeWaitNotice()
 
 void WidgetStartupHost::showMainWindow()
 {
-    // The dashboard is the main window from now on, on today's month.
+    // The dashboard is the main window, on today's month; from here on user
+    // events drive the program.
     m_main = std::make_unique<schedule::Scheduler>();
     wireDashboard(*m_main);
     m_main->load();

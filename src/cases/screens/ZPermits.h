@@ -89,8 +89,9 @@ public:
     store::Recordset* rows() const { return m_rows.get(); }
     CaseForm& form() const { return *m_form; }
 
-    // Opens a sub-record screen by its name ("feesfrm", "checklist", ...);
-    // the program's main sets it once those screens exist.
+    // Opens a sub-record screen by its name ("feesfrm", "checklist", ...).
+    // None of those screens is in the program, so nothing sets it and the
+    // left pane's buttons open nothing after their checks.
     using SubRecordOpener = std::function<void(const QString& screenName, ZPermits& caseScreen)>;
     void setSubRecordOpener(SubRecordOpener opener) { m_opener = std::move(opener); }
     // Where a sub-record screen opens: 1760 twips right of and 320 below the
