@@ -563,14 +563,7 @@ void Scheduler::IAdd()
         return;
     }
     m_currentKey = key;
-    // A recurring meeting falls on its rule's day, which becomes the calendar's day.
-    if (written.MDATE.isValid()) {
-        m_calendar->setDate(written.MDATE);
-    }
-    reloadMonth(true);
-    selectInList(key);
-    showRecord(key, false);
-    setEditState(EditState::Browse);
+    showWritten(key, written);
 }
 
 void Scheduler::IEdit()
@@ -606,6 +599,13 @@ void Scheduler::ISave()
         reportStoreFailure(status, QStringLiteral("saved"));
         return;
     }
+    showWritten(key, written);
+    ui::TaskFrm::close();
+}
+
+void Scheduler::showWritten(const QString& key, const MeetingRow& written)
+{
+    // A recurring meeting falls on its rule's day, which becomes the calendar's day.
     if (written.MDATE.isValid()) {
         m_calendar->setDate(written.MDATE);
     }
@@ -613,7 +613,6 @@ void Scheduler::ISave()
     selectInList(key);
     showRecord(key, false);
     setEditState(EditState::Browse);
-    ui::TaskFrm::close();
 }
 
 void Scheduler::ICancel()

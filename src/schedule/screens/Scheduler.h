@@ -110,6 +110,9 @@ private:
     // Moves to a meeting by its key and shows it; false (and a beep when
     // asked) when it is not among the year's rows.
     bool showRecord(const QString& key, bool beepWhenMissing = true);
+    // After an add or a save: the calendar moves to the day the row was
+    // written for, the month is listed again and the meeting shown in browse.
+    void showWritten(const QString& key, const MeetingRow& written);
     void setEditState(EditState state);
     void revealDelete();
     void copyText();
