@@ -27,25 +27,31 @@ ProjectTab::ProjectTab(CaseForm& form, QWidget* parent)
     auto* project = new QGridLayout;
     project->addWidget(CaseForm::makeCaption(QStringLiteral("Project Name:"), this), 0, 0);
     project->addWidget(form.makeBox(69, this), 0, 1, 1, 3);
-    project->addWidget(CaseForm::makeCaption(QStringLiteral(" Select Type "), this), 1, 0);
-    project->addWidget(
-        form.makeList(QStringLiteral("Combo1"), QStringLiteral("PBTYPE"),
-            CaseLists::load(folder, QStringLiteral("\\zpt.txt"), CaseLists::typeItems()), this),
-        1, 1);
-    project->addWidget(CaseForm::makeCaption(QStringLiteral(" Select Proposed Use"), this), 1, 2);
-    project->addWidget(form.makeList(QStringLiteral("Combo2"), QStringLiteral("PBUSE"),
-                           CaseLists::load(folder, QStringLiteral("\\zpu.txt"), CaseLists::useItems()), this),
-        1, 3);
-    project->addWidget(CaseForm::makeCaption(QStringLiteral(" Select Accesory Structure "), this), 2, 0);
-    project->addWidget(
-        form.makeList(QStringLiteral("Combo3"), QStringLiteral("PBACC"),
-            CaseLists::load(folder, QStringLiteral("\\zps.txt"), CaseLists::accessoryItems()), this),
-        2, 1);
-    project->addWidget(CaseForm::makeCaption(QStringLiteral(" Select Current Zoning "), this), 2, 2);
-    project->addWidget(
-        form.makeList(QStringLiteral("Combo4"), QStringLiteral("PBCURZONE"),
-            CaseLists::load(folder, QStringLiteral("\\zpz.txt"), CaseLists::zoningItems()), this),
-        2, 3);
+    // The office's pick lists, two to a row, each read from its file in the
+    // database folder or made of the built-in items.
+    const struct
+    {
+        const char* caption;
+        const char* name;
+        const char* column;
+        const char* file;
+        QStringList items;
+    } lists[] = {
+        {" Select Type ", "Combo1", "PBTYPE", "\\zpt.txt", CaseLists::typeItems()},
+        {" Select Proposed Use", "Combo2", "PBUSE", "\\zpu.txt", CaseLists::useItems()},
+        {" Select Accesory Structure ", "Combo3", "PBACC", "\\zps.txt", CaseLists::accessoryItems()},
+        {" Select Current Zoning ", "Combo4", "PBCURZONE", "\\zpz.txt", CaseLists::zoningItems()},
+    };
+    int index = 0;
+    for (const auto& list : lists) {
+        const int row = 1 + index / 2;
+        const int column = (index % 2) * 2;
+        project->addWidget(CaseForm::makeCaption(QString::fromLatin1(list.caption), this), row, column);
+        project->addWidget(form.makeList(QString::fromLatin1(list.name), QString::fromLatin1(list.column),
+                               CaseLists::load(folder, QString::fromLatin1(list.file), list.items), this),
+            row, column + 1);
+        ++index;
+    }
     project->addWidget(CaseForm::makeCaption(QStringLiteral("Project Description:"), this), 3, 0);
     project->addWidget(form.makeBox(24, this, true), 3, 1, 1, 3);
     project->addWidget(CaseForm::makeCaption(QStringLiteral("Estimated Cost:"), this), 4, 0);
