@@ -42,11 +42,6 @@ DupeDialog::DupeDialog(const QString& title, const QString& text, const QString&
     setMinimumWidth(420);
 }
 
-bool DupeDialog::resolveAutomatically() const
-{
-    return result() == QDialog::Accepted && m_check->isChecked();
-}
-
 bool askDupe(const QString& title, const QString& text, const QString& advice, const QString& checkBoxText,
     QWidget* parent)
 {

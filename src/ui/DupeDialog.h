@@ -18,8 +18,6 @@ public:
     DupeDialog(const QString& title, const QString& text, const QString& advice, const QString& checkBoxText,
         QWidget* parent = nullptr);
 
-    // True when the user pressed iContinue with the box ticked.
-    bool resolveAutomatically() const;
     QCheckBox* checkBox() const { return m_check; }
 
 private:

@@ -11,28 +11,6 @@
 
 namespace pvardo::ui {
 
-QString recordModeName(RecordMode mode)
-{
-    switch (mode) {
-    case RecordMode::Browse:
-        return QStringLiteral("Browse");
-    case RecordMode::Empty:
-        return QStringLiteral("Empty");
-    case RecordMode::New:
-        return QStringLiteral("New");
-    case RecordMode::Edit:
-        return QStringLiteral("Edit");
-    case RecordMode::Find:
-        return QStringLiteral("Find");
-    }
-    return {};
-}
-
-bool inputsUnlocked(RecordMode mode)
-{
-    return mode == RecordMode::New || mode == RecordMode::Edit || mode == RecordMode::Find;
-}
-
 void setInputLocked(QWidget* input, bool locked)
 {
     if (auto* line = qobject_cast<QLineEdit*>(input)) {

@@ -16,11 +16,6 @@ namespace pvardo::ui {
 // example.
 enum class RecordMode { Browse, Empty, New, Edit, Find };
 
-QString recordModeName(RecordMode mode);
-
-// True when the mode leaves the inputs open for typing.
-bool inputsUnlocked(RecordMode mode);
-
 // Locks or unlocks one input: texts become read-only (their text can still be
 // selected and copied), lists, boxes and buttons are switched off.
 void setInputLocked(QWidget* input, bool locked);

@@ -51,7 +51,6 @@ public:
     // returnToDashboard() or is closed or hidden. Without a factory both
     // commands are off.
     void setCaseScreenFactory(std::function<QWidget*()> factory);
-    QWidget* caseScreen() const { return m_caseScreen; }
 
     // Gives a menu entry whose screen lives elsewhere in the program (About,
     // User Management...) its command and turns it on.

@@ -53,13 +53,6 @@ void buildSchedulerMenus(QMenuBar& bar)
             {"savep", "Save to File.."}});
 }
 
-const QStringList& entriesWithoutCommand()
-{
-    static const QStringList names{
-        QStringLiteral("hittheroad"), QStringLiteral("remotein"), QStringLiteral("convert")};
-    return names;
-}
-
 const QStringList& entriesCommandedFromOutside()
 {
     static const QStringList names{

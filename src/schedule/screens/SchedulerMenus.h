@@ -12,9 +12,6 @@ namespace pvardo::schedule {
 // menu and entry has its object name; the dashboard connects the entries.
 void buildSchedulerMenus(QMenuBar& bar);
 
-// The entries that have no command of their own: choosing them does nothing.
-const QStringList& entriesWithoutCommand();
-
 // The entries whose screens or commands live elsewhere in the program and
 // are given to the dashboard through Scheduler::setMenuCommand; until then they
 // stand in the menu disabled.
