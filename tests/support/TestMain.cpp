@@ -13,7 +13,11 @@
 // tests answer through.
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Offscreen unless a platform is named: the screenshot script names xcb
+    // to take the pictures in a real X server.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     qputenv("PVARDO_NO_WAIT", "1");
     if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
         const QByteArray runtime = QDir::tempPath().toUtf8() + "/pvardo-tests-runtime";
