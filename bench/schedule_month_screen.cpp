@@ -1,15 +1,20 @@
 // The board's calendar over a large meeting table: ten years of a busy board
 // (19,800 single meetings) and 200 recurring rules, 20,000 rows in all.
 // Loading a month selects the year's rows and every rule, works out the
-// rules' days in the month, and gives the month's list and its day marks.
+// rules' days in the month, and gives the month's list and its day marks;
+// the second benchmark also puts the marks on the calendar and draws it, as
+// the dashboard does on a change of month.
 #include "common/Waiting.h"
 #include "schedule/MeetingRecord.h"
 #include "schedule/MeetingRules.h"
 #include "schedule/MonthEvents.h"
+#include "schedule/screens/Calendar.h"
+#include "schedule/screens/MonthMarks.h"
 #include "store/Catalogue.h"
 #include "store/Recordset.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QImage>
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>
 
@@ -93,13 +98,39 @@ void LoadMonth(benchmark::State& state)
     state.counters["listed"] = static_cast<double>(listed);
 }
 
+// A month change on the dashboard: load, put the marks on the calendar, draw it.
+void LoadMonthAndDraw(benchmark::State& state)
+{
+    MonthEvents events(meetingFile());
+    Calendar calendar;
+    calendar.resize(360, 340);
+    int month = 0;
+    for (auto _ : state) {
+        month = month % 12 + 1;
+        calendar.setDate(QDate(FirstYear + 5, month, 1));
+        const QString date
+            = QStringLiteral("%1/01/%2").arg(month, 2, 10, QLatin1Char('0')).arg(FirstYear + 5);
+        if (events.GetMonthEvents(date) != MonthEvents::Outcome::Loaded) {
+            state.SkipWithError("the month did not load");
+            break;
+        }
+        showMonthMarks(calendar, events.marks());
+        const QImage drawn = calendar.grab().toImage();
+        benchmark::DoNotOptimize(drawn.constBits());
+    }
+}
+
 } // namespace
 
 BENCHMARK(LoadMonth)->Unit(benchmark::kMillisecond);
+BENCHMARK(LoadMonthAndDraw)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv)
 {
-    QCoreApplication app(argc, argv);
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    QApplication app(argc, argv);
     // The load's pause for other workstations is not part of the work measured.
     setWaitsEnabled(false);
     benchmark::Initialize(&argc, argv);
