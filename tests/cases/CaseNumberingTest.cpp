@@ -7,6 +7,8 @@
 #include "support/InstallationTest.h"
 
 #include <QFile>
+#include "support/Text.h"
+
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -14,10 +16,7 @@ using namespace pvardo::cases;
 
 namespace {
 
-QString q(const char* text)
-{
-    return QString::fromUtf8(text);
-}
+using pvardo::test::q;
 
 class CaseNumberingTest : public test::InstallationTest
 {

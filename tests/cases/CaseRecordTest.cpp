@@ -14,6 +14,8 @@
 
 #include <QFile>
 #include <QMap>
+#include "support/Text.h"
+
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -21,10 +23,7 @@ using namespace pvardo::cases;
 
 namespace {
 
-QString q(const char* text)
-{
-    return QString::fromUtf8(text);
-}
+using pvardo::test::q;
 
 class CaseRecordTest : public test::InstallationTest
 {

@@ -9,6 +9,8 @@
 #include "support/InstallationTest.h"
 
 #include <QFile>
+#include "support/Text.h"
+
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -16,10 +18,7 @@ using namespace pvardo::parcels;
 
 namespace {
 
-QString q(const char* text)
-{
-    return QString::fromUtf8(text);
-}
+using pvardo::test::q;
 
 class ParcelServiceTest : public test::InstallationTest
 {

@@ -13,6 +13,8 @@
 #include <QJsonObject>
 #include <QRandomGenerator>
 #include <QThread>
+#include "support/Text.h"
+
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -20,10 +22,7 @@ using namespace pvardo::parcels;
 
 namespace {
 
-QString q(const char* text)
-{
-    return QString::fromUtf8(text);
-}
+using pvardo::test::q;
 
 QString fixturePath(const char* name)
 {

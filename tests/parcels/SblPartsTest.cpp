@@ -1,15 +1,14 @@
 #include "parcels/SblParts.h"
 
+#include "support/Text.h"
+
 #include <gtest/gtest.h>
 
 using namespace pvardo::parcels;
 
 namespace {
 
-QString q(const char* text)
-{
-    return QString::fromUtf8(text);
-}
+using pvardo::test::q;
 
 SblBoxes boxes(
     const char* section, const char* block, const char* lot, const char* sublot1, const char* sublot2)

@@ -11,6 +11,8 @@
 #include <QImage>
 #include <QSignalSpy>
 #include <QTest>
+#include "support/Text.h"
+
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -18,10 +20,7 @@ using namespace pvardo::schedule;
 
 namespace {
 
-QString q(const char* text)
-{
-    return QString::fromUtf8(text);
-}
+using pvardo::test::q;
 
 class CalendarTest : public ::testing::Test
 {

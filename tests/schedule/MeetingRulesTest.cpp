@@ -5,16 +5,15 @@
 #include "schedule/CalendarMath.h"
 #include "schedule/MonthGrid.h"
 
+#include "support/Text.h"
+
 #include <gtest/gtest.h>
 
 using namespace pvardo::schedule;
 
 namespace {
 
-QString q(const char* text)
-{
-    return QString::fromUtf8(text);
-}
+using pvardo::test::q;
 
 struct GridCase
 {

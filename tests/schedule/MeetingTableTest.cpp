@@ -5,6 +5,8 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include "support/Text.h"
+
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -12,10 +14,7 @@ using namespace pvardo::schedule;
 
 namespace {
 
-QString q(const char* text)
-{
-    return QString::fromUtf8(text);
-}
+using pvardo::test::q;
 
 MeetingForm meeting(const char* name, bool recurring)
 {

@@ -3,6 +3,8 @@
 #include "common/Session.h"
 #include "support/ScriptedPrompts.h"
 
+#include "support/Text.h"
+
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -10,10 +12,7 @@ using namespace pvardo::schedule;
 
 namespace {
 
-QString q(const char* text)
-{
-    return QString::fromUtf8(text);
-}
+using pvardo::test::q;
 
 MeetingForm goodForm()
 {

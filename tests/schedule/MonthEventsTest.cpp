@@ -8,6 +8,8 @@
 #include "support/InstallationTest.h"
 
 #include <QFile>
+#include "support/Text.h"
+
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -15,10 +17,7 @@ using namespace pvardo::schedule;
 
 namespace {
 
-QString q(const char* text)
-{
-    return QString::fromUtf8(text);
-}
+using pvardo::test::q;
 
 QString monthDate(int year, int month)
 {

@@ -25,6 +25,8 @@
 #include <QRadioButton>
 #include <QTest>
 #include <QTreeWidget>
+#include "support/Text.h"
+
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -33,10 +35,7 @@ using namespace pvardo::test;
 
 namespace {
 
-QString q(const char* text)
-{
-    return QString::fromUtf8(text);
-}
+using pvardo::test::q;
 
 // One stored meeting, as read back from the file.
 struct StoredMeeting
