@@ -3,7 +3,6 @@
 // printer or into a PDF file. Offices use it for batch printing; it is also
 // the way to look at the engine's pages from outside the program.
 #include "cli/AdminCommand.h"
-#include "documents/DocumentPaper.h"
 #include "documents/PrintRichText.h"
 #include "documents/RtfReader.h"
 #include "documents/printer/DefaultPrinter.h"
@@ -111,14 +110,10 @@ int runPrint(CommandContext& context)
                     << " Printing what could be read." << Qt::endl;
     }
 
+    // The document's own paper, and its margins unless the office gives its own.
     documents::PrintSettings settings;
-    const documents::DocumentPaper paper = documents::documentPaper(document);
-    if (paper.stated) {
-        settings.leftMargin = paper.leftTwips / 1440.0;
-        settings.topMargin = paper.topTwips / 1440.0;
-        settings.rightMargin = paper.rightTwips / 1440.0;
-        settings.bottomMargin = paper.bottomTwips / 1440.0;
-    }
+    settings.documentPaper = true;
+    settings.documentMargins = margins.isEmpty();
     if (!margins.isEmpty() && !parseMargins(margins, settings)) {
         context.err << "pvardo-admin print: --margins wants four numbers of inches from 0 to 10, as 1,0.8,1,0.8"
                     << Qt::endl;

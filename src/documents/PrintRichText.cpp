@@ -1,13 +1,20 @@
 #include "documents/PrintRichText.h"
 
+#include "documents/DocumentPaper.h"
+#include "documents/DocumentPassages.h"
+#include "documents/DocumentSections.h"
 #include "documents/PageGeometry.h"
 #include "documents/Placeholders.h"
 #include "documents/RichTextLayout.h"
 #include "documents/RtfReader.h"
 
+#include <QHash>
+#include <QPageLayout>
 #include <QPagedPaintDevice>
 #include <QPainter>
+#include <QTextCursor>
 #include <QTextDocument>
+#include <QTextDocumentFragment>
 
 #include <cmath>
 #include <memory>
@@ -19,6 +26,9 @@ namespace {
 constexpr int footerReserve = 300; // twips kept free above the bottom edge for the footer band
 constexpr int footerAbove = 100;   // the band begins this far above the bottom edge
 constexpr int footerBelow = 160;   // and ends this far below it
+// Characters laid out at a time: a letter or a listing of a few dozen pages
+// is one passage; a longer text is printed passage by passage.
+constexpr int passageCharacters = 60000;
 
 int inchesToTwips(double inches)
 {
@@ -32,6 +42,32 @@ QRectF deviceRect(const PageGeometry& geometry, qreal left, qreal top, qreal rig
 {
     return QRectF(QPointF(geometry.toDeviceX(left), geometry.toDeviceY(top)),
                   QPointF(geometry.toDeviceX(right), geometry.toDeviceY(bottom)));
+}
+
+// The notes one below the other under a short rule.
+std::unique_ptr<QTextDocument> notesDocument(const QList<QByteArray>& notes, const QTextDocument& body)
+{
+    auto document = std::make_unique<QTextDocument>();
+    document->setUndoRedoEnabled(false);
+    document->setDefaultFont(body.defaultFont());
+    QTextCursor cursor(document.get());
+    QTextBlockFormat rule;
+    rule.setTopMargin(12);
+    rule.setProperty(QTextFormat::BlockTrailingHorizontalRulerWidth, QTextLength(QTextLength::PercentageLength, 30));
+    cursor.setBlockFormat(rule);
+    for (const QByteArray& note : notes) {
+        QTextDocument text;
+        readRtf(note, text);
+        cursor.insertBlock(QTextBlockFormat());
+        cursor.insertFragment(QTextDocumentFragment(&text));
+    }
+    return document;
+}
+
+// A passage holds text other than empty paragraphs.
+bool holdsText(const QTextDocument& document)
+{
+    return document.characterCount() > document.blockCount();
 }
 
 } // namespace
@@ -55,10 +91,64 @@ PrintOutcome PrintRichText(QTextDocument& buffer, QPagedPaintDevice& device, con
     // 1. The print-time placeholders of the body.
     expand(buffer);
 
-    // 2. The page.
-    const PageGeometry geometry
-        = SetupPage(device, inchesToTwips(settings.leftMargin), inchesToTwips(settings.topMargin),
-                    inchesToTwips(settings.rightMargin), inchesToTwips(settings.bottomMargin));
+    // 2. The text in passages, the notes behind it.
+    const DocumentPaper paper = documentPaper(buffer);
+    const QList<DocumentSection> sections = documentSections(buffer);
+    const bool facingPages = documentFacingPages(buffer);
+    std::vector<DocumentPassage> passages = cutIntoPassages(buffer, passageCharacters);
+    if (const QList<QByteArray> notes = documentNotes(buffer); !notes.isEmpty()) {
+        const std::unique_ptr<QTextDocument> notesText = notesDocument(notes, buffer);
+        for (DocumentPassage& passage : cutIntoPassages(*notesText, passageCharacters)) {
+            passage.section = -1;
+            passages.push_back(std::move(passage));
+        }
+    }
+    std::vector<bool> textFollows(passages.size(), false);
+    for (size_t i = passages.size(); i-- > 1;) {
+        textFollows[i - 1] = textFollows[i] || holdsText(*passages[i].document);
+    }
+
+    // 3. The page of a section.
+    auto sectionAt = [&](int index) {
+        return index >= 0 && index < sections.size() ? sections.at(index) : DocumentSection();
+    };
+    auto usePaperOf = [&](const DocumentSection& section) {
+        if (!settings.documentPaper || (!paper.stated && section.widthTwips <= 0 && !section.landscape)) {
+            return;
+        }
+        int width = section.widthTwips > 0 ? section.widthTwips : paper.widthTwips;
+        int height = section.heightTwips > 0 ? section.heightTwips : paper.heightTwips;
+        if (section.landscape && width < height) {
+            std::swap(width, height);
+        }
+        QPageLayout layout = device.pageLayout();
+        layout.setOrientation(QPageLayout::Portrait);
+        layout.setPageSize(QPageSize(QSizeF(std::min(width, height) / 20.0, std::max(width, height) / 20.0),
+                                     QPageSize::Point, QString(), QPageSize::ExactMatch),
+                           layout.margins());
+        layout.setOrientation(width > height ? QPageLayout::Landscape : QPageLayout::Portrait);
+        device.setPageLayout(layout);
+    };
+    auto geometryOf = [&](const DocumentSection& section) {
+        int left = inchesToTwips(settings.leftMargin);
+        int top = inchesToTwips(settings.topMargin);
+        int right = inchesToTwips(settings.rightMargin);
+        int bottom = inchesToTwips(settings.bottomMargin);
+        if (settings.documentMargins) {
+            auto stated = [&](int own, int document, int fallback) {
+                return own >= 0 ? own : paper.stated ? document : fallback;
+            };
+            left = stated(section.leftTwips, paper.leftTwips, left);
+            top = stated(section.topTwips, paper.topTwips, top);
+            right = stated(section.rightTwips, paper.rightTwips, right);
+            bottom = stated(section.bottomTwips, paper.bottomTwips, bottom);
+        }
+        return SetupPage(device, left, top, right, bottom);
+    };
+
+    DocumentSection section = passages.empty() ? DocumentSection() : sectionAt(passages.front().section);
+    usePaperOf(section);
+    PageGeometry geometry = geometryOf(section);
     QPainter painter;
     if (!painter.begin(&device)) {
         outcome.error = QStringLiteral("Error The printer could not be opened.");
@@ -66,14 +156,38 @@ PrintOutcome PrintRichText(QTextDocument& buffer, QPagedPaintDevice& device, con
     }
     painter.setRenderHint(QPainter::Antialiasing);
 
-    const qreal columnWidth = geometry.toDeviceX(geometry.rightEdge - geometry.leftEdge);
-    const RichTextLayout body(buffer, &device, columnWidth);
-
     QTextDocument footerSource;
     if (!settings.footerRtf.isEmpty()) {
         readRtf(settings.footerRtf.toUtf8(), footerSource);
     }
-    auto printFooterBand = [&] {
+    QHash<QByteArray, std::shared_ptr<QTextDocument>> bands;
+    // A header (at its distance from the paper's top) or a document footer
+    // (its last line at its distance from the paper's bottom).
+    auto printBand = [&](const QByteArray& rtf, bool header) {
+        if (rtf.isEmpty()) {
+            return;
+        }
+        std::shared_ptr<QTextDocument>& source = bands[rtf];
+        if (!source) {
+            source = std::make_shared<QTextDocument>();
+            readRtf(rtf, *source);
+        }
+        std::unique_ptr<QTextDocument> band(source->clone());
+        expand(*band);
+        const RichTextLayout layout(*band, &device, geometry.toDeviceX(geometry.rightEdge - geometry.leftEdge));
+        const qreal paperHeight = device.pageLayout().fullRectPoints().height() * 20;
+        const qreal top = header ? geometry.toDeviceY(section.headerY - geometry.offsetY)
+                                 : geometry.toDeviceY(paperHeight - section.footerY - geometry.offsetY)
+                                       - layout.height();
+        const QRectF target(geometry.toDeviceX(geometry.leftEdge), top,
+                            geometry.toDeviceX(geometry.rightEdge - geometry.leftEdge),
+                            std::max(layout.height() + 1, geometry.toDeviceY(720)));
+        layout.formatRange(&painter, 0, target);
+    };
+    int pageInSection = 1;
+    auto finishPage = [&] {
+        printBand(section.headerFor(pageInSection, counter, facingPages), true);
+        printBand(section.footerFor(pageInSection, counter, facingPages), false);
         if (counter < 1) {
             counter = 1;
         }
@@ -88,32 +202,86 @@ PrintOutcome PrintRichText(QTextDocument& buffer, QPagedPaintDevice& device, con
                                         geometry.bottomEdge + footerBelow));
         }
         ++counter;
+        ++outcome.pages;
     };
 
-    // 3. and 4.
-    qreal top = settings.startY < 1 ? geometry.topEdge : settings.startY;
-    const int textLength = body.textLength();
-    int firstChar = 0;
-    const qreal bottom = geometry.bottomEdge - (settings.footer ? footerReserve : 0);
-    for (;;) {
-        // 5.
-        const QRectF target = deviceRect(geometry, geometry.leftEdge, top, geometry.rightEdge, bottom);
-        firstChar = body.formatRange(&painter, firstChar, target);
-        ++outcome.pages;
-        // 6.
-        if (firstChar >= textLength) {
-            break;
+    // 4. The pages: each passage goes on where the one before it ended.
+    qreal y = geometry.toDeviceY(settings.startY < 1 ? geometry.topEdge : settings.startY);
+    bool pageHoldsText = false;
+    qreal trailing = 0; // the space below the last paragraph printed
+    auto newPage = [&](const DocumentSection* next) {
+        finishPage();
+        if (next) {
+            section = *next;
+            pageInSection = 0;
+            usePaperOf(section);
         }
-        printFooterBand();
         if (!device.newPage()) {
-            painter.end();
-            outcome.error = QStringLiteral("Error The printer refused a new page.");
-            return outcome;
+            return false;
         }
-        top = geometry.topEdge;
+        geometry = geometryOf(section);
+        ++pageInSection;
+        y = geometry.toDeviceY(geometry.topEdge);
+        pageHoldsText = false;
+        trailing = 0;
+        return true;
+    };
+    auto refused = [&] {
+        painter.end();
+        outcome.error = QStringLiteral("Error The printer refused a new page.");
+        return outcome;
+    };
+
+    for (size_t index = 0; index < passages.size(); ++index) {
+        const DocumentPassage& passage = passages[index];
+        if (index > 0 && passage.section >= 0) {
+            const DocumentSection next = sectionAt(passage.section);
+            if (next.newPage && pageHoldsText) {
+                if (!newPage(&next)) {
+                    return refused();
+                }
+            } else {
+                // A section that runs on: its margins from here, its paper
+                // and headers from the next page.
+                section = next;
+                geometry = geometryOf(section);
+            }
+        }
+        RichTextLayout layout(*passage.document, &device,
+                                    geometry.toDeviceX(geometry.rightEdge - geometry.leftEdge));
+        layout.setTextFollows(textFollows[index]);
+        if (layout.breaksBefore() && pageHoldsText && !newPage(nullptr)) {
+            return refused();
+        }
+        int position = 0;
+        while (position < layout.textLength()) {
+            qreal top = y;
+            if (pageHoldsText && position == 0) {
+                top = y + std::max(trailing, layout.leadingSpace()) - layout.leadingSpace();
+            }
+            const qreal bottom = geometry.toDeviceY(geometry.bottomEdge - (settings.footer ? footerReserve : 0));
+            const QRectF target(QPointF(geometry.toDeviceX(geometry.leftEdge), top),
+                                QPointF(geometry.toDeviceX(geometry.rightEdge), std::max(bottom, top)));
+            qreal used = 0;
+            const int next = layout.formatRange(&painter, position, target, pageHoldsText, &used);
+            if (next == position) {
+                if (!newPage(nullptr)) {
+                    return refused();
+                }
+                continue;
+            }
+            if (used > 0 || next < layout.textLength()) {
+                pageHoldsText = true;
+                y = top + used;
+            }
+            position = next;
+            if (position < layout.textLength() && !newPage(nullptr)) {
+                return refused();
+            }
+        }
+        trailing = layout.trailingSpace();
     }
-    // 7.
-    printFooterBand();
+    finishPage();
     if (!painter.end()) {
         outcome.error = QStringLiteral("Error The printer could not finish the document.");
         return outcome;

@@ -26,6 +26,13 @@ struct PrintSettings {
     // The page counter, counted up after each page. When null a counter of
     // the call's own, starting at 1, is used.
     int* pageCounter = nullptr;
+    // Print on the paper each section of the document states (size and
+    // orientation: a landscape table prints on a landscape page). Off, the
+    // device's paper is kept.
+    bool documentPaper = false;
+    // Take the margins the document and its sections state in place of the
+    // four above, where it states them.
+    bool documentMargins = false;
     // The print-time pass over placeholders: run once on the body before it is
     // laid out, and on the footer before each page. When empty, only "##"
     // (the page counter) is filled.
@@ -40,10 +47,12 @@ struct PrintOutcome {
 
 // Prints `buffer` on `device` page by page: each page takes the lines that fit
 // between the margins (less 300 twips for the footer band when it is on),
-// then the footer band, from 100 twips above the bottom edge to 160 below
-// it, with the page counter; a new page follows only while text remains, so
-// text that ends exactly at the foot of a page leaves no blank page. The
-// buffer itself is changed only by the print-time placeholder pass.
+// then the document's own header and footer, then the footer band, from 100
+// twips above the bottom edge to 160 below it, with the page counter; a new
+// page follows only while text remains, so text that ends exactly at the foot
+// of a page leaves no blank page. A section that begins on a new page does
+// so; the document's footnotes follow its text, numbered. The buffer itself
+// is changed only by the print-time placeholder pass.
 PrintOutcome PrintRichText(QTextDocument& buffer, QPagedPaintDevice& device, const PrintSettings& settings);
 
 } // namespace pvardo::documents

@@ -89,6 +89,40 @@ void scaleParagraphIndents(QTextDocument& document, qreal scale)
     }
 }
 
+// A table whose columns are wider than the text is made narrower, every
+// column in proportion, so that no column is lost beyond the paper's edge.
+// Widths are in the document's units; `width` is the text's.
+void fitTablesToWidth(QTextDocument& document, qreal width)
+{
+    QTextFrame* root = document.rootFrame();
+    for (QTextFrame* frame : root->childFrames()) {
+        auto* table = qobject_cast<QTextTable*>(frame);
+        if (!table) {
+            continue;
+        }
+        QTextTableFormat format = table->format();
+        QList<QTextLength> widths = format.columnWidthConstraints();
+        qreal fixed = 0;
+        for (const QTextLength& length : widths) {
+            if (length.type() == QTextLength::FixedLength) {
+                fixed += length.rawValue();
+            }
+        }
+        const qreal available = width - format.leftMargin() - format.rightMargin();
+        if (fixed <= available || fixed <= 0 || available <= 0) {
+            continue;
+        }
+        const qreal factor = available / fixed;
+        for (QTextLength& length : widths) {
+            if (length.type() == QTextLength::FixedLength) {
+                length = QTextLength(QTextLength::FixedLength, length.rawValue() * factor);
+            }
+        }
+        format.setColumnWidthConstraints(widths);
+        table->setFormat(format);
+    }
+}
+
 } // namespace
 
 RichTextLayout::RichTextLayout(const QTextDocument& document, QPaintDevice* device, qreal width)
@@ -96,11 +130,17 @@ RichTextLayout::RichTextLayout(const QTextDocument& document, QPaintDevice* devi
 {
     m_document->setUndoRedoEnabled(false);
     spellOutSmallCapitals(*m_document);
+    const qreal scale = device ? device->logicalDpiX() / twipsToUnits(1440) : 1.0;
     if (device) {
-        scaleParagraphIndents(*m_document, device->logicalDpiX() / twipsToUnits(1440));
+        scaleParagraphIndents(*m_document, scale);
     }
-    m_document->documentLayout()->setPaintDevice(device);
+    fitTablesToWidth(*m_document, m_width / scale);
+    // Each of the settings below lays the whole document out again once a
+    // layout exists (for a long table, a pass over all its rows); with no
+    // page size the layout waits, so the text is laid out once, at the end.
     m_document->setDocumentMargin(0);
+    m_document->setPageSize(QSizeF(0, 0));
+    m_document->documentLayout()->setPaintDevice(device);
     m_document->setTextWidth(m_width);
     m_textLength = std::max(0, m_document->characterCount() - 1);
     collectUnits();
@@ -190,6 +230,7 @@ void RichTextLayout::collectUnits()
         }
     }
 
+    m_trailing = m_units.empty() ? 0 : std::max<qreal>(0, layout->documentSize().height() - m_units.back().bottom);
     m_onlyEmptyFrom.assign(m_units.size() + 1, true);
     for (size_t i = m_units.size(); i-- > 0;) {
         m_onlyEmptyFrom[i] = m_units[i].empty && m_onlyEmptyFrom[i + 1];
@@ -198,6 +239,15 @@ void RichTextLayout::collectUnits()
 
 int RichTextLayout::formatRange(QPainter* painter, int firstChar, const QRectF& target) const
 {
+    return formatRange(painter, firstChar, target, false, nullptr);
+}
+
+int RichTextLayout::formatRange(QPainter* painter, int firstChar, const QRectF& target, bool pageHoldsText,
+                                qreal* used) const
+{
+    if (used) {
+        *used = 0;
+    }
     if (firstChar >= m_textLength || m_units.empty()) {
         return m_textLength;
     }
@@ -205,11 +255,14 @@ int RichTextLayout::formatRange(QPainter* painter, int firstChar, const QRectF& 
     auto it = std::upper_bound(m_units.begin(), m_units.end(), firstChar,
                                [](int position, const Unit& unit) { return position < unit.position; });
     size_t first = it == m_units.begin() ? 0 : size_t(std::distance(m_units.begin(), it) - 1);
-    if (m_onlyEmptyFrom[first]) {
+    if (m_onlyEmptyFrom[first] && !m_textFollows) {
         return m_textLength;
     }
 
     const qreal y0 = m_units[first].top;
+    if (pageHoldsText && m_units[first].bottom - y0 > target.height()) {
+        return firstChar;
+    }
     size_t end = first + 1; // one past the last unit drawn; the first is always taken
     qreal bottom = m_units[first].bottom;
     while (end < m_units.size()) {
@@ -237,6 +290,9 @@ int RichTextLayout::formatRange(QPainter* painter, int firstChar, const QRectF& 
         }
     }
 
+    if (used) {
+        *used = bottom - y0;
+    }
     if (painter) {
         painter->save();
         painter->translate(target.left(), target.top() - y0);
@@ -246,15 +302,33 @@ int RichTextLayout::formatRange(QPainter* painter, int firstChar, const QRectF& 
         // above and below the range touch it at one edge, so its clip is a
         // hair narrower than the painter's. (A clipped line would still be in
         // the PDF's text, merely invisible.)
-        QAbstractTextDocumentLayout::PaintContext context;
-        const qreal hair = std::min<qreal>(0.5, (bottom - y0) / 4);
-        context.clip = clip.adjusted(0, hair, 0, -hair);
-        context.palette.setColor(QPalette::Text, Qt::black);
-        m_document->documentLayout()->draw(painter, context);
+        //
+        // Within a paragraph the layout also draws the one line just above
+        // its clip; so the lines of a paragraph that began on the page before
+        // are drawn here one by one, and the layout begins below them.
+        qreal layoutTop = y0;
+        const size_t blockStart = m_units[first].blockStart;
+        if (first > blockStart) {
+            const QTextBlock block = m_document->findBlock(m_units[first].position);
+            const QTextLayout* lines = block.layout();
+            painter->setPen(Qt::black);
+            size_t i = first;
+            for (; i < end && m_units[i].blockStart == blockStart; ++i) {
+                lines->lineAt(int(i - blockStart)).draw(painter, lines->position());
+            }
+            layoutTop = i < end ? m_units[i].top : bottom;
+        }
+        if (layoutTop < bottom) {
+            QAbstractTextDocumentLayout::PaintContext context;
+            const qreal hair = std::min<qreal>(0.5, (bottom - layoutTop) / 4);
+            context.clip = QRectF(-1, layoutTop, m_width + 2, bottom - layoutTop).adjusted(0, hair, 0, -hair);
+            context.palette.setColor(QPalette::Text, Qt::black);
+            m_document->documentLayout()->draw(painter, context);
+        }
         painter->restore();
     }
 
-    if (end >= m_units.size() || m_onlyEmptyFrom[end]) {
+    if (end >= m_units.size() || (m_onlyEmptyFrom[end] && !m_textFollows)) {
         return m_textLength;
     }
     return std::max(m_units[end].position, firstChar + 1);

@@ -40,6 +40,22 @@ public:
     // page break ends the range. When nothing but empty paragraphs would be
     // left, the text counts as finished, so the last page is never blank.
     int formatRange(QPainter* painter, int firstChar, const QRectF& target) const;
+    // The same for a page that already holds text above `target`: then
+    // nothing is taken when the first line does not fit (the first character
+    // comes back). `used` receives the height drawn, in device pixels.
+    int formatRange(QPainter* painter, int firstChar, const QRectF& target, bool pageHoldsText, qreal* used) const;
+
+    // When more text follows this layout on the same pages, its trailing
+    // empty paragraphs are printed like any others.
+    void setTextFollows(bool follows) { m_textFollows = follows; }
+    // The text begins with a forced page break.
+    bool breaksBefore() const { return !m_units.empty() && m_units.front().breakBefore; }
+    // The space above the first line (the first paragraph's space before)
+    // and below the last one, in device pixels.
+    qreal leadingSpace() const { return m_units.empty() ? 0 : m_units.front().top; }
+    qreal trailingSpace() const { return m_trailing; }
+    // From the top of the text to the bottom of its last line, in device pixels.
+    qreal height() const { return m_units.empty() ? 0 : m_units.back().bottom; }
 
     QTextDocument& document() { return *m_document; }
 
@@ -60,6 +76,8 @@ private:
     std::vector<bool> m_onlyEmptyFrom; // from unit i on, all units are empty
     int m_textLength = 0;
     qreal m_width = 0;
+    qreal m_trailing = 0;
+    bool m_textFollows = false;
 };
 
 } // namespace pvardo::documents

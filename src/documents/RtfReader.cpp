@@ -2,6 +2,7 @@
 
 #include "documents/CodePages.h"
 #include "documents/DocumentPaper.h"
+#include "documents/DocumentSections.h"
 #include "documents/DocumentUnits.h"
 #include "documents/RichTextLayout.h"
 
@@ -285,6 +286,11 @@ struct Group {
     Destination destination = Destination::Normal;
     int unicodeSkip = 1;
     bool pictureOwner = false; // this group opened the picture
+    qsizetype openedAt = 0;    // where the group's brace stands in the file
+    // A header, footer or footnote kept whole as RTF of its own, from here to
+    // the group's end.
+    QByteArray capture;
+    qsizetype captureFrom = 0;
 };
 
 struct FontEntry {
@@ -428,6 +434,12 @@ private:
     void fontTableText(char16_t c);
     int currentCodePage() const;
 
+    // Sections, headers, footers and notes
+    bool handleSectionWord(const QByteArray& word, int value);
+    bool startCapture(const QByteArray& word);
+    void finishCapture(const Group& closing);
+    void stampSection();
+
     QColor color(int index) const
     {
         if (index <= 0 || index >= m_colors.size()) {
@@ -489,6 +501,18 @@ private:
     int m_pictureCount = 0;
 
     DocumentPaper m_paper;
+
+    // Sections: the one being described, those already begun, and whether
+    // its first paragraph has been met.
+    DocumentSection m_section;
+    QList<DocumentSection> m_sections;
+    bool m_sectionBegun = false;
+    int m_sectionsBegun = 0;
+    bool m_sectionsUsed = false; // the file divides itself or has headers: mark where sections begin
+    bool m_landscape = false;
+    bool m_facingPages = false;
+    QByteArray m_tableBytes; // the font, colour and style tables, for the headers' own documents
+    QList<QByteArray> m_notes;
 };
 
 RtfReadResult RtfReader::read()
@@ -630,10 +654,14 @@ RtfReadResult RtfReader::read()
     if (m_table) {
         if (m_blockHasContent) {
             m_cursor.setBlockFormat(currentBlockFormat());
+            stampSection();
         }
         closeTable();
     } else {
         m_cursor.setBlockFormat(currentBlockFormat());
+        if (m_blockHasContent) {
+            stampSection();
+        }
     }
     // A paragraph mark ends the paragraph before it: it does not open an empty
     // one at the end of the document.
@@ -651,7 +679,14 @@ RtfReadResult RtfReader::read()
         }
     }
     editBlock.endEditBlock();
+    if (m_landscape && m_paper.widthTwips < m_paper.heightTwips) {
+        std::swap(m_paper.widthTwips, m_paper.heightTwips);
+        m_paper.stated = true;
+    }
     setDocumentPaper(m_document, m_paper);
+    setDocumentSections(m_document, m_sections);
+    setDocumentNotes(m_document, m_notes);
+    setDocumentFacingPages(m_document, m_facingPages);
     m_document.setUndoRedoEnabled(true);
     m_document.setModified(false);
     return m_result;
@@ -667,6 +702,8 @@ void RtfReader::openGroup()
     m_pendingSkip = 0;
     Group copy = group();
     copy.pictureOwner = false;
+    copy.openedAt = m_tokenizer.position() - 1;
+    copy.capture.clear();
     m_groups.push_back(copy);
     m_nextIsDestination = false;
 }
@@ -676,6 +713,14 @@ void RtfReader::closeGroup()
     m_pendingSkip = 0;
     const Group closing = group();
     m_groups.pop_back();
+    if (!closing.capture.isEmpty()) {
+        finishCapture(closing);
+    }
+    if ((closing.destination == Destination::FontTable || closing.destination == Destination::ColorTable
+         || closing.destination == Destination::StyleSheet)
+        && group().destination != closing.destination && m_tableBytes.size() < 4 * 1024 * 1024) {
+        m_tableBytes += m_data.mid(closing.openedAt, m_tokenizer.position() - closing.openedAt);
+    }
     if (closing.destination == Destination::Picture && closing.pictureOwner) {
         finishPicture();
     }
@@ -817,7 +862,7 @@ void RtfReader::handleControlWord(const Token& token)
         return;
     }
     if (handleCharacterWord(word, has, value) || handleParagraphWord(word, has, value)
-        || handleTableWord(word, has, value) || handleDocumentWord(word, value)) {
+        || handleTableWord(word, has, value) || handleDocumentWord(word, value) || handleSectionWord(word, value)) {
         return;
     }
     handleDestinationWord(word);
@@ -842,6 +887,8 @@ void RtfReader::handleDestinationWord(const QByteArray& word)
         group().destination = Destination::Picture;
         group().pictureOwner = true;
         m_picture = PictureState();
+    } else if (startCapture(word)) {
+        group().destination = Destination::Skip;
     } else if (isSkippedDestination(word)) {
         group().destination = Destination::Skip;
     }
@@ -1065,6 +1112,9 @@ bool RtfReader::handleParagraphWord(const QByteArray& word, bool has, int value)
             closeTable();
         }
         endParagraph();
+        // The next paragraph begins a section; the words that follow describe it.
+        m_sectionBegun = false;
+        m_sectionsUsed = true;
         return true;
     }
     if (word == "page") {
@@ -1628,6 +1678,7 @@ void RtfReader::endParagraph(bool pageBreakAfter)
     }
     flushRun();
     m_cursor.setBlockFormat(currentBlockFormat());
+    stampSection();
     m_pageBreakPending = pageBreakAfter;
     m_cursor.insertBlock(QTextBlockFormat(), m_runFormat);
     m_blockHasContent = false;
@@ -1719,6 +1770,7 @@ void RtfReader::endCell()
     }
     flushRun();
     m_cursor.setBlockFormat(currentBlockFormat());
+    stampSection();
     m_cellAdvance = true;
 }
 
@@ -2008,6 +2060,136 @@ void RtfReader::finishPicture()
     m_cursor.insertImage(format);
     m_blockHasContent = true;
     m_paragraphEnded = false;
+}
+
+// ---------------------------------------------------------------------------
+// Sections, headers, footers and notes
+
+bool RtfReader::handleSectionWord(const QByteArray& word, int value)
+{
+    const int length = std::clamp(value, 0, 31680 * 2);
+    if (word == "chftn") {
+        // A footnote's mark: the number of the note that follows (inside a
+        // note it is filled in when the note is kept).
+        for (const QChar c : QString::number(m_notes.size() + 1)) {
+            emitChar(c.unicode());
+        }
+        return true;
+    }
+    if (word == "landscape") {
+        m_landscape = true;
+        return true;
+    }
+    if (word == "facingp") {
+        m_facingPages = true;
+        return true;
+    }
+    if (!word.startsWith("s") && !word.endsWith("sxn") && !word.startsWith("header") && !word.startsWith("footer")
+        && word != "titlepg" && word != "lndscpsxn") {
+        return false;
+    }
+    DocumentSection& section = m_section;
+    if (word == "sectd") {
+        section.newPage = true;
+        section.widthTwips = section.heightTwips = 0;
+        section.landscape = false;
+        section.leftTwips = section.topTwips = section.rightTwips = section.bottomTwips = -1;
+        section.headerY = section.footerY = 720;
+        section.titlePage = false;
+    } else if (word == "sbknone") {
+        section.newPage = false;
+    } else if (word == "sbkpage" || word == "sbkodd" || word == "sbkeven" || word == "sbkcol") {
+        section.newPage = true;
+    } else if (word == "pgwsxn") {
+        section.widthTwips = std::max(length, 720);
+    } else if (word == "pghsxn") {
+        section.heightTwips = std::max(length, 720);
+    } else if (word == "lndscpsxn") {
+        section.landscape = true;
+    } else if (word == "marglsxn") {
+        section.leftTwips = length;
+    } else if (word == "margrsxn") {
+        section.rightTwips = length;
+    } else if (word == "margtsxn") {
+        section.topTwips = length;
+    } else if (word == "margbsxn") {
+        section.bottomTwips = length;
+    } else if (word == "headery") {
+        section.headerY = length;
+    } else if (word == "footery") {
+        section.footerY = length;
+    } else if (word == "titlepg") {
+        section.titlePage = true;
+    } else {
+        return false;
+    }
+    m_sectionsUsed = true;
+    return true;
+}
+
+bool RtfReader::startCapture(const QByteArray& word)
+{
+    static const QList<QByteArray> words{"header",  "headerl", "headerr", "headerf", "footer",
+                                         "footerl", "footerr", "footerf", "footnote"};
+    if (!words.contains(word)) {
+        return false;
+    }
+    flushRun();
+    group().capture = word;
+    group().captureFrom = m_tokenizer.position();
+    if (word != "footnote") {
+        m_sectionsUsed = true;
+    }
+    return true;
+}
+
+void RtfReader::finishCapture(const Group& closing)
+{
+    constexpr qsizetype largest = 1024 * 1024;
+    const qsizetype end = m_tokenizer.position() - 1; // the group's closing brace
+    if (end <= closing.captureFrom || end - closing.captureFrom > largest) {
+        return;
+    }
+    QByteArray rtf = "{\\rtf1\\ansi\\ansicpg" + QByteArray::number(m_ansiCodePage) + "\\deff"
+                     + QByteArray::number(m_defaultFont) + m_tableBytes + ' '
+                     + m_data.mid(closing.captureFrom, end - closing.captureFrom) + "}";
+    const QByteArray& word = closing.capture;
+    if (word == "footnote") {
+        if (m_notes.size() < 10000) {
+            m_notes.append(replaceControlWord(rtf, "chftn", '{' + QByteArray::number(m_notes.size() + 1) + '}'));
+        }
+        return;
+    }
+    rtf = pageFieldsAsCounter(rtf);
+    DocumentSection& section = m_section;
+    QByteArray* target = word == "header"    ? &section.header
+                         : word == "headerl" ? &section.headerLeft
+                         : word == "headerr" ? &section.headerRight
+                         : word == "headerf" ? &section.headerFirst
+                         : word == "footer"  ? &section.footer
+                         : word == "footerl" ? &section.footerLeft
+                         : word == "footerr" ? &section.footerRight
+                                             : &section.footerFirst;
+    *target = rtf;
+}
+
+void RtfReader::stampSection()
+{
+    if (m_sectionBegun || group().destination != Destination::Normal) {
+        return;
+    }
+    m_sectionBegun = true;
+    ++m_sectionsBegun;
+    if (!m_sectionsUsed) {
+        return; // a plain document: nothing to mark
+    }
+    QTextBlockFormat format;
+    format.setProperty(sectionProperty, int(m_sections.size()));
+    if (m_sectionsBegun > 1 && m_section.newPage) {
+        format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
+    }
+    m_sections.append(m_section);
+    m_cursor.mergeBlockFormat(format);
 }
 
 } // namespace
