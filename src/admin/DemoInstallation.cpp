@@ -1,5 +1,6 @@
 #include "admin/DemoInstallation.h"
 
+#include "admin/Installation.h"
 #include "cases/CaseRecord.h"
 #include "common/Settings.h"
 #include "common/TextFiles.h"
@@ -9,6 +10,7 @@
 #include "store/Recordset.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 namespace pvardo::admin {
@@ -70,6 +72,26 @@ void DemoInstallation::writeListFile(const QString& fileName, const QStringList&
         m_created << QStringLiteral("databases/") + fileName;
     } else {
         m_failures << QStringLiteral("databases/") + fileName + QStringLiteral(": ") + error;
+    }
+}
+
+// Two letters of the office's own, offered in the case screen's print
+// dialog through forms/0custom.txt.
+void DemoInstallation::writeLetters()
+{
+    for (const QString& resource : Installation::shippedFiles(QStringLiteral("demo"))) {
+        const QString relative = QStringLiteral("forms/") + QFileInfo(resource).fileName();
+        const QString path = m_folder + QLatin1Char('/') + relative;
+        if (QFileInfo::exists(path)) {
+            continue;
+        }
+        QFile file(resource);
+        QString error;
+        if (file.open(QIODevice::ReadOnly) && replaceFile(path, file.readAll(), &error)) {
+            m_created << relative;
+        } else {
+            m_failures << relative + QStringLiteral(": ") + (error.isEmpty() ? file.errorString() : error);
+        }
     }
 }
 
@@ -293,6 +315,7 @@ bool DemoInstallation::make()
         {QStringLiteral("Eleanor Hasbrouck, Chair"), QStringLiteral("Roderick Van Wyck"),
             QStringLiteral("Prudence Lattimore"), QStringLiteral("Gideon Schermerhorn"),
             QStringLiteral("Beatrix Oakley")});
+    writeLetters();
     if (writeCases()) {
         m_created << QStringLiteral("databases/pbproj.db: ") + QString::number(m_caseCount)
                 + QStringLiteral(" cases, with their parcels in databases/sbl.db");

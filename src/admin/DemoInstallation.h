@@ -35,6 +35,7 @@ public:
 
 private:
     void writeMunicipality();
+    void writeLetters();
     void writeListFile(const QString& fileName, const QStringList& lines);
     bool writeCases();
     bool writeMeetings();

@@ -6,6 +6,8 @@
 #include "store/Catalogue.h"
 
 #include <QDir>
+#include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
 #include <QTemporaryFile>
 
@@ -44,10 +46,27 @@ QStringList Installation::defaultSettingsLines(const QString& databaseFolder)
     return Settings::defaultLines(databaseFolder, false);
 }
 
-QByteArray Installation::emptyHeaderRtf()
+QStringList Installation::shippedFiles(const QString& folder)
 {
-    return QByteArrayLiteral("{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\froman Times New Roman;}}\n"
-                             "\\pard\\f0\\fs24\\par\n}\n");
+    QStringList files;
+    QDirIterator it(QStringLiteral(":/shipped/") + folder, QDir::Files);
+    while (it.hasNext()) {
+        files << it.next();
+    }
+    files.sort();
+    return files;
+}
+
+void Installation::copyShipped(const QString& folder, const QString& into)
+{
+    for (const QString& resource : shippedFiles(folder)) {
+        QFile file(resource);
+        if (!file.open(QIODevice::ReadOnly)) {
+            m_failures << resource + QStringLiteral(": the program's own copy cannot be read");
+            continue;
+        }
+        makeFile(into + QLatin1Char('/') + QFileInfo(resource).fileName(), file.readAll());
+    }
 }
 
 bool Installation::looksLikeInstallation() const
@@ -190,7 +209,8 @@ bool Installation::make(const QString& adminPassword)
     for (const QString& file : databaseFiles) {
         makeDatabase(QStringLiteral("databases/") + file, file);
     }
-    makeFile(QStringLiteral("forms/gTitle.rtf"), emptyHeaderRtf());
+    // The header, detail pages, heads of listings and letters of the office.
+    copyShipped(QStringLiteral("forms"), QStringLiteral("forms"));
     return m_failures.isEmpty();
 }
 

@@ -7,8 +7,8 @@ namespace pvardo::admin {
 
 // Makes or completes an installation folder: the settings file with its
 // defaults, def.txt, the user list with one administrator, the seeds of wrk/,
-// the databases folder with every database file, forms/ with an empty report
-// header, labels/ and settings/. Files already there are never replaced, so
+// the databases folder with every database file, forms/ with the report
+// header and the templates of the letters and listings, labels/ and settings/. Files already there are never replaced, so
 // running it on an existing installation only adds what is missing.
 class Installation
 {
@@ -36,10 +36,14 @@ public:
 
     // The fourteen lines of a new PVardo.ini for a databases folder.
     static QStringList defaultSettingsLines(const QString& databaseFolder);
-    // A report header with no text: a valid, empty RTF document.
-    static QByteArray emptyHeaderRtf();
+    // The resource paths of the files the program ships in a folder of its
+    // own ("forms" for every installation, "demo" for the demonstration).
+    static QStringList shippedFiles(const QString& folder);
 
 private:
+    // Copies the shipped files of `folder` into the installation's folder
+    // `into`, keeping any that is there.
+    void copyShipped(const QString& folder, const QString& into);
     void makeFolder(const QString& relative);
     void makeFile(const QString& relative, const QByteArray& bytes);
     void makeDatabase(const QString& relative, const QString& fileName);

@@ -1,5 +1,6 @@
 #include "cases/screens/ZPermits.h"
 
+#include "cases/CaseLetters.h"
 #include "cases/CaseLists.h"
 #include "cases/CaseNumbering.h"
 #include "cases/CaseQuery.h"
@@ -14,6 +15,8 @@
 #include "cases/screens/ProjectTab.h"
 #include "cases/screens/StructureTab.h"
 #include "common/ProgramEnd.h"
+#include "documents/FormDefinitions.h"
+#include "documents/screens/Letters.h"
 #include "common/PromptService.h"
 #include "common/ScreenOpen.h"
 #include "common/Session.h"
@@ -30,6 +33,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QDir>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -37,6 +41,7 @@
 #include <QShortcut>
 #include <QStackedWidget>
 #include <QTabWidget>
+#include <QTextDocument>
 #include <QVBoxLayout>
 
 namespace pvardo::cases {
@@ -150,9 +155,76 @@ ZPermits::ZPermits(QWidget* parent)
     loadMapProviders();
     openTable();
     applyUserRights();
+
+    // Every letter, from whatever screen, is filled last from the case shown
+    // and goes to the case's contact.
+    documents::registerPlugVars(documents::ScreenCodes::Case, [this](QTextDocument& buffer) { PlugVars(buffer); });
+    documents::registerLetterContact([this] {
+        return std::make_pair(boxOfColumn(QStringLiteral("PBCONTACTNAME1")),
+                              boxOfColumn(QStringLiteral("PBCONTACTADDR1")));
+    });
 }
 
-ZPermits::~ZPermits() = default;
+QString ZPermits::boxOfColumn(const QString& column) const
+{
+    for (int i = 1; i <= m_map.count(); ++i) {
+        if (m_map.place(i).name == column && m_map.place(i).box > 0) {
+            return m_form->boxText(m_map.place(i).box);
+        }
+    }
+    return {};
+}
+
+void ZPermits::PlugVars(QTextDocument& buffer)
+{
+    documents::FixedWords words;
+    if (hasRow()) {
+        words = caseFixedWords(*m_rows);
+    }
+    words.caseNumber = m_form->boxText(CaseNumberBox).trimmed();
+    words.statusWord = m_published.statusWord;
+    if (!hasRow()) {
+        documents::plugFixedWords(buffer, documents::ScreenCodes::Case, words);
+        return;
+    }
+    plugCaseValues(buffer, *m_rows, words);
+}
+
+void ZPermits::printApplicationDetail()
+{
+    if (!hasRow()) {
+        return;
+    }
+    documents::mergeAndShow(QDir(session().FormsFolder).filePath(caseDetailTemplate()), CaseScreenCode,
+                            documents::SplitAddress(boxOfColumn(QStringLiteral("PBAPPNAME1")),
+                                                    boxOfColumn(QStringLiteral("PBAPPADDR1"))));
+}
+
+void ZPermits::doprint()
+{
+    if (!hasRow()) {
+        return;
+    }
+    session().ScreenCode = CaseScreenCode;
+    const documents::PrintChoice choice = documents::doprint(
+        CaseScreenCode, {QStringLiteral("Application Detail"), QStringLiteral("Label for Mailing")}, this);
+    if (!choice.chosen || !choice.customFile.isEmpty()) {
+        return;
+    }
+    const QString code = documents::choiceCode(choice.choice);
+    if (code == QLatin1String("APP")) {
+        printApplicationDetail();
+    } else if (code == QLatin1String("LAB")) {
+        showMessage(QStringLiteral("Mailing labels are not available in this version."), QStringLiteral(" Print"),
+                    PromptButtons::Ok, PromptIcon::Information);
+    }
+}
+
+ZPermits::~ZPermits()
+{
+    documents::unregisterPlugVars(documents::ScreenCodes::Case);
+    documents::unregisterLetterContact();
+}
 
 ui::XPButton* ZPermits::addButton(
     const QString& name, const QString& caption, const QString& toolTip, QWidget* parent)
@@ -229,7 +301,7 @@ void ZPermits::buildCommands(QWidget* bar)
         {"iReset", "Reset", " Reread the entire database", &ZPermits::iReset},
         {"iNote", "Notes", " Notepad", &ZPermits::iNote},
         {"recinfod", "Info", " Record Info ", &ZPermits::recinfod},
-        {"iPrint", "Print", " Print Current Project", nullptr},
+        {"iPrint", "Print", " Print Current Project", &ZPermits::printApplicationDetail},
         {"IDoc", "Docs", " Documents ", nullptr},
         {"IPic", "Pictures", " Pictures ", nullptr},
         {"mexit", "Exit", " Exit", nullptr},
@@ -265,7 +337,7 @@ void ZPermits::buildMenus()
     connect(addAction(m_fileMenu, "find", "&Locate - Search"), &QAction::triggered, this, &ZPermits::ILocate);
     m_fileMenu->addSeparator();
     connect(addAction(m_fileMenu, "delr", "&Void Record"), &QAction::triggered, this, &ZPermits::voidRecord);
-    addAction(m_fileMenu, "doprint", "&Print..");
+    connect(addAction(m_fileMenu, "doprint", "&Print.."), &QAction::triggered, this, &ZPermits::doprint);
     m_fileMenu->addSeparator();
     connect(addAction(m_fileMenu, "Quit", "&Exit Cases"), &QAction::triggered, this, &QWidget::close);
 

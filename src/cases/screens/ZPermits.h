@@ -15,6 +15,7 @@ class QLabel;
 class QMenu;
 class QStackedWidget;
 class QTabWidget;
+class QTextDocument;
 
 namespace pvardo::ui {
 class XPButton;
@@ -68,6 +69,10 @@ public:
     void iNote();
     void recinfod();
     void voidRecord(); // the File menu's "&Void Record"
+    // Prints the case shown: its detail page, addressed to the applicant.
+    void printApplicationDetail();
+    // The File menu's "&Print..": the detail page or a letter of 0custom.txt.
+    void doprint();
     void moveFirst();
     void movePrevious();
     void moveNext();
@@ -136,6 +141,9 @@ private:
     void revealDelete();
     bool hasRow() const;
     store::StoreStatus fillRow(store::Recordset& row, const CaseInputs& inputs);
+    // What the case's letters get: the case screen's PlugVars.
+    void PlugVars(QTextDocument& buffer);
+    QString boxOfColumn(const QString& column) const;
 
     store::ColumnMap m_map;
     std::unique_ptr<store::Recordset> m_rows;

@@ -6,6 +6,7 @@
 #include "common/Session.h"
 #include "common/TextFiles.h"
 #include "common/Waiting.h"
+#include "documents/Merge.h"
 #include "schedule/MeetingRecord.h"
 #include "schedule/MeetingValidation.h"
 #include "schedule/SchedulerPlugVars.h"
@@ -109,10 +110,20 @@ Scheduler::Scheduler(QWidget* parent)
     connect(reveal, &QShortcut::activated, this, &Scheduler::revealDelete);
     setEditState(EditState::Browse);
     iClose();
+
+    // A letter printed from the dashboard gets the month in view.
+    documents::registerPlugVars(documents::ScreenCodes::Dashboard, [this](QTextDocument& buffer) {
+        documents::FixedWords words;
+        const QList<QPair<QString, QString>> values = PlugVars();
+        words.monthName = values.value(0).second;
+        words.year = values.value(1).second;
+        documents::plugFixedWords(buffer, documents::ScreenCodes::Dashboard, words);
+    });
 }
 
 Scheduler::~Scheduler()
 {
+    documents::unregisterPlugVars(documents::ScreenCodes::Dashboard);
     delete m_caseScreen.data();
 }
 

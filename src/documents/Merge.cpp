@@ -1,0 +1,372 @@
+#include "documents/Merge.h"
+
+#include "documents/Placeholders.h"
+#include "documents/RtfReader.h"
+#include "documents/ValueFormats.h"
+
+#include "common/DateText.h"
+#include "common/Session.h"
+#include "store/Recordset.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QImage>
+#include <QLocale>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QTextDocumentFragment>
+#include <QTextImageFormat>
+#include <QUrl>
+
+#include <tuple>
+
+namespace pvardo::documents {
+
+namespace {
+
+// The largest template the merge reads; an office's letter is a few hundred
+// kilobytes even with a picture in it.
+constexpr qint64 largestTemplate = 64LL * 1024 * 1024;
+
+QHash<int, PlugVarsFunction>& plugVarsRegistry()
+{
+    static QHash<int, PlugVarsFunction> registry;
+    return registry;
+}
+
+ContactFunction& letterContact()
+{
+    static ContactFunction contact;
+    return contact;
+}
+
+QDate today()
+{
+    const QDate day = session().Today;
+    return day.isValid() ? day : QDate::currentDate();
+}
+
+QString pageCounterText()
+{
+    int& counter = printState().pageCounter;
+    if (counter < 1) {
+        counter = 1;
+    }
+    return QString::number(counter);
+}
+
+QString shortDateText()
+{
+    return QLocale::system().toString(today(), QLocale::ShortFormat);
+}
+
+QString timeText()
+{
+    return QLocale::system().toString(QTime::currentTime(), QLocale::ShortFormat);
+}
+
+// Replaces each match of `token` by the rich text of an RTF value, which keeps
+// its own fonts: the main heading is a letterhead, not a line of words.
+void replaceByRtf(QTextDocument& buffer, const QString& token, const QString& rtf)
+{
+    QTextDocument value;
+    if (!rtf.trimmed().isEmpty()) {
+        readRtf(rtf.toUtf8(), value);
+    }
+    // The document's last paragraph mark would add an empty line behind the
+    // heading; the fragment ends with the text.
+    QTextCursor all(&value);
+    all.select(QTextCursor::Document);
+    const QTextDocumentFragment fragment = value.isEmpty() ? QTextDocumentFragment() : all.selection();
+    const QString plain = fragment.toPlainText();
+    int from = 0;
+    for (;;) {
+        QTextCursor match = findPlaceholder(buffer, token, from);
+        if (match.isNull() || !match.hasSelection()) {
+            break;
+        }
+        const int start = match.selectionStart();
+        match.removeSelectedText();
+        if (!fragment.isEmpty()) {
+            match.insertFragment(fragment);
+        }
+        // Behind the heading when it holds the token itself, so the pass ends.
+        from = plain.contains(token, Qt::CaseInsensitive) ? match.position() : start + 1;
+    }
+}
+
+// Replaces each match of `token` by a picture file. A missing or unreadable
+// picture leaves the placeholder as written, so the letter shows what is
+// missing instead of the pass searching for ever.
+void replaceByPicture(QTextDocument& buffer, const QString& token, const QString& path)
+{
+    QTextCursor match = findPlaceholder(buffer, token, 0);
+    if (match.isNull()) {
+        return;
+    }
+    const QImage image(path);
+    if (image.isNull()) {
+        return;
+    }
+    const QUrl name(QStringLiteral("pvardo-picture:") + QFileInfo(path).fileName());
+    buffer.addResource(QTextDocument::ImageResource, name, image);
+    QTextImageFormat format;
+    format.setName(name.toString());
+    format.setWidth(image.width());
+    format.setHeight(image.height());
+    int from = 0;
+    for (;;) {
+        match = findPlaceholder(buffer, token, from);
+        if (match.isNull() || !match.hasSelection()) {
+            break;
+        }
+        const int start = match.selectionStart();
+        match.removeSelectedText();
+        match.insertImage(format);
+        from = start + 1;
+    }
+}
+
+QString twoDigits(int i)
+{
+    return QStringLiteral("%1").arg(i, 2, 10, QLatin1Char('0'));
+}
+
+QString formsPath(const QString& fileName)
+{
+    QString relative = QDir::fromNativeSeparators(QString(fileName).replace(QLatin1Char('\\'), QLatin1Char('/')));
+    while (relative.startsWith(QLatin1Char('/'))) {
+        relative.remove(0, 1);
+    }
+    return QDir::cleanPath(session().FormsFolder + QLatin1Char('/') + relative);
+}
+
+} // namespace
+
+Addressee SplitAddress(const QString& name, const QString& address)
+{
+    Addressee addressee;
+    addressee.name = name.trimmed();
+    const qsizetype comma = address.indexOf(QLatin1Char(','));
+    if (comma >= 0) {
+        addressee.street = address.left(comma).trimmed();
+        addressee.city = address.mid(comma + 1).trimmed();
+    } else if (!address.trimmed().isEmpty()) {
+        addressee.street = address;
+    }
+    return addressee;
+}
+
+QList<ColumnValue> columnValuesOf(const store::Recordset& row, std::span<const store::ColumnDef> places,
+                                  int lastPlace)
+{
+    QList<ColumnValue> values;
+    const size_t count = lastPlace < 0 ? places.size() : std::min(places.size(), size_t(lastPlace));
+    values.reserve(qsizetype(count));
+    for (size_t i = 0; i < count; ++i) {
+        const store::ColumnDef& place = places[i];
+        const QString name = QString::fromLatin1(place.name);
+        const int index = row.fieldIndex(name);
+        if (index < 0) {
+            continue; // the record has no such column: its placeholders stay as written
+        }
+        QString text = row.text(name);
+        const store::FieldKind kind = row.fieldKind(index);
+        if (kind == store::FieldKind::Date || kind == store::FieldKind::DateTime) {
+            text = FixDateText(text.section(QLatin1Char(' '), 0, 0));
+        }
+        values.append({name, text});
+    }
+    return values;
+}
+
+void plugColumns(QTextDocument& buffer, const QList<ColumnValue>& columns, bool clockForm)
+{
+    const QString forms = clockForm ? QStringLiteral("$@&~") : QStringLiteral("$@&");
+    for (const ColumnValue& column : columns) {
+        ReplaceToken(buffer, QLatin1Char('%') + column.name, column.value);
+        for (const QChar form : forms) {
+            ReplaceToken(buffer, QString(QLatin1Char('%')) + form + column.name, column.value);
+        }
+    }
+}
+
+void plugFixedWords(QTextDocument& buffer, int screenCode, const FixedWords& words)
+{
+    const bool addressed = screenCode == ScreenCodes::Case || screenCode == ScreenCodes::Fees
+                           || screenCode == ScreenCodes::Bonds;
+    const PrintState& state = printState();
+    ReplaceToken(buffer, QStringLiteral("##"), pageCounterText());
+    ReplaceToken(buffer, QStringLiteral("%dl"), formatLongDate(today()));
+    ReplaceToken(buffer, QStringLiteral("%ds"), shortDateText());
+    ReplaceToken(buffer, QStringLiteral("%tm"), timeText());
+    replaceByRtf(buffer, QStringLiteral("%mh"), session().ReportHeaderRtf);
+    ReplaceToken(buffer, QStringLiteral("%sh"), state.reportHeading);
+    if (addressed) {
+        ReplaceToken(buffer, QStringLiteral("%nm"), state.addressee.name);
+        ReplaceToken(buffer, QStringLiteral("%ad"), state.addressee.street);
+        ReplaceToken(buffer, QStringLiteral("%zp"), state.addressee.city);
+    }
+    if (screenCode != ScreenCodes::Dashboard) {
+        ReplaceToken(buffer, QStringLiteral("%proj"), words.caseNumber);
+    }
+    if (screenCode == ScreenCodes::Case) {
+        ReplaceToken(buffer, QStringLiteral("%stat"), words.statusWord);
+    }
+    if (addressed) {
+        ReplaceToken(buffer, QStringLiteral("%sbl"), words.sbl);
+    }
+    if (screenCode == ScreenCodes::Dashboard) {
+        ReplaceToken(buffer, QStringLiteral("%mm"), words.monthName);
+        ReplaceToken(buffer, QStringLiteral("%yy"), words.year);
+    }
+}
+
+void ExpandPrintTokens(QTextDocument& buffer)
+{
+    const PrintState& state = printState();
+    ReplaceLiteral(buffer, QStringLiteral("##"), pageCounterText());
+    ReplaceLiteral(buffer, QStringLiteral("%dl"), formatLongDate(today()));
+    ReplaceLiteral(buffer, QStringLiteral("%ds"), shortDateText());
+    ReplaceLiteral(buffer, QStringLiteral("%tm"), timeText());
+    // Words of a label sheet that no screen fills any more.
+    for (const char* word : {"%ln", "%mi", "%id", "%ms", "%me"}) {
+        ReplaceLiteral(buffer, QString::fromLatin1(word), QString());
+    }
+    replaceByRtf(buffer, QStringLiteral("%mh"), session().ReportHeaderRtf);
+    ReplaceToken(buffer, QStringLiteral("%nm"), state.addressee.name);
+    ReplaceToken(buffer, QStringLiteral("%ad"), state.addressee.street);
+    ReplaceToken(buffer, QStringLiteral("%zp"), state.addressee.city);
+    const Session& s = session();
+    replaceByPicture(buffer, QStringLiteral("%pi"), s.DatabaseFolder + QStringLiteral("/pics/MP"));
+    replaceByPicture(buffer, QStringLiteral("%si"), s.MasterDatabaseFolder + QStringLiteral("/memos/sig.bmp"));
+    replaceByPicture(buffer, QStringLiteral("%lo"), s.MasterDatabaseFolder + QStringLiteral("/memos/logo.bmp"));
+    for (int i = 1; i <= 25; ++i) {
+        const QString& slot = state.receiptSlots[size_t(i)];
+        ReplaceLiteral(buffer, QLatin1Char('%') + twoDigits(i), slot);
+        ReplaceToken(buffer, QStringLiteral("%$") + twoDigits(i), slot);
+    }
+}
+
+void registerPlugVars(int screenCode, PlugVarsFunction plugVars)
+{
+    plugVarsRegistry().insert(screenCode, std::move(plugVars));
+}
+
+void unregisterPlugVars(int screenCode)
+{
+    plugVarsRegistry().remove(screenCode);
+}
+
+void runPlugVars(int screenCode, QTextDocument& buffer)
+{
+    const QHash<int, PlugVarsFunction>& registry = plugVarsRegistry();
+    if (screenCode != ScreenCodes::Case) {
+        const auto own = registry.constFind(screenCode);
+        if (own != registry.constEnd() && *own) {
+            (*own)(buffer);
+        }
+    }
+    const auto caseScreen = registry.constFind(ScreenCodes::Case);
+    if (caseScreen != registry.constEnd() && *caseScreen) {
+        (*caseScreen)(buffer);
+    }
+}
+
+void registerLetterContact(ContactFunction contact)
+{
+    letterContact() = std::move(contact);
+}
+
+void unregisterLetterContact()
+{
+    letterContact() = nullptr;
+}
+
+QString formFileMessage(const QString& path, int screenCode)
+{
+    return QStringLiteral("The form file ") + QDir::toNativeSeparators(path) + QStringLiteral(" cannot be located\n")
+           + QStringLiteral(" or not an RTF file. Please check your form definition file ")
+           + QString::number(screenCode) + QStringLiteral("custom.txt\nto ensure there are no typos.");
+}
+
+FormLoad loadFormFile(QTextDocument& buffer, const QString& path, int screenCode)
+{
+    FormLoad load;
+    load.path = path;
+    QFile file(path);
+    const QFileInfo info(path);
+    if (!info.isFile() || info.size() > largestTemplate || !file.open(QIODevice::ReadOnly)) {
+        load.message = formFileMessage(path, screenCode);
+        return load;
+    }
+    // The buffer is emptied whatever the file holds, as for every report.
+    if (readRtf(file.readAll(), buffer).notRtf) {
+        load.message = formFileMessage(path, screenCode);
+        return load;
+    }
+    load.ok = true;
+    return load;
+}
+
+FormLoad mergeTemplate(QTextDocument& buffer, const QString& path, int screenCode, const Addressee& addressee)
+{
+    FormLoad load = loadFormFile(buffer, path, screenCode);
+    if (!load.ok) {
+        return load;
+    }
+    printState().addressee = addressee;
+    runPlugVars(screenCode, buffer);
+    printState().reportHeading.clear();
+    return load;
+}
+
+FormLoad mergeFormFile(QTextDocument& buffer, const QString& fileName, int screenCode)
+{
+    QString name;
+    QString address;
+    if (letterContact()) {
+        std::tie(name, address) = letterContact()();
+    }
+    return mergeTemplate(buffer, formsPath(fileName), screenCode, SplitAddress(name, address));
+}
+
+QByteArray defaultLabelRtf()
+{
+    return QByteArrayLiteral("{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fswiss Arial;}}\\f0\\fs20 %nm\\par %ad\\par "
+                             "%zp\\par\\par}");
+}
+
+MemoForm DoMemoForm(QTextDocument& buffer, const QString& templateName, const QString& programFolder)
+{
+    MemoForm memo;
+    if (templateName == QLatin1String("roster")) {
+        memo.kind = MemoForm::Kind::Roster;
+        return memo;
+    }
+    if (templateName.isEmpty()) {
+        return memo;
+    }
+    const bool label = templateName.left(3).toUpper() == QLatin1String("LAB");
+    memo.path = QDir::cleanPath(programFolder + (label ? QStringLiteral("/labels/") : QStringLiteral("/forms/"))
+                                + templateName);
+    buffer.clear();
+    QFile file(memo.path);
+    if (QFileInfo(memo.path).isFile() && file.open(QIODevice::ReadOnly) && !readRtf(file.readAll(), buffer).notRtf) {
+        memo.kind = MemoForm::Kind::Loaded;
+        return memo;
+    }
+    if (templateName == QLatin1String("lab.rtf")) {
+        readRtf(defaultLabelRtf(), buffer);
+        memo.kind = MemoForm::Kind::DefaultLabel;
+        return memo;
+    }
+    memo.kind = MemoForm::Kind::Missing;
+    memo.message = QStringLiteral("Unable to locate ") + QDir::toNativeSeparators(memo.path)
+                   + QStringLiteral(". Unable to print.");
+    return memo;
+}
+
+} // namespace pvardo::documents

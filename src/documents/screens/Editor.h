@@ -1,0 +1,75 @@
+#pragma once
+
+#include <QWidget>
+
+#include <functional>
+
+class QCheckBox;
+class QLineEdit;
+class QTextDocument;
+class QTextEdit;
+
+namespace pvardo::documents {
+
+// The report window "  Report Preview": every letter and listing is built in
+// its report buffer, shown here, and printed, written to a text file or
+// dropped from here. One window for the whole program; it is shown again for
+// each report, and a report stays in it as "Current report" until the next
+// one is built, so labels or letters can follow a listing.
+class Editor : public QWidget
+{
+    Q_OBJECT
+
+public:
+    static Editor& instance();
+
+    // RichTextBox1, the report being built; RichTextBox2 the scratch buffer
+    // head files pass through; RichTextBox3 the footer band.
+    QTextDocument& ReportBuffer();
+    QTextDocument& scratchBuffer();
+    QTextDocument& footerBuffer();
+    // Empties the three buffers.
+    void clearBuffers();
+
+    // The hidden tag of the report's origin: "SUR" marks the surrounding
+    // parcels' list.
+    void setOrigin(const QString& tag);
+
+    // Shows the report locked, from its start.
+    void showReport();
+
+    // Print: the report on the default printer with 0.8-inch margins, or,
+    // for a report of expiring cases or parcels, the print dialog first for
+    // letters or labels to follow it, which the screen that built the report
+    // prints.
+    void iPrint();
+    // Writes the report as plain text to Print.txt in the working folder.
+    void iPrint2File();
+    void iContinue();
+    void iCancel();
+
+    // Where the pages go when the workstation has no printer; by default the
+    // user's documents folder.
+    static void setPdfFolder(const QString& folder);
+    // The PDF file of the last print without a printer, empty when it went to
+    // a printer.
+    QString lastPdf() const { return m_lastPdf; }
+
+    // The screen that opened a report of letters or labels is told the choice
+    // made in the print dialog.
+    using FollowUp = std::function<void(const QString& reportChoice)>;
+    void setFollowUp(FollowUp followUp) { m_followUp = std::move(followUp); }
+
+private:
+    Editor();
+
+    QTextEdit* m_report = nullptr;
+    QTextEdit* m_scratch = nullptr;
+    QTextEdit* m_footer = nullptr;
+    QCheckBox* m_allowEdit = nullptr;
+    QLineEdit* m_origin = nullptr;
+    QString m_lastPdf;
+    FollowUp m_followUp;
+};
+
+} // namespace pvardo::documents

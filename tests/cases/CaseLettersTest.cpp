@@ -1,0 +1,192 @@
+#include "CaseScreenFixture.h"
+
+#include "documents/PdfPages.h"
+#include "documents/PrintState.h"
+#include "documents/printer/DefaultPrinter.h"
+#include "documents/screens/Editor.h"
+
+#include <QCheckBox>
+#include <QCoreApplication>
+#include <QDialog>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTextDocument>
+#include <QTextEdit>
+
+namespace pvardo::test {
+
+namespace {
+
+class CaseLetters : public CaseScreenTest
+{
+protected:
+    void SetUp() override
+    {
+        CaseScreenTest::SetUp();
+        documents::resetPrintState();
+        ASSERT_TRUE(pdfFolder.isValid());
+        documents::Editor::setPdfFolder(pdfFolder.path());
+        documents::Editor::instance().clearBuffers();
+        session().TempFolder = pdfFolder.path();
+        seedCase(q("24-017"), {{q("PBAPPNAME1"), q("Ann Applicant")},
+                               {q("PBAPPADDR1"), q("1 Elm Rd, Elmford NY 12000")},
+                               {q("PBCONTACTNAME1"), q("Carl Contact")},
+                               {q("PBCONTACTADDR1"), q("7 Birch Ct, Oakdale NY 12001")},
+                               {q("PBLOCN1"), q("10 Main St")},
+                               {q("PBPROJNAME"), q("Mill Pond Subdivision")},
+                               {q("PBCOST"), q("250000")},
+                               {q("PBSTATUS"), q("P")}});
+    }
+    void TearDown() override
+    {
+        documents::Editor::instance().hide();
+        documents::resetPrintState();
+        CaseScreenTest::TearDown();
+    }
+
+    // A template the program ships, put in the installation's forms folder.
+    void shipTemplate(const QString& name, const QString& from = q("forms"))
+    {
+        QFile shipped(q(":/shipped/") + from + q("/") + name);
+        ASSERT_TRUE(shipped.open(QIODevice::ReadOnly)) << name.toStdString();
+        ASSERT_TRUE(replaceFile(session().FormsFolder + q("/") + name, shipped.readAll()));
+    }
+
+    // Answers the print dialog by choosing a caption, with or without
+    // editing first.
+    QStringList choose(const QString& caption, bool editFirst = false)
+    {
+        auto offered = std::make_shared<QStringList>();
+        prompts().onDialog(q("PrintFrm"), [=](QDialog& dialog) {
+            auto* types = dialog.findChild<QComboBox*>(q("Combo2"));
+            for (int i = 0; i < types->count(); ++i) {
+                *offered << types->itemText(i);
+            }
+            types->setCurrentIndex(types->findText(caption));
+            dialog.findChild<QCheckBox*>(q("Check1"))->setChecked(editFirst);
+            dialog.findChild<QPushButton*>(q("iPrint"))->click();
+            return dialog.result();
+        });
+        trigger("doprint");
+        return *offered;
+    }
+
+    QString report() { return documents::Editor::instance().ReportBuffer().toPlainText(); }
+
+    QTemporaryDir pdfFolder;
+};
+
+} // namespace
+
+TEST_F(CaseLetters, printCommandShowsTheDetailPageAndPrintsIt)
+{
+    shipTemplate(q("pbappd.rtf"));
+    open();
+    click("iPrint");
+    documents::Editor& editor = documents::Editor::instance();
+    EXPECT_TRUE(editor.isVisible());
+    EXPECT_TRUE(editor.findChild<QTextEdit*>(q("RichTextBox1"))->isReadOnly());
+    const QString text = report();
+    EXPECT_TRUE(text.contains(q("Case 24-017")));
+    EXPECT_TRUE(text.contains(q("Mill Pond Subdivision")));
+    EXPECT_TRUE(text.contains(q("Ann Applicant")));
+    EXPECT_TRUE(text.contains(q("$250,000.00")));
+    EXPECT_FALSE(text.contains(q("%PB"))) << text.toStdString();
+    EXPECT_EQ(ui::TaskFrm::isOpen(), false);
+
+    if (!documents::defaultPrinterName().isEmpty()) {
+        GTEST_SKIP() << "a printer is set up on this machine";
+    }
+    editor.findChild<QPushButton*>(q("iPrint"))->click();
+    const QStringList pages = pdfPageTexts(editor.lastPdf());
+    ASSERT_FALSE(pages.isEmpty());
+    EXPECT_TRUE(pages.first().contains(q("24-017")));
+    EXPECT_TRUE(pages.first().contains(q("Ann Applicant")));
+}
+
+TEST_F(CaseLetters, customLettersOfTheCaseScreenGoToTheContact)
+{
+    shipTemplate(q("hearing.rtf"), q("demo"));
+    shipTemplate(q("0custom.txt"), q("demo"));
+    open();
+    const QStringList offered = choose(q("Notice of Public Hearing"));
+    EXPECT_EQ(offered, (QStringList{q("Application Detail"), q("Label for Mailing"), q("Notice of Public Hearing"),
+                                    q("Incomplete Application")}));
+    const QString text = report();
+    EXPECT_TRUE(text.contains(q("Carl Contact\n7 Birch Ct\nOakdale NY 12001"))) << text.toStdString();
+    EXPECT_TRUE(text.contains(q("Case 24-017")));
+    EXPECT_TRUE(documents::Editor::instance().isVisible());
+
+    // Its file gone: the office is told which file and which list to check.
+    QFile::remove(session().FormsFolder + q("/hearing.rtf"));
+    choose(q("Notice of Public Hearing"));
+    EXPECT_EQ(lastTitle(), q(" Error Loading"));
+    EXPECT_TRUE(lastText().contains(q("hearing.rtf cannot be located")));
+    EXPECT_TRUE(lastText().contains(q("0custom.txt")));
+    EXPECT_FALSE(ui::TaskFrm::isOpen());
+}
+
+TEST_F(CaseLetters, applicationDetailChosenForEditingFirst)
+{
+    shipTemplate(q("pbappd.rtf"));
+    open();
+    choose(q("Application Detail"), true);
+    documents::Editor& editor = documents::Editor::instance();
+    EXPECT_TRUE(editor.isVisible());
+    EXPECT_FALSE(editor.findChild<QTextEdit*>(q("RichTextBox1"))->isReadOnly());
+    EXPECT_TRUE(QFile::exists(pdfFolder.filePath(q("tmp.rtf"))));
+    EXPECT_TRUE(report().contains(q("Ann Applicant")));
+
+    // Labels are not in this version yet: said, nothing printed.
+    editor.hide();
+    choose(q("Label for Mailing"));
+    EXPECT_FALSE(editor.isVisible());
+    EXPECT_TRUE(lastText().contains(q("not available")));
+}
+
+// Draws the print dialog, the report window with a merged letter and the
+// letter's printed page, for the documentation. With PVARDO_SCREENSHOT_DIR
+// set they are written there as print-dialog.png, report-preview.png and
+// letter-pdf-page.png.
+TEST_F(CaseLetters, Screenshots)
+{
+    shipTemplate(q("hearing.rtf"), q("demo"));
+    shipTemplate(q("0custom.txt"), q("demo"));
+    session().ReportHeaderRtf = q("{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\qc\\f0\\b\\fs32 PLANNING BOARD\\par"
+                                  "\\b0\\fs20 Town of Elmford\\par}");
+    open();
+    const QString folder = qEnvironmentVariable("PVARDO_SCREENSHOT_DIR");
+    auto save = [&](QWidget& widget, const char* name) {
+        widget.show();
+        QCoreApplication::processEvents();
+        const QImage image = widget.grab().toImage();
+        ASSERT_FALSE(image.isNull());
+        if (!folder.isEmpty()) {
+            QDir().mkpath(folder);
+            EXPECT_TRUE(image.save(folder + q("/") + q(name) + q(".png")));
+        }
+    };
+    prompts().onDialog(q("PrintFrm"), [&](QDialog& dialog) {
+        auto* types = dialog.findChild<QComboBox*>(q("Combo2"));
+        types->setCurrentIndex(types->findText(q("Notice of Public Hearing")));
+        save(dialog, "print-dialog");
+        dialog.findChild<QPushButton*>(q("iPrint"))->click();
+        return dialog.result();
+    });
+    trigger("doprint");
+    documents::Editor& editor = documents::Editor::instance();
+    editor.resize(860, 900);
+    save(editor, "report-preview");
+    if (!documents::defaultPrinterName().isEmpty()) {
+        GTEST_SKIP() << "a printer is set up on this machine";
+    }
+    editor.findChild<QPushButton*>(q("iPrint"))->click();
+    const QImage page = renderPdfPage(editor.lastPdf(), 0, 90);
+    ASSERT_FALSE(page.isNull());
+    if (!folder.isEmpty()) {
+        EXPECT_TRUE(page.save(folder + q("/letter-pdf-page.png")));
+    }
+}
+
+} // namespace pvardo::test
