@@ -22,6 +22,7 @@ struct Item {
     int section = -1;
     bool table = false;
     bool empty = false;
+    QTextTable* frame = nullptr;
 };
 
 int sectionOf(const QTextBlock& block)
@@ -82,6 +83,65 @@ DocumentPassage makePassage(const QTextDocument& source, int start, int end, con
     return passage;
 }
 
+// Rows `firstRow` to `firstRow + rows` of a long table as a passage of their
+// own, with the table's columns and each cell's format, text and spans (a span
+// reaching past the last row ends there). The empty paragraph that must stand
+// before a table takes no room.
+DocumentPassage makeRowsPassage(const QTextDocument& source, QTextTable* table, int firstRow, int rows, int section)
+{
+    DocumentPassage passage;
+    passage.document = emptyLike(source);
+    passage.section = firstRow == 0 ? section : -1;
+    QTextDocument& document = *passage.document;
+    QTextCursor cursor(&document);
+    cursor.beginEditBlock();
+    QTextBlockFormat noRoom;
+    noRoom.setLineHeight(0, QTextBlockFormat::FixedHeight);
+    QTextCharFormat tiny;
+    tiny.setFontPointSize(1);
+    cursor.setBlockFormat(noRoom);
+    cursor.setBlockCharFormat(tiny);
+    QTextTableFormat format = table->format();
+    if (firstRow > 0) {
+        format.setHeaderRowCount(0);
+    }
+    QTextTable* copy = cursor.insertTable(rows, table->columns(), format);
+    struct Span {
+        int row;
+        int column;
+        int rows;
+        int columns;
+    };
+    std::vector<Span> spans;
+    for (int row = 0; row < rows; ++row) {
+        for (int column = 0; column < table->columns(); ++column) {
+            const QTextTableCell cell = table->cellAt(firstRow + row, column);
+            if (!cell.isValid() || cell.row() != firstRow + row || cell.column() != column) {
+                continue; // covered by a cell merged from above or from the left
+            }
+            QTextTableCell target = copy->cellAt(row, column);
+            target.setFormat(cell.format());
+            QTextCursor into = target.firstCursorPosition();
+            into.setBlockFormat(source.findBlock(cell.firstPosition()).blockFormat());
+            if (cell.lastPosition() > cell.firstPosition()) {
+                QTextCursor selection(const_cast<QTextDocument*>(&source));
+                selection.setPosition(cell.firstPosition());
+                selection.setPosition(cell.lastPosition(), QTextCursor::KeepAnchor);
+                into.insertFragment(selection.selection());
+            }
+            if (cell.rowSpan() > 1 || cell.columnSpan() > 1) {
+                spans.push_back({row, column, std::min(cell.rowSpan(), rows - row), cell.columnSpan()});
+            }
+        }
+    }
+    for (const Span& span : spans) {
+        copy->mergeCells(span.row, span.column, span.rows, span.columns);
+    }
+    cursor.endEditBlock();
+    copyPictures(source, document);
+    return passage;
+}
+
 } // namespace
 
 std::vector<DocumentPassage> cutIntoPassages(const QTextDocument& document, int characters)
@@ -95,6 +155,7 @@ std::vector<DocumentPassage> cutIntoPassages(const QTextDocument& document, int 
             item.start = frame->firstPosition() - 1;
             item.end = frame->lastPosition() + 1;
             item.table = true;
+            item.frame = qobject_cast<QTextTable*>(frame);
             item.section = sectionOf(document.findBlock(frame->firstPosition()));
             items.push_back(item);
         } else if (const QTextBlock block = it.currentBlock(); block.isValid()) {
@@ -108,6 +169,29 @@ std::vector<DocumentPassage> cutIntoPassages(const QTextDocument& document, int 
     while (i < items.size()) {
         const Item& head = items[i];
         const QTextBlock firstBlock = document.findBlock(head.start);
+        if (head.table && head.end - head.start > characters && head.frame) {
+            // A long table: runs of rows of about the size.
+            QTextTable* table = head.frame;
+            // The section may have begun with the empty paragraph before it.
+            const int section = !passages.empty() && passages.back().section == head.section ? -1 : head.section;
+            int firstRow = 0;
+            int length = 0;
+            for (int row = 0; table && row < table->rows(); ++row) {
+                for (int column = 0; column < table->columns(); ++column) {
+                    const QTextTableCell cell = table->cellAt(row, column);
+                    if (cell.row() == row && cell.column() == column) {
+                        length += cell.lastPosition() - cell.firstPosition() + 1;
+                    }
+                }
+                if (length > characters || row + 1 == table->rows()) {
+                    passages.push_back(makeRowsPassage(document, table, firstRow, row + 1 - firstRow, section));
+                    firstRow = row + 1;
+                    length = 0;
+                }
+            }
+            ++i;
+            continue;
+        }
         if (!head.table && head.end - head.start > characters) {
             // A paragraph too long for one passage: pieces that end between words.
             const QString text = firstBlock.text();
@@ -154,6 +238,9 @@ std::vector<DocumentPassage> cutIntoPassages(const QTextDocument& document, int 
                 break;
             }
             const int itemLength = item.end - item.start;
+            if (item.table && itemLength > characters && item.frame) {
+                break; // a long table is cut into passages of its own
+            }
             if (!item.table && length + itemLength > characters) {
                 break;
             }

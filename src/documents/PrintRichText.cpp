@@ -233,7 +233,7 @@ PrintOutcome PrintRichText(QTextDocument& buffer, QPagedPaintDevice& device, con
     };
 
     for (size_t index = 0; index < passages.size(); ++index) {
-        const DocumentPassage& passage = passages[index];
+        DocumentPassage& passage = passages[index];
         if (index > 0 && passage.section >= 0) {
             const DocumentSection next = sectionAt(passage.section);
             if (next.newPage && pageHoldsText) {
@@ -247,7 +247,7 @@ PrintOutcome PrintRichText(QTextDocument& buffer, QPagedPaintDevice& device, con
                 geometry = geometryOf(section);
             }
         }
-        RichTextLayout layout(*passage.document, &device,
+        RichTextLayout layout(std::move(passage.document), &device,
                                     geometry.toDeviceX(geometry.rightEdge - geometry.leftEdge));
         layout.setTextFollows(textFollows[index]);
         if (layout.breaksBefore() && pageHoldsText && !newPage(nullptr)) {

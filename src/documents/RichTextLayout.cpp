@@ -123,10 +123,88 @@ void fitTablesToWidth(QTextDocument& document, qreal width)
     }
 }
 
+// The top of each row of `table` as laid out, and the table's bottom, in
+// device pixels.
+std::vector<qreal> rowTops(const QTextDocument& document, QTextTable* table)
+{
+    QAbstractTextDocumentLayout* layout = document.documentLayout();
+    const QRectF frameRect = layout->frameBoundingRect(table);
+    std::vector<qreal> tops(size_t(table->rows()) + 1, frameRect.bottom());
+    for (int row = 0; row < table->rows(); ++row) {
+        for (int column = 0; column < table->columns(); ++column) {
+            const QTextTableCell cell = table->cellAt(row, column);
+            if (!cell.isValid() || cell.row() != row) {
+                continue;
+            }
+            const QTextTableCellFormat format = cell.format().toTableCellFormat();
+            const QTextBlock first = document.findBlock(cell.firstPosition());
+            tops[size_t(row)] = std::min(tops[size_t(row)], layout->blockBoundingRect(first).top() - format.topPadding()
+                                                                 - format.topBorder());
+        }
+    }
+    tops[0] = std::min(tops[0], frameRect.top());
+    for (size_t row = tops.size() - 1; row-- > 0;) {
+        tops[row] = std::min(tops[row], tops[row + 1]); // a row wholly covered by merged cells
+    }
+    return tops;
+}
+
+// Rows lower than the height the document gives them grow to it: each cell
+// of the row gets the difference as space below its text. All of a table's
+// rows change in one edit, so the table is laid out once more, not once a row.
+void growRowsToTheirHeight(QTextDocument& document, qreal scale)
+{
+    for (QTextFrame* frame : document.rootFrame()->childFrames()) {
+        auto* table = qobject_cast<QTextTable*>(frame);
+        if (!table) {
+            continue;
+        }
+        std::vector<qreal> tops;
+        QTextCursor edit(&document);
+        bool editing = false;
+        for (int row = 0; row < table->rows(); ++row) {
+            const QTextTableCell first = table->cellAt(row, 0);
+            const int twips = first.format().intProperty(RichTextLayout::rowHeightProperty);
+            if (twips <= 0) {
+                continue;
+            }
+            if (tops.empty()) {
+                tops = rowTops(document, table);
+            }
+            const qreal wanted = twipsToUnits(twips) * scale;
+            const qreal deficit = wanted - (tops[size_t(row) + 1] - tops[size_t(row)]);
+            if (deficit < 1) {
+                continue;
+            }
+            if (!editing) {
+                edit.beginEditBlock();
+                editing = true;
+            }
+            for (int column = 0; column < table->columns(); ++column) {
+                QTextTableCell cell = table->cellAt(row, column);
+                if (!cell.isValid() || cell.row() != row || cell.column() != column || cell.rowSpan() > 1) {
+                    continue;
+                }
+                QTextTableCellFormat format = cell.format().toTableCellFormat();
+                format.setBottomPadding(format.bottomPadding() + deficit / scale);
+                cell.setFormat(format);
+            }
+        }
+        if (editing) {
+            edit.endEditBlock();
+        }
+    }
+}
+
 } // namespace
 
 RichTextLayout::RichTextLayout(const QTextDocument& document, QPaintDevice* device, qreal width)
-    : m_document(document.clone()), m_width(std::max<qreal>(width, 1))
+    : RichTextLayout(std::unique_ptr<QTextDocument>(document.clone()), device, width)
+{
+}
+
+RichTextLayout::RichTextLayout(std::unique_ptr<QTextDocument> document, QPaintDevice* device, qreal width)
+    : m_document(std::move(document)), m_width(std::max<qreal>(width, 1))
 {
     m_document->setUndoRedoEnabled(false);
     spellOutSmallCapitals(*m_document);
@@ -142,6 +220,8 @@ RichTextLayout::RichTextLayout(const QTextDocument& document, QPaintDevice* devi
     m_document->setPageSize(QSizeF(0, 0));
     m_document->documentLayout()->setPaintDevice(device);
     m_document->setTextWidth(m_width);
+    m_document->documentLayout()->documentSize();
+    growRowsToTheirHeight(*m_document, scale);
     m_textLength = std::max(0, m_document->characterCount() - 1);
     collectUnits();
 }

@@ -23,9 +23,14 @@ public:
     // A paragraph whose block format holds this property (true) stays on the
     // page of the paragraph after it, as headings do.
     static constexpr int keepWithNextProperty = QTextFormat::UserProperty + 1;
+    // A table cell whose format holds this property (twips) stands in a row
+    // at least that high.
+    static constexpr int rowHeightProperty = QTextFormat::UserProperty + 3;
 
     // `width` is in the device's pixels.
     RichTextLayout(const QTextDocument& document, QPaintDevice* device, qreal width);
+    // The same for a document of its own, which it changes and keeps.
+    RichTextLayout(std::unique_ptr<QTextDocument> document, QPaintDevice* device, qreal width);
     ~RichTextLayout();
     RichTextLayout(const RichTextLayout&) = delete;
     RichTextLayout& operator=(const RichTextLayout&) = delete;

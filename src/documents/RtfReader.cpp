@@ -269,6 +269,7 @@ struct CellDef {
     bool mergeNext = false;
     bool vmergeFirst = false;
     bool vmergeNext = false;
+    bool vertical = false; // text turned a quarter: kept on one line, never broken inside a word
     int padding[4] = {-1, -1, -1, -1}; // top, left, bottom, right in twips; -1: the row's gap
 };
 
@@ -278,6 +279,7 @@ struct RowDef {
     int leftTwips = 0;
     Qt::Alignment alignment = Qt::AlignLeft;
     bool header = false;
+    int heightTwips = 0; // above 0 the row's least height, below 0 its exact height
 };
 
 struct Group {
@@ -1165,6 +1167,14 @@ bool RtfReader::handleTableWord(const QByteArray& word, bool has, int value)
         m_rowDef.header = true;
         return true;
     }
+    if (word == "trrh") {
+        m_rowDef.heightTwips = std::clamp(value, -31680, 31680);
+        return true;
+    }
+    if (word == "cltxbtlr" || word == "cltxtbrl" || word == "cltxbtlrv" || word == "cltxtbrlv") {
+        m_cellDef.vertical = true;
+        return true;
+    }
     if (word == "clbrdrt") {
         m_borderSide = BorderSide::Top;
         m_cellDef.borders[0].present = true;
@@ -1849,7 +1859,20 @@ void RtfReader::applyRowFormats(int row, const RowDef& def)
         } else if (cellDef.verticalAlign == 2) {
             format.setVerticalAlignment(QTextCharFormat::AlignBottom);
         }
+        if (def.heightTwips != 0) {
+            format.setProperty(RichTextLayout::rowHeightProperty, std::abs(def.heightTwips));
+        }
         cell.setFormat(format);
+        if (cellDef.vertical) {
+            for (QTextFrame::iterator it = cell.begin(); !it.atEnd(); ++it) {
+                const QTextBlock block = it.currentBlock();
+                if (block.isValid()) {
+                    QTextBlockFormat blockFormat = block.blockFormat();
+                    blockFormat.setNonBreakableLines(true);
+                    QTextCursor(block).setBlockFormat(blockFormat);
+                }
+            }
+        }
     }
 }
 

@@ -251,3 +251,52 @@ TEST_F(PrintPages, longTextsKeepEveryLineAndFullPages)
         ASSERT_EQ(printed.at(i), q("w%1").arg(i));
     }
 }
+
+TEST_F(PrintPages, rowHeightsAndVerticalTextInTables)
+{
+    // A row of at least an inch and one of exactly half an inch, each with
+    // one short line; the rows below start that far down.
+    print("{\\rtf1\\ansi" + fonts
+          + "\\trowd\\trrh1440\\cellx3000\\intbl Tall\\cell\\row"
+            "\\trowd\\trrh-720\\cellx3000\\intbl Exact\\cell\\row"
+            "\\trowd\\cellx3000\\intbl Plain\\cell\\row\\pard After\\par}");
+    EXPECT_NEAR(wordBox(0, q("Exact")).top() - wordBox(0, q("Tall")).top(), 72, 2);
+    EXPECT_NEAR(wordBox(0, q("Plain")).top() - wordBox(0, q("Exact")).top(), 36, 2);
+
+    // Text turned a quarter in a narrow column keeps its words whole.
+    const QStringList pages = print("{\\rtf1\\ansi" + fonts
+                                    + "\\trowd\\cltxbtlr\\cellx500\\cellx5000\\intbl Approved unanimously\\cell "
+                                      "Site plan\\cell\\row\\pard\\par}");
+    ASSERT_EQ(pages.size(), 1);
+    EXPECT_TRUE(wordBox(0, q("Approved")).isValid()) << pages.at(0).toStdString();
+    EXPECT_TRUE(wordBox(0, q("unanimously")).isValid()) << pages.at(0).toStdString();
+}
+
+TEST_F(PrintPages, aLongTablePrintsEveryRowOnceInOrder)
+{
+    QByteArray rtf = "{\\rtf1\\ansi" + fonts;
+    const int rows = 3000; // several passages of rows
+    for (int i = 1; i <= rows; ++i) {
+        rtf += "\\trowd\\cellx2000\\cellx6000\\intbl R" + QByteArray::number(i) + "\\cell Parcel number "
+               + QByteArray::number(i) + "\\cell\\row\n";
+    }
+    const QStringList pages = print(rtf + "\\pard End\\par}");
+    const QStringList words = pages.join(q(" ")).split(QRegularExpression(q("\\s+")), Qt::SkipEmptyParts);
+    QStringList marks;
+    for (const QString& word : words) {
+        if (word.startsWith(QLatin1Char('R'))) {
+            marks.append(word);
+        }
+    }
+    ASSERT_EQ(marks.size(), rows);
+    for (int i = 0; i < rows; ++i) {
+        ASSERT_EQ(marks.at(i), q("R%1").arg(i + 1));
+    }
+    // Pages are full but for the last: no page ends early where the rows
+    // were cut.
+    const int perPage = int(pages.at(0).count(q("Parcel")));
+    for (int i = 0; i + 1 < pages.size(); ++i) {
+        EXPECT_GE(pages.at(i).count(q("Parcel")), perPage - 1) << "page " << i + 1;
+    }
+    EXPECT_TRUE(pages.last().contains(q("End")));
+}
