@@ -107,3 +107,34 @@ TEST(PrintCommand, refusesBadArgumentsAndBadFiles)
     EXPECT_TRUE(run.err.contains(QStringLiteral("is damaged"))) << run.err.toStdString();
     EXPECT_TRUE(pdfPageTexts(pdf).value(0).contains(QStringLiteral("ELMBROOK")));
 }
+
+// A document's own paper, turned, and its margins, unless the office gives
+// its own margins.
+TEST(PrintCommand, printsOnTheDocumentsPaperWithItsMarginsUnlessGivenOthers)
+{
+    QTemporaryDir dir;
+    const QString rtf = dir.filePath(QStringLiteral("wide.rtf"));
+    QFile file(rtf);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("{\\rtf1\\ansi{\\fonttbl{\\f0 Liberation Serif;}}\\paperw12240\\paperh15840\\landscape"
+               "\\margl2160\\margr720\\margt720\\margb720\\f0 Landscape\\par}");
+    file.close();
+
+    const QString own = dir.filePath(QStringLiteral("own.pdf"));
+    ASSERT_EQ(admin({QStringLiteral("print"), rtf, QStringLiteral("--pdf"), own}).code, 0);
+    std::unique_ptr<Poppler::Document> pdf = Poppler::Document::load(own);
+    ASSERT_TRUE(pdf && pdf->numPages() == 1);
+    EXPECT_NEAR(pdf->page(0)->pageSizeF().width(), 792, 1);
+    EXPECT_NEAR(pdf->page(0)->pageSizeF().height(), 612, 1);
+    EXPECT_NEAR(pdfWordBox(own, QStringLiteral("Landscape")).left(), 108, 1.5);
+
+    const QString office = dir.filePath(QStringLiteral("office.pdf"));
+    ASSERT_EQ(admin({QStringLiteral("print"), rtf, QStringLiteral("--pdf"), office, QStringLiteral("--margins"),
+                     QStringLiteral("0.5,0.5,0.5,0.5")})
+                  .code,
+              0);
+    EXPECT_NEAR(pdfWordBox(office, QStringLiteral("Landscape")).left(), 36, 1.5);
+    pdf = Poppler::Document::load(office);
+    ASSERT_TRUE(pdf && pdf->numPages() == 1);
+    EXPECT_NEAR(pdf->page(0)->pageSizeF().width(), 792, 1);
+}

@@ -300,3 +300,26 @@ TEST_F(PrintPages, aLongTablePrintsEveryRowOnceInOrder)
     }
     EXPECT_TRUE(pages.last().contains(q("End")));
 }
+
+TEST(DocumentSections, pageFieldsBecomeTheCounterAndOtherFieldsStay)
+{
+    struct Case {
+        const char* rtf;
+        const char* expected;
+    };
+    const Case cases[] = {
+        {"Page {\\field{\\*\\fldinst { PAGE }}{\\fldrslt {3}}} end", "Page ## end"},
+        {"{\\field{\\*\\fldinst PAGE \\\\* MERGEFORMAT}{\\fldrslt 1}}", "##"},
+        {"{\\field{\\*\\fldinst NUMPAGES}{\\fldrslt 9}}", "{\\field{\\*\\fldinst NUMPAGES}{\\fldrslt 9}}"},
+        {"{\\field{\\*\\fldinst PAGEREF x}{\\fldrslt 2}}", "{\\field{\\*\\fldinst PAGEREF x}{\\fldrslt 2}}"},
+        // A page field inside another field's result, and an escaped brace.
+        {"{\\fieldx}{\\field{\\*\\fldinst IF}{\\fldrslt \\{ {\\field{\\*\\fldinst PAGE}{\\fldrslt 4}}}}",
+         "{\\fieldx}{\\field{\\*\\fldinst IF}{\\fldrslt \\{ ##}}"},
+        {"{\\field{\\*\\fldinst PAGE}", "{\\field{\\*\\fldinst PAGE}"}, // cut short: left as it is
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(pageFieldsAsCounter(c.rtf), QByteArray(c.expected)) << c.rtf;
+    }
+    EXPECT_EQ(replaceControlWord("{\\super \\chftn}\\chftnsep \\chftn x", "chftn", "{7}"),
+              QByteArray("{\\super {7}}\\chftnsep {7}x"));
+}
