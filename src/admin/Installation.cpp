@@ -183,7 +183,11 @@ bool Installation::make(const QString& adminPassword)
         m_kept << QStringLiteral("Users.Set");
     } else {
         UserList users;
-        users.entries.append(UserEntry{defaultAdminName(), adminPassword.toUpper(), QStringLiteral("ADMIN")});
+        UserEntry administrator;
+        administrator.name = defaultAdminName();
+        administrator.password = adminPassword.toUpper();
+        administrator.level = UserLevels::admin();
+        users.entries.append(administrator);
         QString error;
         const QByteArray bytes = users.toBytes(&error);
         if (bytes.isEmpty()) {

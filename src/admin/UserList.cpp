@@ -1,44 +1,78 @@
 #include "admin/UserList.h"
 
+#include "admin/PasswordHash.h"
 #include "admin/ScrambleText.h"
-#include "common/NumberText.h"
 #include "common/TextFiles.h"
 
 #include <QFile>
+#include <QUrl>
+#include <algorithm>
 
 namespace pvardo::admin {
 
+QStringList UserLevels::offered()
+{
+    return {admin(), member(), user()};
+}
+
+bool UserLevels::isKnown(const QString& level)
+{
+    return level == admin() || level == member() || level == user() || level == supervisor();
+}
+
+bool UserEntry::accepts(const QString& typed) const
+{
+    if (!password.isEmpty()) {
+        return password.toUpper() == typed.toUpper();
+    }
+    return passwordMatches(passwordHash, typed.toUpper());
+}
+
 namespace {
 
-// The fields are stored with no quoting of their own: a scrambled text that
-// holds a comma or a line end would break its line.
-bool fitsTheFile(const QString& field, const QString& scrambled, bool endsTheLine, QString* why)
+QString lineName(qsizetype index)
 {
-    for (const QChar c : field) {
-        if (c.unicode() > 0xFF) {
-            *why = QStringLiteral("holds the character \"") + c
-                + QStringLiteral("\", which the user file cannot keep");
-            return false;
-        }
+    return QStringLiteral("line ") + QString::number(index + 1);
+}
+
+// One user line of either form, or nullopt with the reason it is left out.
+std::optional<UserEntry> readEntry(const QByteArray& line, bool legacy, QString* why)
+{
+    const QList<QByteArray> fields = line.split(legacy ? ',' : '\t');
+    if (fields.size() != 3) {
+        *why = QStringLiteral("does not hold a name, a password and a level");
+        return std::nullopt;
     }
-    // A carriage return inside a line is kept; only at the end of a line would
-    // it read as part of a Windows line end.
-    const bool carriageReturnAtEnd = endsTheLine && scrambled.endsWith(QLatin1Char('\r'));
-    for (const QChar c : scrambled) {
-        if (c == QLatin1Char(',') || c == QLatin1Char('\n') || carriageReturnAtEnd) {
-            *why = QStringLiteral(
-                "cannot be kept in the user file in this spelling (its scrambled form holds a "
-                "separator); change one of its letters");
-            return false;
-        }
+    UserEntry entry;
+    if (legacy) {
+        entry.name = ScrambleText(QString::fromLatin1(fields.at(0)));
+        entry.password = ScrambleText(QString::fromLatin1(fields.at(1)));
+        entry.level = ScrambleText(QString::fromLatin1(fields.at(2)));
+    } else {
+        entry.name = QString::fromUtf8(QByteArray::fromPercentEncoding(fields.at(0)));
+        entry.passwordHash = QString::fromLatin1(fields.at(1));
+        entry.level = QString::fromLatin1(fields.at(2));
     }
-    return true;
+    if (entry.name.trimmed().isEmpty()) {
+        *why = QStringLiteral("holds no user name");
+        return std::nullopt;
+    }
+    return entry;
 }
 
 } // namespace
 
-std::optional<UserList> UserList::read(const QString& path, QString* error, QStringList* problems)
+std::optional<UserList> UserList::read(
+    const QString& path, QString* error, QStringList* problems, QStringList* notes)
 {
+    QStringList ignoredProblems;
+    QStringList ignoredNotes;
+    if (!problems) {
+        problems = &ignoredProblems;
+    }
+    if (!notes) {
+        notes = &ignoredNotes;
+    }
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         if (error) {
@@ -56,59 +90,87 @@ std::optional<UserList> UserList::read(const QString& path, QString* error, QStr
             line.chop(1);
         }
     }
-    if (lines.isEmpty() || QString::fromLatin1(lines.first()).trimmed().isEmpty()) {
+    const bool legacy = lines.isEmpty() || lines.first() != formatLine();
+    const qsizetype countLine = legacy ? 0 : 1;
+    bool isNumber = false;
+    const int count = countLine < lines.size() ? lines.at(countLine).trimmed().toInt(&isNumber) : 0;
+    if (!isNumber || count < 0) {
         if (error) {
-            *error = path + QStringLiteral(": the first line does not hold the number of users");
+            *error = path + QStringLiteral(": the ")
+                + (legacy ? QStringLiteral("first") : QStringLiteral("second"))
+                + QStringLiteral(" line does not hold the number of users");
         }
         return std::nullopt;
     }
+    const int wanted = std::min(count, capacity);
     UserList list;
-    for (qsizetype i = 1; i < lines.size() && list.entries.size() < capacity; ++i) {
-        const QString line = QString::fromLatin1(lines.at(i));
+    for (qsizetype i = countLine + 1; i < lines.size(); ++i) {
+        const QByteArray& line = lines.at(i);
         if (line.isEmpty()) {
             continue;
         }
-        const QStringList fields = line.split(QLatin1Char(','));
-        if (fields.size() != 3) {
-            if (problems) {
-                problems->append(QStringLiteral("line ") + QString::number(i + 1)
-                    + QStringLiteral(" does not hold a name, a password and a level"));
-            }
+        if (list.entries.size() >= wanted) {
+            problems->append(lineName(i) + QStringLiteral(" is past the ") + QString::number(count)
+                + QStringLiteral(" users the file counts"));
             continue;
         }
-        list.entries.append(
-            UserEntry{ScrambleText(fields.at(0)), ScrambleText(fields.at(1)), ScrambleText(fields.at(2))});
+        QString why;
+        std::optional<UserEntry> entry = readEntry(line, legacy, &why);
+        if (!entry) {
+            problems->append(lineName(i) + QLatin1Char(' ') + why);
+            continue;
+        }
+        if (!UserLevels::isKnown(entry->level)) {
+            notes->append(lineName(i) + QStringLiteral(": the level \"") + entry->level
+                + QStringLiteral("\" of ") + entry->name
+                + QStringLiteral(" is not one the program knows; the user has the rights of USER"));
+            entry->level = UserLevels::user();
+        }
+        if (!entry->passwordHash.isEmpty() && !looksLikePasswordHash(entry->passwordHash)) {
+            notes->append(lineName(i) + QStringLiteral(": the password of ") + entry->name
+                + QStringLiteral(" is damaged; the user cannot log on until a new one is set"));
+            entry->passwordHash.clear();
+        } else if (!entry->hasPassword()) {
+            notes->append(lineName(i) + QStringLiteral(": ") + entry->name
+                + QStringLiteral(" has no password and cannot log on until one is set"));
+        }
+        list.entries.append(*entry);
+    }
+    if (list.entries.size() < wanted) {
+        notes->append(QStringLiteral("the file counts ") + QString::number(count)
+            + QStringLiteral(" users but holds ") + QString::number(list.entries.size()));
     }
     return list;
 }
 
 QByteArray UserList::toBytes(QString* error) const
 {
-    if (entries.size() > capacity) {
+    const auto fail = [error](const QString& why) {
         if (error) {
-            *error = QStringLiteral("The user list holds at most ") + QString::number(capacity)
-                + QStringLiteral(" users.");
+            *error = why;
         }
-        return {};
+        return QByteArray();
+    };
+    if (entries.size() > capacity) {
+        return fail(QStringLiteral("The user list holds at most ") + QString::number(capacity)
+            + QStringLiteral(" users."));
     }
-    QByteArray bytes = QByteArray::number(entries.size()) + '\n';
+    QByteArray bytes = formatLine() + '\n' + QByteArray::number(entries.size()) + '\n';
     for (const UserEntry& entry : entries) {
-        const QString fields[] = {entry.name, entry.password, entry.level};
-        const char* what[] = {"name", "password", "level"};
-        QStringList scrambled;
-        for (int f = 0; f < 3; ++f) {
-            const QString stored = ScrambleText(fields[f]);
-            QString why;
-            if (!fitsTheFile(fields[f], stored, f == 2, &why)) {
-                if (error) {
-                    *error = QStringLiteral("The ") + QLatin1String(what[f]) + QStringLiteral(" of user ")
-                        + entry.name + QLatin1Char(' ') + why + QLatin1Char('.');
-                }
-                return {};
-            }
-            scrambled.append(stored);
+        if (entry.name.trimmed().isEmpty()) {
+            return fail(QStringLiteral("A user without a name cannot be kept in the list."));
         }
-        bytes += scrambled.join(QLatin1Char(',')).toLatin1() + '\n';
+        QString hash = entry.passwordHash;
+        if (!entry.password.isEmpty()) {
+            hash = hashPassword(entry.password.toUpper());
+            if (hash.isEmpty()) {
+                return fail(QStringLiteral("The password of ") + entry.name
+                    + QStringLiteral(" could not be made secret (the computer is short of memory)."));
+            }
+        }
+        const QString level = UserLevels::isKnown(entry.level) ? entry.level : UserLevels::user();
+        bytes += QUrl::toPercentEncoding(entry.name) + '\t' + hash.toLatin1() + '\t' + level.toLatin1()
+            + '\n';
     }
     return bytes;
 }

@@ -8,11 +8,6 @@
 
 namespace pvardo::admin {
 
-QStringList UserLevels::offered()
-{
-    return {admin(), member(), user()};
-}
-
 QString usersFile(const QString& programFolder)
 {
     return joinPath(programFolder, QStringLiteral("\\Users.Set"));
@@ -66,12 +61,15 @@ void ValidateUser(const UserList& users, const QString& name, const QString& pas
 {
     Session& state = session();
     const QString wantedName = name.toUpper();
+    if (name.trimmed().isEmpty()) {
+        return;
+    }
     for (qsizetype i = 0; i < users.entries.size(); ++i) {
         const UserEntry& entry = users.entries.at(i);
         if (entry.name.toUpper() != wantedName) {
             continue;
         }
-        state.LoggedIn = entry.password.toUpper() == password.toUpper();
+        state.LoggedIn = entry.accepts(password);
         state.UserLevel = entry.level;
         state.UserIndex = static_cast<int>(i);
         return;
@@ -89,7 +87,8 @@ void ApplyUserLevel()
     if (state.UserLevel == UserLevels::admin()) {
         state.IsAdmin = true;
     }
-    if (state.UserLevel == UserLevels::user()) {
+    const QString& level = state.UserLevel;
+    if (level == UserLevels::user() || !UserLevels::isKnown(level)) {
         state.ReadOnlyUser = true;
     }
 }

@@ -6,28 +6,6 @@
 
 namespace pvardo::admin {
 
-// The levels of the user list.
-namespace UserLevels {
-inline QString admin()
-{
-    return QStringLiteral("ADMIN");
-}
-inline QString member()
-{
-    return QStringLiteral("MEMBER");
-}
-inline QString user()
-{
-    return QStringLiteral("USER");
-}
-inline QString supervisor()
-{
-    return QStringLiteral("SUPERVISOR");
-}
-// The levels the add and edit screens offer, in their order.
-QStringList offered();
-} // namespace UserLevels
-
 // The user list on screen holds at most this many users.
 constexpr int maxUsersOnScreen = 20;
 
@@ -50,12 +28,14 @@ QString missingUsersMessage(const QString& programFolder);
 // entry of that name: with the password equal in capitals the session is
 // logged on; either way the session's UserLevel becomes the entry's level and
 // UserIndex its place. A name that no entry holds leaves the session as it was.
+// A blank name is nobody's, and an entry without a password never logs on.
 void ValidateUser(const UserList& users, const QString& name, const QString& password);
 // The same against the session's users.
 void ValidateUser(const QString& name, const QString& password);
 
-// Sets the rights of the logged-on level: IsAdmin for "ADMIN", ReadOnlyUser
-// for "USER". Never clears a flag. The screens read the flags when they are
+// Sets the rights of the logged-on level: IsAdmin for exactly "ADMIN",
+// ReadOnlyUser for "USER" and for any level the program does not know (a
+// damaged or hand-edited one gives no more than USER). Never clears a flag. The screens read the flags when they are
 // shown: the main window shows its Admin menu to administrators only, the
 // record screens turn their entry commands off for read-only users, and only
 // administrators reveal the delete command with Control+U.

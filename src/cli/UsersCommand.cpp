@@ -2,7 +2,7 @@
 // the user list of an installation (Users.Set), with the rules of the user
 // screens: at most 20 users, names compared in capitals, the administrator's
 // row kept. Passwords are asked twice on the terminal without echo, or read as
-// one line from standard input with --password-stdin.
+// one line from standard input with --password-stdin, and stored as hashes.
 #include "admin/UserList.h"
 #include "admin/UserLogon.h"
 #include "cli/AdminCommand.h"
@@ -102,10 +102,15 @@ std::optional<admin::UserList> readList(CommandContext& context, const QString& 
     }
     QString error;
     QStringList problems;
-    std::optional<admin::UserList> list = admin::UserList::read(file, &error, &problems);
+    QStringList notes;
+    std::optional<admin::UserList> list = admin::UserList::read(file, &error, &problems, &notes);
     if (!list) {
         context.err << "pvardo-admin users: " << error << Qt::endl;
         return std::nullopt;
+    }
+    // Taken in another form than stored: said, and written so by a change.
+    for (const QString& note : std::as_const(notes)) {
+        context.err << "pvardo-admin users: " << note << Qt::endl;
     }
     if (!problems.isEmpty()) {
         context.err << "pvardo-admin users: the user list " << QDir::toNativeSeparators(file)
@@ -181,7 +186,11 @@ int runUsers(CommandContext& context)
         if (password.isEmpty()) {
             return ExitCode::Failed;
         }
-        list->entries.append(admin::UserEntry{name, password, level});
+        admin::UserEntry entry;
+        entry.name = name;
+        entry.password = password;
+        entry.level = level;
+        list->entries.append(entry);
         const int code = writeList(context, *list, file);
         if (code == ExitCode::Ok && !context.quiet) {
             context.err << "Added " << name << " (" << level << ")." << Qt::endl;
@@ -214,6 +223,7 @@ int runUsers(CommandContext& context)
                 return ExitCode::Failed;
             }
             list->entries[index].password = password;
+            list->entries[index].passwordHash.clear();
         }
         return writeList(context, *list, file);
     }

@@ -1,5 +1,6 @@
 #include "admin/UserLogon.h"
 
+#include "admin/ScrambleText.h"
 #include "common/Session.h"
 #include "support/TestInstallation.h"
 
@@ -58,6 +59,41 @@ TEST(ValidateUser, ComparesNamesAndPasswordsInCapitalsAndStopsAtTheFirstName)
     }
 }
 
+TEST(ValidateUser, BlankNamesAndEmptyPasswordsNeverLogOn)
+{
+    UserList users = officeUsers();
+    users.entries.prepend(UserEntry{QString(), QString(), QStringLiteral("MEMBER")});
+    users.entries.append(UserEntry{QStringLiteral("NOPASS"), QString(), QStringLiteral("MEMBER")});
+    users.entries.append(UserEntry{QStringLiteral("  "), QStringLiteral("x"), QStringLiteral("MEMBER")});
+    const struct
+    {
+        const char* name;
+        const char* password;
+    } cases[] = {{"", ""}, {"", "x"}, {"  ", "x"}, {"nopass", ""}, {"NOPASS", " "}};
+    for (const auto& c : cases) {
+        resetSession();
+        ValidateUser(users, QString::fromLatin1(c.name), QString::fromLatin1(c.password));
+        EXPECT_FALSE(session().LoggedIn) << "'" << c.name << "'/'" << c.password << "'";
+    }
+
+    // The same through the file: a line ",," and an entry with an empty password.
+    QTemporaryDir dir;
+    QFile file(dir.filePath(QStringLiteral("Users.Set")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("3\n,,\n" + pvardo::test::TestInstallation::usersFileBytes().mid(2));
+    const auto scrambled = [](const QString& text) { return ScrambleText(text).toLatin1(); };
+    file.write(scrambled(QStringLiteral("NOPASS")) + ",," + scrambled(QStringLiteral("MEMBER")) + "\n");
+    file.close();
+    ASSERT_TRUE(loadSessionUsers(dir.path(), nullptr));
+    for (const auto& c : cases) {
+        resetSession();
+        ValidateUser(QString::fromLatin1(c.name), QString::fromLatin1(c.password));
+        EXPECT_FALSE(session().LoggedIn) << "file: '" << c.name << "'/'" << c.password << "'";
+    }
+    ValidateUser(QStringLiteral("admin"), QStringLiteral("planning"));
+    EXPECT_TRUE(session().LoggedIn);
+}
+
 TEST(ValidateUser, UnknownNameLeavesTheSessionAsItWas)
 {
     session().LoggedIn = true;
@@ -75,7 +111,10 @@ TEST(ApplyUserLevel, SetsTheFlagsOfTheLevelAndNeverClearsThem)
         bool admin;
         bool readOnly;
     } cases[] = {{"ADMIN", true, false}, {"MEMBER", false, false}, {"USER", false, true},
-        {"SUPERVISOR", false, false}, {"admin", false, false}, {"", false, false}};
+        {"SUPERVISOR", false, false},
+        // A level the program does not know gives no more than USER.
+        {"admin", false, true}, {"Admin", false, true}, {"ADMIN ", false, true}, {"ME", false, true},
+        {"", false, true}};
     for (const auto& c : cases) {
         resetSession();
         session().UserLevel = QString::fromLatin1(c.level);
@@ -121,7 +160,7 @@ TEST(SessionUsers, DamagedFilesLoadWhatCanBeRead)
         {"empty lines", pvardo::test::TestInstallation::usersFileBytes() + "\n\n", true, 1},
         {"extra comma", pvardo::test::TestInstallation::usersFileBytes() + "a,b,c,d\n", true, 1},
         {"two fields", QByteArray("1\nab,cd\n"), true, 0},
-        {"binary", QByteArray("\xff\xfe\x00\x01", 4), true, 0},
+        {"binary", QByteArray("\xff\xfe\x00\x01", 4), false, 0},
     };
     for (const auto& c : cases) {
         QTemporaryDir dir;

@@ -8,6 +8,7 @@
 #include "admin/screens/hasVARDO.h"
 #include "admin/screens/pswhelp.h"
 #include "common/Session.h"
+#include "common/TextFiles.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestInstallation.h"
 
@@ -50,9 +51,9 @@ void click(QWidget& screen, const char* name)
 UserList listWith(int members)
 {
     UserList users;
-    users.entries.append({QStringLiteral("ADMIN"), QStringLiteral("PLANNING"), QStringLiteral("ADMIN")});
+    users.entries.append(UserEntry{QStringLiteral("ADMIN"), QStringLiteral("PLANNING"), QStringLiteral("ADMIN")});
     for (int i = 1; i <= members; ++i) {
-        users.entries.append({QStringLiteral("MEMBER%1").arg(i), QStringLiteral("PW%1").arg(i),
+        users.entries.append(UserEntry{QStringLiteral("MEMBER%1").arg(i), QStringLiteral("PW%1").arg(i),
             i % 2 ? QStringLiteral("MEMBER") : QStringLiteral("USER")});
     }
     return users;
@@ -190,8 +191,12 @@ TEST(UserMgr, AdministratorsCannotBeRemovedAndTwentyTurnAddOff)
     click(screen, "Command3");
     const QList<UserEntry> written = fixture.onDisk();
     ASSERT_EQ(written.size(), 20);
-    EXPECT_EQ(written.last(),
-        (UserEntry{QStringLiteral("Newcomer"), QStringLiteral("first"), QStringLiteral("USER")}));
+    EXPECT_EQ(written.last().name, QStringLiteral("Newcomer"));
+    EXPECT_EQ(written.last().level, QStringLiteral("USER"));
+    EXPECT_TRUE(written.last().accepts(QStringLiteral("FIRST")));
+    // The list shows whether a user has a password, never the password.
+    QTreeWidget* list = child<QTreeWidget>(screen, "ListView1");
+    EXPECT_EQ(list->topLevelItem(19)->text(1), QStringLiteral("(set)"));
 }
 
 TEST(UserMgr, MoreThanTwentyInTheFileShowTwenty)
@@ -259,15 +264,16 @@ TEST(UserEdit, AdministratorsRowKeepsNameAndAccess)
             QString::fromLatin1(c.editor), c.fromChangePassword);
         EXPECT_EQ(child<QLineEdit>(screen, "Text1")->isEnabled(), c.nameOn) << c.editor << c.row;
         EXPECT_EQ(child<QComboBox>(screen, "Combo1")->isEnabled(), c.levelOn) << c.editor << c.row;
-        // Shown in capitals.
+        // Shown in capitals; the password never.
         EXPECT_EQ(child<QLineEdit>(screen, "Text1")->text(), QString::fromLatin1(c.row));
-        EXPECT_EQ(child<QLineEdit>(screen, "Text2")->text(), QStringLiteral("SECRET"));
+        EXPECT_TRUE(child<QLineEdit>(screen, "Text2")->text().isEmpty());
+        EXPECT_EQ(child<QLineEdit>(screen, "Text2")->echoMode(), QLineEdit::Password);
     }
 }
 
 TEST(UserEdit, EmptyPasswordIsRefusedAndCancelStops)
 {
-    UserEdit screen(UserEntry{QStringLiteral("CLERK"), QStringLiteral("x"), QStringLiteral("MEMBER")},
+    UserEdit screen(UserEntry{QStringLiteral("CLERK"), QString(), QStringLiteral("MEMBER")},
         QStringLiteral("ADMIN"), false);
     screen.show();
     typeInto(screen, "Text2", QStringLiteral("   "));
@@ -277,6 +283,54 @@ TEST(UserEdit, EmptyPasswordIsRefusedAndCancelStops)
     EXPECT_EQ(scriptedPrompts().shown().first().title, QStringLiteral(" Missing user password"));
     click(screen, "Command2");
     EXPECT_TRUE(session().StopFlag);
+}
+
+TEST(UserMgr, OlderListIsShownWithoutPasswordsAndWrittenHashed)
+{
+    TestInstallation installation; // its list is in the older, scrambled form
+    session().ProgramFolder = installation.programFolder();
+    session().UserLevel = QStringLiteral("ADMIN");
+    const QByteArray before = installation.usersFileBytes();
+    scriptedPrompts().onDialog(QStringLiteral("UserMgr"), [](QDialog& dialog) {
+        QTreeWidget* list = child<QTreeWidget>(dialog, "ListView1");
+        EXPECT_EQ(list->topLevelItem(0)->text(0), QStringLiteral("ADMIN"));
+        EXPECT_EQ(list->topLevelItem(0)->text(1), QStringLiteral("(set)"));
+        click(dialog, "Command3");
+        return dialog.result();
+    });
+    showUserManager(nullptr);
+    QFile file(installation.path(QStringLiteral("Users.Set")));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray after = file.readAll();
+    EXPECT_NE(after, before);
+    EXPECT_TRUE(after.startsWith(UserList::formatLine()));
+    const auto read = UserList::read(file.fileName());
+    ASSERT_TRUE(read.has_value());
+    EXPECT_TRUE(read->entries.at(0).password.isEmpty());
+    EXPECT_TRUE(read->entries.at(0).accepts(QStringLiteral("planning")));
+}
+
+TEST(UserMgr, DamagedLevelIsToldAndWrittenAsUser)
+{
+    TestInstallation installation;
+    session().ProgramFolder = installation.programFolder();
+    // A hand-edited list: the clerk's level in mixed case.
+    ASSERT_TRUE(replaceFile(installation.path(QStringLiteral("Users.Set")),
+        UserList::formatLine() + "\n1\nCLERK\t\tAdmin\n"));
+    scriptedPrompts().onDialog(QStringLiteral("UserMgr"), [](QDialog& dialog) {
+        QTreeWidget* list = child<QTreeWidget>(dialog, "ListView1");
+        EXPECT_EQ(list->topLevelItem(0)->text(1), QStringLiteral("(none: cannot log on)"));
+        EXPECT_EQ(list->topLevelItem(0)->text(2), QStringLiteral("USER"));
+        click(dialog, "Command3");
+        return dialog.result();
+    });
+    showUserManager(nullptr);
+    ASSERT_EQ(scriptedPrompts().shown().size(), 1);
+    const QString told = scriptedPrompts().shown().first().text;
+    EXPECT_TRUE(told.contains(QLatin1String("\"Admin\""))) << told.toStdString();
+    EXPECT_TRUE(told.contains(QLatin1String("cannot log on"))) << told.toStdString();
+    EXPECT_EQ(UserList::read(installation.path(QStringLiteral("Users.Set")))->entries.at(0).level,
+        QStringLiteral("USER"));
 }
 
 TEST(UserMgr, EditWritesTheRowOnlyOnOk)
@@ -316,9 +370,21 @@ TEST(ChangePassword, WritesTheLoggedOnUsersNewPassword)
     EXPECT_TRUE(levelOff);
     const QList<UserEntry> written = fixture.onDisk();
     ASSERT_EQ(written.size(), 3);
-    EXPECT_EQ(written.at(2).password.toUpper(), QStringLiteral("FRESH"));
+    EXPECT_TRUE(written.at(2).accepts(QStringLiteral("Fresh")));
+    EXPECT_FALSE(written.at(2).accepts(QStringLiteral("PW2")));
     EXPECT_EQ(written.at(2).level, QStringLiteral("USER"));
-    EXPECT_EQ(written.at(0).password, QStringLiteral("PLANNING"));
+    EXPECT_TRUE(written.at(0).accepts(QStringLiteral("planning")));
+
+    // An empty box keeps the password the user has.
+    ValidateUser(QStringLiteral("member2"), QStringLiteral("fresh"));
+    ASSERT_TRUE(session().LoggedIn);
+    scriptedPrompts().onDialog(QStringLiteral("UserEdit"), [&](QDialog& dialog) {
+        click(dialog, "Command1");
+        return dialog.result();
+    });
+    showChangePassword(nullptr);
+    EXPECT_TRUE(scriptedPrompts().shown().isEmpty());
+    EXPECT_TRUE(fixture.onDisk().at(2).accepts(QStringLiteral("FRESH")));
 }
 
 TEST(UserMgr, MissingListIsToldAndNothingIsWritten)

@@ -5,6 +5,7 @@
 #include "admin/Installation.h"
 #include "admin/UserList.h"
 #include "app/Startup.h"
+#include "common/TextFiles.h"
 #include "app/screens/WidgetStartupHost.h"
 #include "schedule/screens/Scheduler.h"
 #include "support/ScriptedPrompts.h"
@@ -45,9 +46,15 @@ TEST(DemoEntry, DocumentedLogOnReachesTheMainWindowAndLevelsSwitchTheAdminMenu)
     admin::DemoInstallation demo(home, QDate::currentDate());
     ASSERT_TRUE(demo.make()) << demo.failures().join(QLatin1Char('\n')).toStdString();
     admin::UserList users = *admin::UserList::read(home + QStringLiteral("/Users.Set"));
-    users.entries.append({QStringLiteral("PLANNER"), QStringLiteral("MAPS"), QStringLiteral("MEMBER")});
-    users.entries.append({QStringLiteral("VISITOR"), QStringLiteral("look"), QStringLiteral("USER")});
-    ASSERT_TRUE(users.write(home + QStringLiteral("/Users.Set")));
+    users.entries.append(admin::UserEntry{QStringLiteral("PLANNER"), QStringLiteral("MAPS"), QStringLiteral("MEMBER")});
+    users.entries.append(admin::UserEntry{QStringLiteral("VISITOR"), QStringLiteral("look"), QStringLiteral("USER")});
+    users.entries.append(admin::UserEntry{QStringLiteral("BOSS"), QStringLiteral("chief"), QStringLiteral("SUPERVISOR")});
+    // The list edited by hand: the last user's level in mixed case, which is
+    // no administrator's level.
+    QByteArray bytes = users.toBytes();
+    ASSERT_TRUE(bytes.endsWith("\tSUPERVISOR\n"));
+    bytes.replace(bytes.size() - 12, 12, "\tAdmin\n");
+    ASSERT_TRUE(replaceFile(home + QStringLiteral("/Users.Set"), bytes));
 
     const struct
     {
@@ -56,7 +63,7 @@ TEST(DemoEntry, DocumentedLogOnReachesTheMainWindowAndLevelsSwitchTheAdminMenu)
         bool adminMenu;
         bool readOnly;
     } cases[] = {{"admin", "planning", true, false}, {"Planner", "maps", false, false},
-        {"visitor", "LOOK", false, true}};
+        {"visitor", "LOOK", false, true}, {"boss", "chief", false, true}};
     for (const auto& c : cases) {
         resetSession();
         scriptedPrompts().clear();

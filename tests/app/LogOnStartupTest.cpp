@@ -79,8 +79,8 @@ TEST(LogOnStartup, EachLevelReachesTheMainWindowWithItsRights)
         TestInstallation installation;
         WorkingFolderKeeper keeper;
         admin::UserList users = *admin::UserList::read(installation.path(QStringLiteral("Users.Set")));
-        users.entries.append({QStringLiteral("CLERK"), QStringLiteral("desk"), QStringLiteral("MEMBER")});
-        users.entries.append({QStringLiteral("visitor"), QStringLiteral("LOOK"), QStringLiteral("USER")});
+        users.entries.append(admin::UserEntry{QStringLiteral("CLERK"), QStringLiteral("desk"), QStringLiteral("MEMBER")});
+        users.entries.append(admin::UserEntry{QStringLiteral("visitor"), QStringLiteral("LOOK"), QStringLiteral("USER")});
         ASSERT_TRUE(users.write(installation.path(QStringLiteral("Users.Set"))));
         writeLines(installation.path(QStringLiteral("PVardo.ini")),
             settingsWithBackupQuestion(installation.databaseFolder()));

@@ -594,6 +594,12 @@ TEST_F(SchedulerTest, TheMenuTreeAndTheUsersRights)
     child<QAction>("About")->trigger();
     EXPECT_EQ(shown, 1);
 
+    // Only the level written exactly "ADMIN" opens the Admin menu.
+    for (const char* level : {"Admin", "admin", " ADMIN"}) {
+        session().UserLevel = q(level);
+        dashboard->applyUserRights();
+        EXPECT_FALSE(child<QMenu>("report")->menuAction()->isVisible()) << level;
+    }
     session().UserLevel = q("ADMIN");
     session().IsAdmin = true;
     session().ReadOnlyUser = false;

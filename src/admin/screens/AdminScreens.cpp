@@ -18,11 +18,17 @@ bool usable(const UserMgr& screen)
             screen.loadError(), QStringLiteral(" User list"), PromptButtons::Ok, PromptIcon::Exclamation);
         return false;
     }
-    if (!screen.unreadableLines().isEmpty()) {
-        showMessage(QStringLiteral("The user list is damaged: ")
-                + screen.unreadableLines().join(QStringLiteral("; "))
-                + QStringLiteral(".\n\nThese lines are left out when the list is written."),
-            QStringLiteral(" User list"), PromptButtons::Ok, PromptIcon::Exclamation);
+    if (!screen.unreadableLines().isEmpty() || !screen.readingNotes().isEmpty()) {
+        QString text = QStringLiteral("The user list is damaged:");
+        if (!screen.unreadableLines().isEmpty()) {
+            text += QLatin1Char(' ') + screen.unreadableLines().join(QStringLiteral("; "))
+                + QStringLiteral(".\n\nThese lines are left out when the list is written.");
+        }
+        if (!screen.readingNotes().isEmpty()) {
+            text += QStringLiteral("\n\n") + screen.readingNotes().join(QStringLiteral(";\n"))
+                + QStringLiteral(".");
+        }
+        showMessage(text, QStringLiteral(" User list"), PromptButtons::Ok, PromptIcon::Exclamation);
     }
     return true;
 }

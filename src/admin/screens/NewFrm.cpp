@@ -24,6 +24,7 @@ NewFrm::NewFrm(QList<UserEntry>& rows, QWidget* parent)
     m_name->setToolTip(QStringLiteral(" New user name"));
     m_password->setObjectName(QStringLiteral("Text2"));
     m_password->setToolTip(QStringLiteral(" Default password"));
+    m_password->setEchoMode(QLineEdit::Password);
     m_level->setObjectName(QStringLiteral("Combo1"));
     m_level->setToolTip(QStringLiteral(" Access rights"));
     m_level->addItems(UserLevels::offered());
@@ -37,7 +38,10 @@ NewFrm::NewFrm(QList<UserEntry>& rows, QWidget* parent)
 
 void NewFrm::Command1_Click()
 {
-    const UserEntry entry{m_name->text().trimmed(), m_password->text().trimmed(), m_level->currentText()};
+    UserEntry entry;
+    entry.name = m_name->text().trimmed();
+    entry.password = m_password->text().trimmed();
+    entry.level = m_level->currentText();
     if (entry.name.isEmpty()) {
         showMessage(
             QStringLiteral("Type the name the user will log on with."), QStringLiteral(" Missing user name"));
@@ -54,15 +58,6 @@ void NewFrm::Command1_Click()
     if (entry.password.isEmpty()) {
         showMessage(UserEdit::missingPasswordText(), QStringLiteral(" Missing user password"));
         m_password->setFocus();
-        return;
-    }
-    // A spelling the user file cannot keep is refused here, before the list
-    // is written.
-    UserList probe;
-    probe.entries.append(entry);
-    QString why;
-    if (probe.toBytes(&why).isEmpty()) {
-        showMessage(why, QStringLiteral(" User list"));
         return;
     }
     m_rows.append(entry);

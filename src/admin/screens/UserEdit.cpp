@@ -15,7 +15,8 @@ UserEdit::UserEdit(
     const UserEntry& entry, const QString& editorLevel, bool fromChangePassword, QWidget* parent)
     : QDialog(parent)
     , m_name(new QLineEdit(entry.name.toUpper(), this))
-    , m_password(new QLineEdit(entry.password.toUpper(), this))
+    , m_entry(entry)
+    , m_password(new QLineEdit(this))
     , m_level(new QComboBox(this))
 {
     setObjectName(QStringLiteral("UserEdit"));
@@ -24,6 +25,10 @@ UserEdit::UserEdit(
     m_name->setToolTip(QStringLiteral(" User ID used to log in"));
     m_password->setObjectName(QStringLiteral("Text2"));
     m_password->setToolTip(QStringLiteral(" Default user password"));
+    // The password is never shown: a new one typed here replaces it, and an
+    // empty box keeps the one the user has.
+    m_password->setEchoMode(QLineEdit::Password);
+    m_password->setPlaceholderText(entry.hasPassword() ? QStringLiteral("(unchanged)") : QString());
     m_level->setObjectName(QStringLiteral("Combo1"));
     m_level->setToolTip(QStringLiteral(" Access level"));
     m_level->addItems(UserLevels::offered());
@@ -50,12 +55,20 @@ UserEdit::UserEdit(
 
 UserEntry UserEdit::values() const
 {
-    return UserEntry{m_name->text().trimmed(), m_password->text().trimmed(), m_level->currentText()};
+    UserEntry result = m_entry;
+    result.name = m_name->text().trimmed();
+    result.level = m_level->currentText();
+    const QString typed = m_password->text().trimmed();
+    if (!typed.isEmpty()) {
+        result.password = typed;
+        result.passwordHash.clear();
+    }
+    return result;
 }
 
 void UserEdit::Command1_Click()
 {
-    if (m_password->text().trimmed().isEmpty()) {
+    if (m_password->text().trimmed().isEmpty() && !m_entry.hasPassword()) {
         showMessage(missingPasswordText(), missingPasswordTitle());
         m_password->setFocus();
         return;
@@ -64,13 +77,6 @@ void UserEdit::Command1_Click()
         showMessage(
             QStringLiteral("Type the name the user will log on with."), QStringLiteral(" Missing user name"));
         m_name->setFocus();
-        return;
-    }
-    UserList probe;
-    probe.entries.append(values());
-    QString why;
-    if (probe.toBytes(&why).isEmpty()) {
-        showMessage(why, QStringLiteral(" User list"));
         return;
     }
     session().StopFlag = false;

@@ -9,7 +9,8 @@ class QLineEdit;
 
 namespace pvardo::admin {
 
-// Edits one user of the list: name, password and access, shown in capitals.
+// Edits one user of the list: name and access, shown in capitals, and a new
+// password (the one the user has is never shown; an empty box keeps it).
 // The administrator's own row keeps its name and access; a user reached from
 // Change Password, and the levels that may not change the access list, cannot
 // change the access.
@@ -35,6 +36,7 @@ public:
 
 private:
     QLineEdit* m_name;
+    UserEntry m_entry;
     QLineEdit* m_password;
     QComboBox* m_level;
 };

@@ -14,6 +14,11 @@
 
 namespace pvardo::admin {
 
+QString UserMgr::passwordState(const UserEntry& row)
+{
+    return row.hasPassword() ? QStringLiteral("(set)") : QStringLiteral("(none: cannot log on)");
+}
+
 UserMgr::UserMgr(const QString& programFolder, QWidget* parent)
     : QDialog(parent)
     , m_programFolder(programFolder)
@@ -61,7 +66,8 @@ UserMgr::UserMgr(const QString& programFolder, QWidget* parent)
     connect(m_list, &QTreeWidget::itemDoubleClicked, this, &UserMgr::Command5_Click);
 
     // The file is read afresh: another administrator may have changed it.
-    std::optional<UserList> users = UserList::read(usersFile(m_programFolder), &m_loadError, &m_unreadable);
+    std::optional<UserList> users
+        = UserList::read(usersFile(m_programFolder), &m_loadError, &m_unreadable, &m_notes);
     if (users) {
         m_loaded = true;
         m_rows = users->entries.mid(0, maxUsersOnScreen);
@@ -76,7 +82,8 @@ void UserMgr::fillList()
 {
     m_list->clear();
     for (const UserEntry& row : std::as_const(m_rows)) {
-        m_list->addTopLevelItem(new QTreeWidgetItem({row.name, row.password, row.level}));
+        // Passwords are never shown, only whether the user has one.
+        m_list->addTopLevelItem(new QTreeWidgetItem({row.name, passwordState(row), row.level}));
     }
     updateButtons();
 }

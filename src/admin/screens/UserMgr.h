@@ -9,8 +9,8 @@ class QTreeWidget;
 
 namespace pvardo::admin {
 
-// The user list of this computer, for administrators: users with their
-// passwords in clear and their access. Done writes the list whole; Cancel
+// The user list of this computer, for administrators: users, whether each
+// has a password (never the password itself) and their access. Done writes the list whole; Cancel
 // leaves the file as it was. A row of access "ADMIN" (and the row named
 // "ADMIN") cannot be removed, and the list cannot grow past 20 users.
 class UserMgr final : public QDialog
@@ -25,6 +25,11 @@ public:
     QString loadError() const { return m_loadError; }
     // Lines of the file that could not be read; a write leaves them out.
     const QStringList& unreadableLines() const { return m_unreadable; }
+    // What was read in another form than stored (levels taken as USER, users
+    // without a password); a write stores it in that form.
+    const QStringList& readingNotes() const { return m_notes; }
+    // What the list shows in the password column for a row.
+    static QString passwordState(const UserEntry& row);
     const QList<UserEntry>& rows() const { return m_rows; }
 
     // The commands of the buttons.
@@ -50,6 +55,7 @@ private:
     // Users past the 20 on screen: not shown, written back as they were.
     QList<UserEntry> m_beyondScreen;
     QStringList m_unreadable;
+    QStringList m_notes;
     bool m_loaded = false;
     QString m_loadError;
     QTreeWidget* m_list;

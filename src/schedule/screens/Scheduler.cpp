@@ -343,7 +343,9 @@ void Scheduler::setMenuCommand(const QString& entry, std::function<void()> comma
 void Scheduler::applyUserRights()
 {
     const Session& state = session();
-    const bool admin = state.IsAdmin || state.UserLevel.trimmed().toUpper() == QLatin1String("ADMIN");
+    // Only the level written exactly "ADMIN" is an administrator's: a level
+    // in another case or with blanks around it is a damaged one.
+    const bool admin = state.IsAdmin || state.UserLevel == QLatin1String("ADMIN");
     if (QMenu* report = findChild<QMenu*>(QStringLiteral("report"))) {
         report->menuAction()->setVisible(admin);
     }
