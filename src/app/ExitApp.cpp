@@ -1,5 +1,6 @@
 #include "app/ExitApp.h"
 
+#include "common/DatabaseBackup.h"
 #include "common/ProgramEnd.h"
 #include "common/PromptService.h"
 #include "common/Session.h"
@@ -28,6 +29,8 @@ void BackupDatabases(int destination)
 {
     if (backupHandler()) {
         backupHandler()(destination);
+    } else {
+        pvardo::BackupDatabases(destination);
     }
 }
 

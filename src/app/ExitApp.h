@@ -11,8 +11,9 @@ namespace pvardo::app {
 // edit elsewhere is lost, as the office expects.
 void ExitApp();
 
-// The copy of the databases, given where to copy to (2: the stored backup
-// folder). Installed by the backup; until then nothing is copied.
+// The backup ExitApp runs, given its mode (2: the stored backup folder): the
+// copy of the databases (pvardo::BackupDatabases) unless a handler is put in
+// its place, as a test does to record it. An empty handler restores the copy.
 using BackupDatabasesHandler = std::function<void(int destination)>;
 BackupDatabasesHandler setBackupDatabasesHandler(BackupDatabasesHandler handler);
 void BackupDatabases(int destination);

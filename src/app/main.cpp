@@ -2,8 +2,10 @@
 #include "app/ProgramFolder.h"
 #include "app/Startup.h"
 #include "app/screens/WidgetStartupHost.h"
+#include "common/DatabaseBackup.h"
 #include "common/PromptService.h"
 #include "common/Settings.h"
+#include "ui/BrowseForFolder.h"
 #include "ui/WidgetPromptService.h"
 
 #include <QApplication>
@@ -17,6 +19,8 @@ int main(int argc, char** argv)
     // The program ends through ExitApp, never because its last window closed.
     QApplication::setQuitOnLastWindowClosed(false);
     pvardo::installPromptService(std::make_unique<pvardo::ui::WidgetPromptService>());
+    // The backup asks for its destination with the folder picker.
+    pvardo::setBackupFolderPicker([](const QString& title) { return pvardo::ui::BrowseForFolder(title); });
     // A new settings file on a computer with the sibling inspection program
     // asks whether to share its parcel store.
     pvardo::Settings::setShareQuestion([] { return pvardo::admin::askShareParcelStore(nullptr); });

@@ -75,6 +75,33 @@ TEST(ExitApp, WritesTheVersionAndFollowsTheBackupMode)
     }
 }
 
+TEST(ExitApp, AutomaticBackupCopiesTheDatabasesAndTheProgramStillEnds)
+{
+    TestInstallation installation;
+    installation.applyTo(session());
+    installation.createDatabase(store::Table::MEETING);
+    QTemporaryDir drive;
+    writeLines(drive.filePath(QStringLiteral("label.txt")), {QStringLiteral("backup drive")});
+    session().BackupMode = 1;
+    session().BackupFolder = drive.path() + QStringLiteral("/");
+    ProgramEndRecorder end;
+    app::ExitApp();
+    EXPECT_EQ(end.calls(), 1);
+    EXPECT_TRUE(QFile::exists(drive.filePath(QStringLiteral("databases/meeting.db"))));
+    ASSERT_EQ(scriptedPrompts().shown().size(), 1);
+    EXPECT_EQ(scriptedPrompts().shown().first().title, QStringLiteral(" Completed"));
+
+    // With no destination stored and no picker to ask, nothing is copied and the
+    // program ends all the same.
+    scriptedPrompts().clear();
+    session().BackupFolder.clear();
+    session().StopFlag = false;
+    app::ExitApp();
+    EXPECT_EQ(end.calls(), 2);
+    EXPECT_TRUE(session().StopFlag);
+    EXPECT_TRUE(scriptedPrompts().shown().isEmpty());
+}
+
 TEST(ExitApp, AFolderThatCannotBeWrittenStillEnds)
 {
     QTemporaryDir dir;

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+
+namespace pvardo {
+
+// The copy of the office's databases to a safe place, as the program runs it
+// (at exit, by the office's backup policy).
+//
+// Mode 1 asks for the destination with the folder picker; mode 2 uses the
+// stored BackupFolder (and asks when none is stored). A destination that does
+// not pass the destination test is said, and the picker comes up until a
+// choice passes or the user cancels; a cancel sets StopFlag. The database
+// folder is then copied into the destination, arriving there as a subfolder
+// of its own name, each database file through SQLite's online backup (see
+// ShellCopy), and the result is told: " Completed" or " Backup Failed".
+void BackupDatabases(int mode);
+
+// The folder picker the backup asks with, given its title: the program
+// installs the screens' picker. Without one, asking gives no folder, which
+// reads as a cancel. Gives back the picker it replaces.
+using BackupFolderPicker = std::function<QString(const QString& title)>;
+BackupFolderPicker setBackupFolderPicker(BackupFolderPicker picker);
+
+// The title of the picker.
+QString backupPickerTitle();
+
+// The destination test, narrow on purpose: a path passes when it names a
+// file, or when it names the root of a drive (a mount point, or any folder
+// written with a trailing "/") that holds at least one ordinary file. A plain
+// folder path fails, however good the folder is.
+bool backupDestinationPasses(const QString& destination);
+
+} // namespace pvardo
