@@ -515,6 +515,7 @@ private:
     bool m_facingPages = false;
     QByteArray m_tableBytes; // the font, colour and style tables, for the headers' own documents
     QList<QByteArray> m_notes;
+    qsizetype m_keptBytes = 0;
 };
 
 RtfReadResult RtfReader::read()
@@ -2176,6 +2177,11 @@ void RtfReader::finishCapture(const Group& closing)
     QByteArray rtf = "{\\rtf1\\ansi\\ansicpg" + QByteArray::number(m_ansiCodePage) + "\\deff"
                      + QByteArray::number(m_defaultFont) + m_tableBytes + ' '
                      + m_data.mid(closing.captureFrom, end - closing.captureFrom) + "}";
+    m_keptBytes += rtf.size();
+    if (m_keptBytes > RtfLimits::maxKeptBytes) {
+        damage(QStringLiteral("The file has more headers, footers or notes than can be printed."));
+        return;
+    }
     const QByteArray& word = closing.capture;
     if (word == "footnote") {
         if (m_notes.size() < 10000) {
@@ -2205,6 +2211,10 @@ void RtfReader::stampSection()
     ++m_sectionsBegun;
     if (!m_sectionsUsed) {
         return; // a plain document: nothing to mark
+    }
+    if (m_sections.size() >= RtfLimits::maxSections) {
+        damage(QStringLiteral("The file has more sections than can be printed; the last ones run on."));
+        return;
     }
     QTextBlockFormat format;
     format.setProperty(sectionProperty, int(m_sections.size()));

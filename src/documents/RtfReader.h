@@ -34,6 +34,11 @@ constexpr int maxTableCells = 200'000;
 constexpr int rowsPerTable = 4096;
 constexpr int maxTables = 1000;
 constexpr int maxTabStops = 64;
+// Sections past this many run on in the last one; headers, footers and notes
+// are kept as RTF of their own, with the font and colour tables, up to this
+// many bytes in all.
+constexpr int maxSections = 1000;
+constexpr qsizetype maxKeptBytes = 32 * 1024 * 1024;
 } // namespace RtfLimits
 
 // Reads RTF, as word processors and simple editors write it, into `document`

@@ -323,3 +323,27 @@ TEST(DocumentSections, pageFieldsBecomeTheCounterAndOtherFieldsStay)
     EXPECT_EQ(replaceControlWord("{\\super \\chftn}\\chftnsep \\chftn x", "chftn", "{7}"),
               QByteArray("{\\super {7}}\\chftnsep {7}x"));
 }
+
+// A file of very many sections, each with its own header, over a large font
+// table: the reader keeps a bounded amount, says so, and loses no text.
+TEST(DocumentSections, manySectionsWithHeadersAreBounded)
+{
+    QByteArray fontTable = "{\\fonttbl";
+    for (int i = 0; i < 600; ++i) {
+        fontTable += "{\\f" + QByteArray::number(i) + "\\fswiss Font number " + QByteArray::number(i) + ";}";
+    }
+    fontTable += "}";
+    QByteArray rtf = "{\\rtf1\\ansi" + fontTable;
+    for (int i = 1; i <= 1500; ++i) {
+        rtf += "\\sectd{\\header \\pard Head " + QByteArray::number(i) + "\\par}Section " + QByteArray::number(i)
+               + "\\par\\sect\n";
+    }
+    rtf += "}";
+    QTextDocument document;
+    const RtfReadResult result = readRtf(rtf, document);
+    EXPECT_TRUE(result.damaged);
+    EXPECT_LE(documentSections(document).size(), RtfLimits::maxSections);
+    const QString text = document.toPlainText();
+    EXPECT_TRUE(text.contains(q("Section 1\n")));
+    EXPECT_TRUE(text.contains(q("Section 1500")));
+}
