@@ -68,7 +68,9 @@ function(_pvardo_link_closure target out)
 endfunction()
 
 # Fails the configuration when a logic library reaches Qt Widgets: the admin
-# tool and the logic tests must run without a display.
+# tool and the logic tests must run without a display. Nor may any library
+# outside the application's own folder reach the application layer
+# (pvardo_app), which sits on top of the others.
 function(pvardo_check_logic_libraries)
     get_property(libs GLOBAL PROPERTY PVARDO_LOGIC_LIBRARIES)
     foreach(lib IN LISTS libs)
@@ -78,5 +80,15 @@ function(pvardo_check_logic_libraries)
                 message(FATAL_ERROR "Logic library ${lib} links ${dep}; move the widget code into screens/.")
             endif()
         endforeach()
+    endforeach()
+    get_property(screens GLOBAL PROPERTY PVARDO_SCREENS_LIBRARIES)
+    foreach(lib IN LISTS libs screens)
+        if(lib MATCHES "^pvardo_app")
+            continue()
+        endif()
+        _pvardo_link_closure(${lib} closure)
+        if("pvardo_app" IN_LIST closure)
+            message(FATAL_ERROR "Library ${lib} links pvardo_app; move what it needs below the application layer.")
+        endif()
     endforeach()
 endfunction()

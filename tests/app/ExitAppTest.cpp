@@ -1,4 +1,4 @@
-#include "app/ExitApp.h"
+#include "common/ExitApp.h"
 
 #include "StartupFixtures.h"
 #include "app/screens/WidgetStartupHost.h"
@@ -20,13 +20,13 @@ class BackupRecorder
 public:
     BackupRecorder()
     {
-        m_previous = app::setBackupDatabasesHandler([this](int destination) { destinations << destination; });
+        m_previous = setBackupDatabasesHandler([this](int destination) { destinations << destination; });
     }
-    ~BackupRecorder() { app::setBackupDatabasesHandler(m_previous); }
+    ~BackupRecorder() { setBackupDatabasesHandler(m_previous); }
     QList<int> destinations;
 
 private:
-    app::BackupDatabasesHandler m_previous;
+    BackupDatabasesHandler m_previous;
 };
 
 } // namespace
@@ -57,7 +57,7 @@ TEST(ExitApp, WritesTheVersionAndFollowsTheBackupMode)
         }
         ProgramEndRecorder end;
         BackupRecorder backups;
-        app::ExitApp();
+        ExitApp();
 
         EXPECT_EQ(end.calls(), 1) << c.mode;
         EXPECT_EQ(readAllOf(dir.filePath(QStringLiteral("sblversion.txt"))), QByteArray("18\n")) << c.mode;
@@ -85,7 +85,7 @@ TEST(ExitApp, AutomaticBackupCopiesTheDatabasesAndTheProgramStillEnds)
     session().BackupMode = 1;
     session().BackupFolder = drive.path() + QStringLiteral("/");
     ProgramEndRecorder end;
-    app::ExitApp();
+    ExitApp();
     EXPECT_EQ(end.calls(), 1);
     EXPECT_TRUE(QFile::exists(drive.filePath(QStringLiteral("databases/meeting.db"))));
     ASSERT_EQ(scriptedPrompts().shown().size(), 1);
@@ -96,7 +96,7 @@ TEST(ExitApp, AutomaticBackupCopiesTheDatabasesAndTheProgramStillEnds)
     scriptedPrompts().clear();
     session().BackupFolder.clear();
     session().StopFlag = false;
-    app::ExitApp();
+    ExitApp();
     EXPECT_EQ(end.calls(), 2);
     EXPECT_TRUE(session().StopFlag);
     EXPECT_TRUE(scriptedPrompts().shown().isEmpty());
@@ -108,7 +108,7 @@ TEST(ExitApp, AFolderThatCannotBeWrittenStillEnds)
     session().DatabaseFolder = dir.filePath(QStringLiteral("gone"));
     session().BackupMode = 2;
     ProgramEndRecorder end;
-    app::ExitApp();
+    ExitApp();
     EXPECT_EQ(end.calls(), 1);
     EXPECT_FALSE(QFile::exists(dir.filePath(QStringLiteral("gone/sblversion.txt"))));
 }

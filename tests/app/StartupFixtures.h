@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/ExitApp.h"
+#include "common/ExitApp.h"
 #include "app/StartupHost.h"
 #include "common/Session.h"
 #include "support/ProgramEndRecorder.h"

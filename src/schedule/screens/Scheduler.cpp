@@ -1,6 +1,6 @@
 #include "schedule/screens/Scheduler.h"
 
-#include "app/ExitApp.h"
+#include "common/ExitApp.h"
 #include "common/MousePointer.h"
 #include "common/PromptService.h"
 #include "common/Session.h"
@@ -726,7 +726,7 @@ void Scheduler::iVardo()
 
 void Scheduler::mexit()
 {
-    app::ExitApp();
+    ExitApp();
 }
 
 void Scheduler::closeEvent(QCloseEvent* event)
@@ -734,7 +734,7 @@ void Scheduler::closeEvent(QCloseEvent* event)
     // The dashboard leaving is the end of the session.
     session().LeavingMarker = 99;
     event->ignore();
-    app::ExitApp();
+    ExitApp();
 }
 
 bool Scheduler::event(QEvent* event)

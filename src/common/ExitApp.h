@@ -2,7 +2,7 @@
 
 #include <functional>
 
-namespace pvardo::app {
+namespace pvardo {
 
 // The one way out of a session: stores the parcel store's version in
 // sblversion.txt of the database folder, runs the office's backup policy
@@ -11,15 +11,14 @@ namespace pvardo::app {
 // edit elsewhere is lost, as the office expects.
 void ExitApp();
 
-// The backup ExitApp runs, given its mode (2: the stored backup folder): the
-// copy of the databases (pvardo::BackupDatabases) unless a handler is put in
-// its place, as a test does to record it. An empty handler restores the copy.
-using BackupDatabasesHandler = std::function<void(int destination)>;
+// The backup ExitApp runs, given its mode (2: the stored backup folder). By
+// default BackupDatabases; a test may put a recorder in its place. An empty
+// handler restores the default. Gives back the handler it replaces.
+using BackupDatabasesHandler = std::function<void(int mode)>;
 BackupDatabasesHandler setBackupDatabasesHandler(BackupDatabasesHandler handler);
-void BackupDatabases(int destination);
 
 // Writes the parcel store's version to sblversion.txt of the database folder,
 // replacing the file whole; false when it could not be written.
 bool writeParcelStoreVersion();
 
-} // namespace pvardo::app
+} // namespace pvardo

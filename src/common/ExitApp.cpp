@@ -1,4 +1,4 @@
-#include "app/ExitApp.h"
+#include "common/ExitApp.h"
 
 #include "common/DatabaseBackup.h"
 #include "common/ProgramEnd.h"
@@ -6,7 +6,7 @@
 #include "common/Session.h"
 #include "common/TextFiles.h"
 
-namespace pvardo::app {
+namespace pvardo {
 
 namespace {
 
@@ -16,6 +16,15 @@ BackupDatabasesHandler& backupHandler()
     return handler;
 }
 
+void runBackup(int mode)
+{
+    if (backupHandler()) {
+        backupHandler()(mode);
+    } else {
+        BackupDatabases(mode);
+    }
+}
+
 } // namespace
 
 BackupDatabasesHandler setBackupDatabasesHandler(BackupDatabasesHandler handler)
@@ -23,15 +32,6 @@ BackupDatabasesHandler setBackupDatabasesHandler(BackupDatabasesHandler handler)
     BackupDatabasesHandler previous = std::move(backupHandler());
     backupHandler() = std::move(handler);
     return previous;
-}
-
-void BackupDatabases(int destination)
-{
-    if (backupHandler()) {
-        backupHandler()(destination);
-    } else {
-        pvardo::BackupDatabases(destination);
-    }
 }
 
 bool writeParcelStoreVersion()
@@ -51,7 +51,7 @@ void ExitApp()
     writeParcelStoreVersion();
     const int mode = session().BackupMode;
     if (mode == 1) {
-        BackupDatabases(2);
+        runBackup(2);
     } else if (mode == 0) {
         Prompt question;
         question.title = QStringLiteral(" Backup database");
@@ -59,10 +59,10 @@ void ExitApp()
         question.buttons = PromptButtons::YesNo;
         question.icon = PromptIcon::Question;
         if (prompts().message(question) == PromptAnswer::Yes) {
-            BackupDatabases(2);
+            runBackup(2);
         }
     }
     EndProgram(0);
 }
 
-} // namespace pvardo::app
+} // namespace pvardo
