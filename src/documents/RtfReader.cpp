@@ -4,6 +4,7 @@
 #include "documents/DocumentPaper.h"
 #include "documents/DocumentSections.h"
 #include "documents/DocumentUnits.h"
+#include "documents/Metafile.h"
 #include "documents/RichTextLayout.h"
 
 #include <QBuffer>
@@ -18,6 +19,9 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <map>
+#include <memory>
+#include <utility>
 #include <vector>
 
 namespace pvardo::documents {
@@ -298,11 +302,15 @@ struct Group {
 struct FontEntry {
     QString name;
     int charset = 0;
+    int codePage = -1; // \cpg, which wins over the character set
     QFont::StyleHint hint = QFont::AnyStyle;
 };
 
 struct PictureState {
-    enum class Kind { None, Png, Jpeg, Other } kind = Kind::None;
+    // Wmf and Emf are metafiles; Dib a packed bitmap with its header; Ddb the
+    // bare rows of \wbitmap; Other what this reader cannot draw (QuickDraw,
+    // OS/2 metafiles).
+    enum class Kind { None, Png, Jpeg, Wmf, Emf, Dib, Ddb, Other } kind = Kind::None;
     QByteArray bytes;
     int pendingNibble = -1;
     qint64 widthPx = 0;
@@ -311,6 +319,8 @@ struct PictureState {
     qint64 goalHeight = 0;
     qint64 scaleX = 100;
     qint64 scaleY = 100;
+    int bitsPerPixel = 1;  // \wbmbitspixel
+    int widthBytes = 0;    // \wbmwidthbytes
     bool overflow = false;
 };
 
@@ -324,6 +334,22 @@ int codePageForCharset(int charset, int ansiCodePage)
         return 0; // symbol fonts
     case 77:
         return 10000;
+    case 78:
+        return 10001;
+    case 79:
+        return 10003;
+    case 80:
+        return 10008;
+    case 81:
+        return 10002;
+    case 85:
+        return 10006;
+    case 86:
+        return 10081;
+    case 88:
+        return 10029;
+    case 89:
+        return 10007;
     case 128:
         return 932;
     case 129:
@@ -350,6 +376,8 @@ int codePageForCharset(int charset, int ansiCodePage)
         return 874;
     case 238:
         return 1250;
+    case 254:
+        return 437;
     default:
         return ansiCodePage;
     }
@@ -366,7 +394,7 @@ bool isSkippedDestination(const QByteArray& word)
         "bkmkend", "template", "userprops", "keywords", "subject", "title", "author", "operator", "comment",
         "doccomm", "private", "shpinst", "sp", "sn", "sv", "do", "xe", "tc", "txe", "rxe", "picprop",
         "blipuid", "listpicture", "background", "fchars", "lchars", "pgptbl", "protusertbl", "mmathPr",
-        "wgrffmtfilter", "falt", "panose", "fname", "leveltext", "levelnumbers", "formfield", "ud",
+        "wgrffmtfilter", "falt", "nonesttables", "panose", "fname", "leveltext", "levelnumbers", "formfield", "ud",
     };
     return words.contains(word);
 }
@@ -435,6 +463,8 @@ private:
     // Font and colour tables
     void fontTableText(char16_t c);
     int currentCodePage() const;
+    DoubleByteDecoder* doubleByteDecoder(int codePage);
+    void resetDoubleByte();
 
     // Sections, headers, footers and notes
     bool handleSectionWord(const QByteArray& word, int value);
@@ -457,15 +487,19 @@ private:
     RtfReadResult m_result;
 
     std::vector<Group> m_groups;
-    int m_ignoredDepth = 0; // groups opened past the depth limit
-    int m_pendingSkip = 0;  // fallback characters still to drop after \uN
-    bool m_nextIsDestination = false;
+    int m_flattenedDepth = 0; // groups opened past the depth limit, read in the deepest kept group
+    int m_pendingSkip = 0;    // fallback characters still to drop after \uN
+    bool m_nextIsDestination = false; // the token just read was "\*"
+    bool m_afterStar = false;         // the token being handled came right after "\*"
+
 
     QHash<int, FontEntry> m_fonts;
     QHash<int, StyleEntry> m_styles;
     int m_styleEntry = -1;
     int m_defaultFont = 0;
     int m_ansiCodePage = 1252;
+    std::map<int, std::unique_ptr<DoubleByteDecoder>> m_doubleByteDecoders;
+    DoubleByteDecoder* m_doubleBytePending = nullptr; // holds a lead byte that waits for its trail byte
     int m_fontEntry = -1;
     QString m_fontName;
     QList<QColor> m_colors;
@@ -484,6 +518,7 @@ private:
 
     // Tables
     RowDef m_rowDef;
+    RowDef m_previousRowDef; // the last row definition that had cells
     CellDef m_cellDef;
     BorderSide m_borderSide = BorderSide::None;
     QTextTable* m_table = nullptr;
@@ -548,6 +583,10 @@ RtfReadResult RtfReader::read()
     bool closed = false;
     while (!finished) {
         Token token = m_tokenizer.next();
+        // "\*" marks only the control word right behind it; whatever comes
+        // next (a group mark, text, another word) ends that, so the mark can
+        // never outlive the group it stood in.
+        m_afterStar = std::exchange(m_nextIsDestination, false);
         switch (token.kind) {
         case TokenKind::End:
             finished = true;
@@ -561,8 +600,8 @@ RtfReadResult RtfReader::read()
             openGroup();
             break;
         case TokenKind::CloseGroup:
-            if (m_ignoredDepth > 0) {
-                --m_ignoredDepth;
+            if (m_flattenedDepth > 0) {
+                --m_flattenedDepth;
                 break;
             }
             if (m_groups.size() <= 1) {
@@ -573,9 +612,6 @@ RtfReadResult RtfReader::read()
             closeGroup();
             break;
         case TokenKind::ControlWord:
-            if (m_ignoredDepth > 0) {
-                break;
-            }
             if (token.word == "bin") {
                 const qint64 length = token.hasParameter ? token.parameter : 0;
                 const Token binary = m_tokenizer.binary(length);
@@ -597,15 +633,9 @@ RtfReadResult RtfReader::read()
             handleControlWord(token);
             break;
         case TokenKind::ControlSymbol:
-            if (m_ignoredDepth > 0) {
-                break;
-            }
             handleControlSymbol(token.symbol);
             break;
         case TokenKind::HexByte:
-            if (m_ignoredDepth > 0) {
-                break;
-            }
             if (m_pendingSkip > 0) {
                 --m_pendingSkip;
                 break;
@@ -613,9 +643,6 @@ RtfReadResult RtfReader::read()
             textByte(token.byte);
             break;
         case TokenKind::Text:
-            if (m_ignoredDepth > 0) {
-                break;
-            }
             if (group().destination == Destination::Picture) {
                 pictureHex(token.symbol);
                 break;
@@ -638,7 +665,7 @@ RtfReadResult RtfReader::read()
     if (m_groups.empty()) {
         m_groups.emplace_back(); // "{\rtf" and nothing more
     }
-    if (!closed || m_ignoredDepth > 0) {
+    if (!closed || m_flattenedDepth > 0) {
         damage(QStringLiteral("The file ends before the document does; it may have been cut short."));
         // Close what is open so that a picture or table in progress is kept.
         while (m_groups.size() > 1) {
@@ -697,23 +724,25 @@ RtfReadResult RtfReader::read()
 
 void RtfReader::openGroup()
 {
+    m_pendingSkip = 0;
+    resetDoubleByte();
     if (int(m_groups.size()) >= RtfLimits::maxGroupDepth) {
-        ++m_ignoredDepth;
-        damage(QStringLiteral("The file nests groups too deeply."));
+        // Past the limit groups share the state of the deepest one kept: their
+        // text is read all the same, in that group's formatting.
+        ++m_flattenedDepth;
         return;
     }
-    m_pendingSkip = 0;
     Group copy = group();
     copy.pictureOwner = false;
     copy.openedAt = m_tokenizer.position() - 1;
     copy.capture.clear();
     m_groups.push_back(copy);
-    m_nextIsDestination = false;
 }
 
 void RtfReader::closeGroup()
 {
     m_pendingSkip = 0;
+    resetDoubleByte();
     const Group closing = group();
     m_groups.pop_back();
     if (!closing.capture.isEmpty()) {
@@ -768,10 +797,16 @@ void RtfReader::handleControlWord(const Token& token)
     const QByteArray& word = token.word;
     const int value = int(token.parameter);
     const bool has = token.hasParameter;
+    resetDoubleByte(); // a double-byte character is never split by a control word
 
     if (m_pendingSkip > 0) {
-        --m_pendingSkip;
-        return;
+        if (word != "u") {
+            --m_pendingSkip;
+            return;
+        }
+        // A Unicode character is never the fallback of another: the pair of
+        // an emoji written without fallbacks is read whole.
+        m_pendingSkip = 0;
     }
 
     const Destination destination = group().destination;
@@ -782,10 +817,9 @@ void RtfReader::handleControlWord(const Token& token)
         return;
     }
 
-    if (m_nextIsDestination) {
+    if (m_afterStar) {
         // "{\*\word": a destination this reader may not know. Known ones are
         // handled; anything else is skipped whole.
-        m_nextIsDestination = false;
         if (word == "shppict" || word == "fldrslt") {
             return;
         }
@@ -826,6 +860,8 @@ void RtfReader::handleControlWord(const Token& token)
             m_fonts[m_fontEntry];
         } else if (word == "fcharset" && m_fontEntry >= 0) {
             m_fonts[m_fontEntry].charset = value;
+        } else if (word == "cpg" && m_fontEntry >= 0) {
+            m_fonts[m_fontEntry].codePage = value;
         } else if (m_fontEntry >= 0 && word.startsWith('f') && word.size() > 1) {
             if (word == "froman") {
                 m_fonts[m_fontEntry].hint = QFont::Serif;
@@ -1139,6 +1175,9 @@ bool RtfReader::handleTableWord(const QByteArray& word, bool has, int value)
     Q_UNUSED(has)
     const int length = std::clamp(value, -63360, 63360);
     if (word == "trowd") {
+        if (!m_rowDef.cells.isEmpty()) {
+            m_previousRowDef = m_rowDef;
+        }
         m_rowDef = RowDef();
         m_cellDef = CellDef();
         m_borderSide = BorderSide::None;
@@ -1292,7 +1331,9 @@ bool RtfReader::handleTableWord(const QByteArray& word, bool has, int value)
         return true;
     }
     if (word == "row" || word == "nestrow") {
-        if (word == "nestrow" || !m_table || !inTable()) {
+        // A row mark ends the row of an open table even after \pard: word
+        // processors write "\cell\pard \row".
+        if (word == "nestrow" || !m_table || m_tablesExhausted) {
             if (word == "nestrow") {
                 emitChar(QChar::LineSeparator);
             } else {
@@ -1310,9 +1351,14 @@ bool RtfReader::handleDocumentWord(const QByteArray& word, int value)
 {
     const int length = std::clamp(value, 0, 31680 * 2);
     if (word == "ansicpg") {
-        if (codePageUpperHalf(value) != nullptr) {
+        if (isKnownCodePage(value)) {
             m_ansiCodePage = value;
         }
+        return true;
+    }
+    // The character set of the document, which \ansicpg may refine.
+    if (word == "ansi" || word == "mac" || word == "pc" || word == "pca") {
+        m_ansiCodePage = word == "ansi" ? 1252 : word == "mac" ? 10000 : word == "pc" ? 437 : 850;
         return true;
     }
     if (word == "deff") {
@@ -1388,8 +1434,19 @@ bool RtfReader::handlePictureWord(const QByteArray& word, int value)
         m_picture.kind = PictureState::Kind::Png;
     } else if (word == "jpegblip") {
         m_picture.kind = PictureState::Kind::Jpeg;
-    } else if (word == "wmetafile" || word == "emfblip" || word == "macpict" || word == "dibitmap"
-               || word == "wbitmap" || word == "pmmetafile") {
+    } else if (word == "wmetafile") {
+        m_picture.kind = PictureState::Kind::Wmf;
+    } else if (word == "emfblip") {
+        m_picture.kind = PictureState::Kind::Emf;
+    } else if (word == "dibitmap") {
+        m_picture.kind = PictureState::Kind::Dib;
+    } else if (word == "wbitmap") {
+        m_picture.kind = PictureState::Kind::Ddb;
+    } else if (word == "wbmbitspixel") {
+        m_picture.bitsPerPixel = int(std::clamp<qint64>(value, 1, 32));
+    } else if (word == "wbmwidthbytes") {
+        m_picture.widthBytes = int(std::clamp<qint64>(value, 0, 1'000'000));
+    } else if (word == "macpict" || word == "pmmetafile") {
         m_picture.kind = PictureState::Kind::Other;
     } else if (word == "picw") {
         m_picture.widthPx = length;
@@ -1459,14 +1516,36 @@ void RtfReader::handleControlSymbol(char symbol)
 int RtfReader::currentCodePage() const
 {
     int font = group().chars.font;
-    if (font < 0) {
+    if (group().destination == Destination::FontTable) {
+        font = m_fontEntry; // a font's name is in the font's own code page
+    } else if (font < 0) {
         font = m_defaultFont;
     }
     const auto it = m_fonts.constFind(font);
     if (it == m_fonts.constEnd()) {
         return m_ansiCodePage;
     }
+    if (it->codePage > 0 && isKnownCodePage(it->codePage)) {
+        return it->codePage;
+    }
     return codePageForCharset(it->charset, m_ansiCodePage);
+}
+
+DoubleByteDecoder* RtfReader::doubleByteDecoder(int codePage)
+{
+    auto found = m_doubleByteDecoders.find(codePage);
+    if (found == m_doubleByteDecoders.end()) {
+        found = m_doubleByteDecoders.emplace(codePage, std::make_unique<DoubleByteDecoder>(codePage)).first;
+    }
+    return found->second->isValid() ? found->second.get() : nullptr;
+}
+
+void RtfReader::resetDoubleByte()
+{
+    if (m_doubleBytePending) {
+        m_doubleBytePending->reset();
+        m_doubleBytePending = nullptr;
+    }
 }
 
 void RtfReader::textByte(uchar byte)
@@ -1483,9 +1562,31 @@ void RtfReader::textByte(uchar byte)
         }
         return;
     }
+    if (byte >= 0x80 || m_doubleBytePending) {
+        const int codePage = currentCodePage();
+        if (isDoubleByteCodePage(codePage)) {
+            if (DoubleByteDecoder* decoder = doubleByteDecoder(codePage)) {
+                if (m_doubleBytePending && m_doubleBytePending != decoder) {
+                    resetDoubleByte(); // the font changed between lead and trail byte
+                }
+                QString decoded;
+                decoder->feed(byte, decoded);
+                m_doubleBytePending = decoder->pending() ? decoder : nullptr;
+                for (const QChar c : std::as_const(decoded)) {
+                    if (destination == Destination::FontTable) {
+                        fontTableText(c.unicode());
+                    } else if (c.unicode() >= 0x20) {
+                        emitChar(c.unicode());
+                    }
+                }
+                return;
+            }
+        }
+        resetDoubleByte();
+    }
     char16_t c = byte;
     if (byte >= 0x80) {
-        const int codePage = destination == Destination::FontTable ? m_ansiCodePage : currentCodePage();
+        const int codePage = currentCodePage();
         if (const char16_t* table = codePageUpperHalf(codePage)) {
             c = table[byte - 0x80];
             if (c == 0xFFFD) {
@@ -1493,8 +1594,6 @@ void RtfReader::textByte(uchar byte)
             }
         } else if (codePage == 0) {
             c = byte == 0xB7 ? u'\u2022' : char16_t(byte); // symbol font bullet
-        } else if (codePage >= 932 && codePage <= 950) {
-            c = u'?'; // double-byte code pages are not decoded
         }
     } else if (byte < 0x20) {
         return;
@@ -1795,8 +1894,11 @@ void RtfReader::endRow()
         }
     }
     flushRun();
-    applyRowFormats(m_tableRow, m_rowDef);
-    m_tableRows.push_back(m_rowDef);
+    // "\trowd \row" after the cells: the row is the one the cells were
+    // defined for.
+    const RowDef& def = m_rowDef.cells.isEmpty() ? m_previousRowDef : m_rowDef;
+    applyRowFormats(m_tableRow, def);
+    m_tableRows.push_back(def);
     m_rowPending = true;
     m_cellAdvance = false;
     m_blockHasContent = false;
@@ -2000,7 +2102,7 @@ void RtfReader::pictureHex(char c)
         return;
     }
     if (m_picture.kind == PictureState::Kind::Other) {
-        return; // metafiles and bitmaps of old readers are not shown; no need to keep them
+        return; // pictures this reader cannot draw: no need to keep them
     }
     if (m_picture.pendingNibble < 0) {
         m_picture.pendingNibble = value;
@@ -2023,7 +2125,8 @@ void RtfReader::finishPicture()
         damage(QStringLiteral("A picture is too large to be shown."));
         return;
     }
-    if (picture.kind != PictureState::Kind::Png && picture.kind != PictureState::Kind::Jpeg) {
+    if (picture.kind == PictureState::Kind::None || picture.kind == PictureState::Kind::Other
+        || picture.bytes.isEmpty()) {
         return;
     }
     if (m_allPictureBytes + picture.bytes.size() > RtfLimits::maxAllPictureBytes) {
@@ -2032,35 +2135,96 @@ void RtfReader::finishPicture()
     }
     m_allPictureBytes += picture.bytes.size();
 
-    QBuffer buffer(&picture.bytes);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer, picture.kind == PictureState::Kind::Png ? "png" : "jpeg");
-    reader.setAllocationLimit(int(RtfLimits::maxPicturePixels * 4 / (1024 * 1024)) + 1);
-    const QSize size = reader.size();
-    if (!size.isValid() || size.width() > RtfLimits::maxPictureSide || size.height() > RtfLimits::maxPictureSide
-        || qint64(size.width()) * size.height() > RtfLimits::maxPicturePixels) {
-        damage(size.isValid() ? QStringLiteral("A picture is too large to be shown.")
-                              : QStringLiteral("A picture of the file is damaged."));
-        return;
+    // The shown size in twips: the goal size times the scale, when the file
+    // gives one.
+    QSizeF shownTwips;
+    if (picture.goalWidth > 0 && picture.goalHeight > 0) {
+        shownTwips = QSizeF(qreal(picture.goalWidth) * picture.scaleX / 100.0,
+                            qreal(picture.goalHeight) * picture.scaleY / 100.0);
     }
-    if (m_allPicturePixels + qint64(size.width()) * size.height() > RtfLimits::maxAllPicturePixels) {
-        damage(QStringLiteral("The pictures of the file are too large to be shown."));
-        return;
+
+    // Some generators label a PNG or JPEG as a metafile; the bytes say what
+    // the picture is.
+    if (picture.bytes.startsWith("\x89PNG\r\n\x1a\n")) {
+        picture.kind = PictureState::Kind::Png;
+    } else if (picture.bytes.startsWith("\xff\xd8\xff")) {
+        picture.kind = PictureState::Kind::Jpeg;
     }
-    m_allPicturePixels += qint64(size.width()) * size.height();
+
     QImage image;
-    if (!reader.read(&image) || image.isNull()) {
+    switch (picture.kind) {
+    case PictureState::Kind::Png:
+    case PictureState::Kind::Jpeg: {
+        QBuffer buffer(&picture.bytes);
+        buffer.open(QIODevice::ReadOnly);
+        QImageReader reader(&buffer, picture.kind == PictureState::Kind::Png ? "png" : "jpeg");
+        reader.setAllocationLimit(int(RtfLimits::maxPicturePixels * 4 / (1024 * 1024)) + 1);
+        const QSize size = reader.size();
+        if (!size.isValid() || size.width() > RtfLimits::maxPictureSide || size.height() > RtfLimits::maxPictureSide
+            || qint64(size.width()) * size.height() > RtfLimits::maxPicturePixels) {
+            damage(size.isValid() ? QStringLiteral("A picture is too large to be shown.")
+                                  : QStringLiteral("A picture of the file is damaged."));
+            return;
+        }
+        if (!reader.read(&image)) {
+            image = QImage();
+        }
+        break;
+    }
+    case PictureState::Kind::Wmf:
+    case PictureState::Kind::Emf: {
+        // A metafile is drawn at 150 dots to the inch of the size it is shown
+        // at: sharp on paper, and small enough to lay out quickly.
+        const bool windows = picture.kind == PictureState::Kind::Wmf;
+        if (!shownTwips.isValid() || shownTwips.isEmpty()) {
+            const QSize own = windows ? windowsMetafileTwips(picture.bytes) : enhancedMetafileTwips(picture.bytes);
+            if (own.isValid() && !own.isEmpty()) {
+                shownTwips = QSizeF(own) * (picture.scaleX / 100.0);
+            } else if (windows && picture.widthPx > 0 && picture.heightPx > 0) {
+                // \picw and \pich of a metafile are in hundredths of a millimetre.
+                shownTwips = QSizeF(picture.widthPx * 1440.0 / 2540.0, picture.heightPx * 1440.0 / 2540.0);
+            } else {
+                shownTwips = QSizeF(1440, 1440);
+            }
+        }
+        const QSize pixels(std::clamp(int(shownTwips.width() * 150 / 1440), 1, 2400),
+                           std::clamp(int(shownTwips.height() * 150 / 1440), 1, 2400));
+        image = windows ? renderWindowsMetafile(picture.bytes, pixels) : renderEnhancedMetafile(picture.bytes, pixels);
+        break;
+    }
+    case PictureState::Kind::Dib:
+        image = decodeDeviceIndependentBitmap(picture.bytes);
+        break;
+    case PictureState::Kind::Ddb:
+        image = decodeDeviceDependentBitmap(picture.bytes, int(picture.widthPx), int(picture.heightPx),
+                                            picture.widthBytes, picture.bitsPerPixel);
+        break;
+    case PictureState::Kind::None:
+    case PictureState::Kind::Other:
+        return;
+    }
+    if (image.isNull()) {
         damage(QStringLiteral("A picture of the file is damaged."));
         return;
     }
+    if (image.width() > RtfLimits::maxPictureSide || image.height() > RtfLimits::maxPictureSide
+        || qint64(image.width()) * image.height() > RtfLimits::maxPicturePixels) {
+        damage(QStringLiteral("A picture is too large to be shown."));
+        return;
+    }
+    if (m_allPicturePixels + qint64(image.width()) * image.height() > RtfLimits::maxAllPicturePixels) {
+        damage(QStringLiteral("The pictures of the file are too large to be shown."));
+        return;
+    }
+    m_allPicturePixels += qint64(image.width()) * image.height();
 
     // Shown size: the goal size in twips times the scale, else the picture's
     // own pixels at the screen's resolution.
     qreal widthUnits = image.width();
     qreal heightUnits = image.height();
-    if (picture.goalWidth > 0 && picture.goalHeight > 0) {
-        widthUnits = twipsToUnits(qreal(picture.goalWidth) * picture.scaleX / 100.0);
-        heightUnits = twipsToUnits(qreal(picture.goalHeight) * picture.scaleY / 100.0);
+    if (shownTwips.isValid() && !shownTwips.isEmpty()) {
+        widthUnits = twipsToUnits(shownTwips.width());
+        heightUnits = twipsToUnits(shownTwips.height());
     } else {
         widthUnits = widthUnits * picture.scaleX / 100.0;
         heightUnits = heightUnits * picture.scaleY / 100.0;
@@ -2070,10 +2234,7 @@ void RtfReader::finishPicture()
     widthUnits = std::clamp(widthUnits, 1.0, largest);
     heightUnits = std::clamp(heightUnits, 1.0, largest);
 
-    const QString name = QStringLiteral("rtfpicture%1.%2")
-                             .arg(++m_pictureCount)
-                             .arg(picture.kind == PictureState::Kind::Png ? QStringLiteral("png")
-                                                                          : QStringLiteral("jpg"));
+    const QString name = QStringLiteral("rtfpicture%1.png").arg(++m_pictureCount);
     m_document.addResource(QTextDocument::ImageResource, QUrl(name), image);
     QTextImageFormat format;
     format.setName(name);

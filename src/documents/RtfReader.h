@@ -17,9 +17,12 @@ struct RtfReadResult {
 };
 
 // Limits that keep a hostile or broken file from exhausting the workstation.
-// Anything beyond them is dropped and the file reported damaged.
+// Anything beyond them is dropped and the file reported damaged, except
+// groups nested deeper than the limit: those are read as part of the deepest
+// group kept, so their text is never lost (word processors write files that
+// nest thousands deep).
 namespace RtfLimits {
-constexpr int maxGroupDepth = 400;
+constexpr int maxGroupDepth = 10000;
 constexpr qsizetype maxPictureBytes = 32 * 1024 * 1024;  // encoded bytes of one picture
 constexpr qsizetype maxAllPictureBytes = 96 * 1024 * 1024; // of all pictures together
 constexpr int maxPictureSide = 12000;                      // pixels
@@ -43,8 +46,11 @@ constexpr qsizetype maxKeptBytes = 32 * 1024 * 1024;
 
 // Reads RTF, as word processors and simple editors write it, into `document`
 // (which is cleared first). Fonts, colours, character and paragraph formats,
-// tabs, line and page breaks, tables and PNG/JPEG pictures come across;
-// headers, footers, field instructions, objects and unknown destinations are
+// tabs, line and page breaks, tables (nested ones set off inside their cell)
+// and pictures (PNG, JPEG, Windows metafiles and bitmaps, the result picture
+// of an embedded object) come across, in every code page the file names:
+// Windows, DOS and Mac, East Asian double-byte ones among them. Headers,
+// footers, field instructions, object data and unknown destinations are
 // skipped without losing the text around them.
 RtfReadResult readRtf(const QByteArray& rtf, QTextDocument& document);
 

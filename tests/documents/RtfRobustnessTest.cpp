@@ -33,7 +33,7 @@ TEST(RtfRobustness, hostileInputsAreReadAndReported)
         const char* drops; // text it must not show
     };
     const Case cases[] = {
-        {"deep-nesting.rtf", false, true, nullptr, "deep"}, // past the depth limit
+        {"deep-nesting.rtf", false, true, "deep", nullptr}, // far past the depth limit, and never closed
         {"truncated.rtf", false, true, "Hello wor", nullptr},
         {"unbalanced-close.rtf", false, false, "Text", "more"},
         {"not-rtf.rtf", true, false, nullptr, "Hello"},
