@@ -1,6 +1,7 @@
 #!/bin/sh
 # Runs the RTF reader's fuzz target for a short time from its seeds: the
-# word-processor fixtures and the inputs kept in tests/data/rtf-fuzz (every
+# word-processor fixtures, the corpus of documents from many word processors
+# (tests/data/rtf-corpus) and the inputs kept in tests/data/rtf-fuzz (every
 # crash the fuzzer ever found). New findings go to a scratch folder, never
 # into the repository; a crash fails the run.
 #   fuzz/smoke.sh FUZZER [SECONDS]
@@ -16,7 +17,7 @@ fi
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir -p "$work/corpus" "$work/artifacts"
-for seed in "$repo"/tests/data/rtf/*.rtf "$repo"/tests/data/rtf-fuzz/*; do
+for seed in "$repo"/tests/data/rtf/*.rtf "$repo"/tests/data/rtf-corpus/*.rtf "$repo"/tests/data/rtf-fuzz/*; do
     [ -f "$seed" ] || continue
     # The 1 MB picture letter slows every run down; the others cover it.
     size=$(wc -c < "$seed")
