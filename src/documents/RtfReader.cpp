@@ -279,7 +279,17 @@ struct CellDef {
 
 struct RowDef {
     QList<CellDef> cells;
-    int gapTwips = 108;
+    // Space inside the cells at their sides: half the gap between cells
+    // (\trgaph), unless the row gives its cells' padding (\trpaddl,
+    // \trpaddr). A row that says neither has none, as in a word processor.
+    int gapTwips = 0;
+    int padLeft = -1;
+    int padRight = -1;
+    int sidePadding(int side) const // 1 left, 3 right
+    {
+        const int pad = side == 1 ? padLeft : padRight;
+        return pad >= 0 ? pad : gapTwips;
+    }
     int leftTwips = 0;
     Qt::Alignment alignment = Qt::AlignLeft;
     bool header = false;
@@ -328,6 +338,9 @@ int codePageForCharset(int charset, int ansiCodePage)
 {
     switch (charset) {
     case 0:
+        // An "ANSI" font cannot hold double-byte text: in a Japanese or
+        // Chinese document it is a Western font.
+        return isDoubleByteCodePage(ansiCodePage) ? 1252 : ansiCodePage;
     case 1:
         return ansiCodePage;
     case 2:
@@ -1187,6 +1200,10 @@ bool RtfReader::handleTableWord(const QByteArray& word, bool has, int value)
         m_rowDef.gapTwips = std::clamp(value, 0, 1440);
         return true;
     }
+    if (word == "trpaddl" || word == "trpaddr") {
+        (word == "trpaddl" ? m_rowDef.padLeft : m_rowDef.padRight) = std::clamp(value, 0, 1440);
+        return true;
+    }
     if (word == "trleft") {
         m_rowDef.leftTwips = length;
         return true;
@@ -1921,9 +1938,9 @@ void RtfReader::applyRowFormats(int row, const RowDef& def)
             return twipsToUnits(cellDef.padding[side] >= 0 ? cellDef.padding[side] : fallback);
         };
         format.setTopPadding(padding(0, 0));
-        format.setLeftPadding(padding(1, def.gapTwips));
+        format.setLeftPadding(padding(1, def.sidePadding(1)));
         format.setBottomPadding(padding(2, 0));
-        format.setRightPadding(padding(3, def.gapTwips));
+        format.setRightPadding(padding(3, def.sidePadding(3)));
         for (int side = 0; side < 4; ++side) {
             const CellBorder& border = cellDef.borders[side];
             const qreal width = border.present ? std::max(twipsToUnits(border.widthTwips), 0.5) : 0.0;
@@ -2016,7 +2033,7 @@ void RtfReader::closeTable()
         // right edge as it does in the file.
         if (!widths.isEmpty()) {
             const CellDef& first = widest->cells.constFirst();
-            const int shift = 2 * ((first.padding[1] >= 0 ? first.padding[1] : widest->gapTwips)
+            const int shift = 2 * ((first.padding[1] >= 0 ? first.padding[1] : widest->sidePadding(1))
                                    + int(std::max(first.borders[1].widthTwips,
                                                   widest->cells.constLast().borders[3].widthTwips)));
             QTextLength& last = widths.last();
