@@ -2,7 +2,7 @@
 // to a PDF in memory, each timed on its own, as `pvardo-admin print` does once
 // the program has started. Targets: the median document under 0.2 s, none
 // over 2 s.
-//   build/bench/bench_rtf_corpus
+//   build/bench/bench_rtf_corpus [CORPUS-FOLDER]
 #include "documents/PrintRichText.h"
 #include "documents/RtfReader.h"
 
@@ -24,7 +24,14 @@ int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication application(argc, argv);
-    const QDir corpus(QFileInfo(QStringLiteral(__FILE__)).absolutePath() + QStringLiteral("/../tests/data/rtf-corpus"));
+    // The corpus folder: given, beside the source, or two folders above the
+    // benchmark in a build folder of the source tree.
+    QDir corpus(QFileInfo(QStringLiteral(__FILE__)).absolutePath() + QStringLiteral("/../tests/data/rtf-corpus"));
+    if (argc > 1) {
+        corpus.setPath(QString::fromLocal8Bit(argv[1]));
+    } else if (!corpus.exists()) {
+        corpus.setPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../../tests/data/rtf-corpus"));
+    }
     const QStringList files = corpus.entryList({QStringLiteral("*.rtf")}, QDir::Files, QDir::Name);
     if (files.isEmpty()) {
         std::fprintf(stderr, "bench_rtf_corpus: no documents in %s\n", qPrintable(corpus.path()));
