@@ -280,9 +280,9 @@ struct CellDef {
 struct RowDef {
     QList<CellDef> cells;
     // Space inside the cells at their sides: half the gap between cells
-    // (\trgaph), unless the row gives its cells' padding (\trpaddl,
-    // \trpaddr). A row that says neither has none, as in a word processor.
-    int gapTwips = 0;
+    // (\trgaph, Word's usual 108 when the row does not say), unless the row
+    // gives its cells' padding (\trpaddl, \trpaddr).
+    int gapTwips = 108;
     int padLeft = -1;
     int padRight = -1;
     int sidePadding(int side) const // 1 left, 3 right
