@@ -42,8 +42,8 @@ const char* const kZones[]
         "HC Highway Commercial", "LI Light Industrial", "AG Agricultural", "LI Light Industrial",
         "R-1 Rural Residential", "HB Hamlet Business", "AG Agricultural", "HB Hamlet Business"};
 
-const char* const kStatus[] = {"Pending", "Initial Submission", "Approved", "Approved", "Pending", "Denied",
-    "Approved", "On Appeal", "Pending", "Canceled", "Approved", "Initial Submission"};
+const char* const kStatus[] = {"Pending", "Initial Application", "Approved", "Approved", "Pending", "Denied",
+    "Approved", "On Appeal", "Pending", "Canceled", "Approved", "Initial Application"};
 
 constexpr int kCases = 36;
 constexpr int kFirstSequence = 201;
@@ -155,7 +155,7 @@ bool DemoInstallation::writeCases()
         inputs.fileDate = filed.toString(QStringLiteral("MM/dd/yyyy"));
         // The older cases are decided; the newest are still before the board.
         inputs.statusText
-            = QString::fromLatin1(i >= kCases - 6 ? (i % 2 ? "Pending" : "Initial Submission") : kStatus[k]);
+            = QString::fromLatin1(i >= kCases - 6 ? (i % 2 ? "Pending" : "Initial Application") : kStatus[k]);
         inputs.sbl.section
             = QString::number(10 + (i * 7) % 60) + (i % 5 == 0 ? QStringLiteral(".2") : QString());
         inputs.sbl.block = QString::number(1 + i % 4);

@@ -1,6 +1,7 @@
 #include "app/Startup.h"
 
 #include "admin/UserLogon.h"
+#include "common/Clock.h"
 #include "common/DateText.h"
 #include "common/Files.h"
 #include "common/MousePointer.h"
@@ -102,7 +103,7 @@ void Startup::clearSessionFlags()
     state.ReadOnlyUser = false;
     state.AtLogon = false;
     state.LeavingMarker = 0;
-    state.fillConstants(QDate::currentDate());
+    state.fillConstants(todaysDate());
     state.DefaultBrowser.clear();
     state.DefaultBrowserFound = false;
     state.LocalGisLink.clear();
@@ -168,7 +169,7 @@ bool Startup::SetDefaults()
 {
     Session& state = session();
     state.ProgramFolder = m_programFolder;
-    state.fillConstants(QDate::currentDate());
+    state.fillConstants(todaysDate());
     state.ReportFontName = QStringLiteral("Times New Roman");
     state.ReportFontSize = 12;
     // This system has no Windows folder; the temp folder loses the filler

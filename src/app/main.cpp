@@ -6,9 +6,11 @@
 #include "common/PromptService.h"
 #include "common/Settings.h"
 #include "ui/BrowseForFolder.h"
+#include "ui/DateInput.h"
 #include "ui/WidgetPromptService.h"
 
 #include <QApplication>
+#include <QLocale>
 
 int main(int argc, char** argv)
 {
@@ -16,6 +18,8 @@ int main(int argc, char** argv)
     QApplication::setApplicationName(QStringLiteral("pvardo"));
     QApplication::setApplicationDisplayName(QStringLiteral("Vardo"));
     QApplication::setApplicationVersion(QStringLiteral(PVARDO_VERSION));
+    // The office's calendar everywhere: US names, weeks from Sunday.
+    QLocale::setDefault(pvardo::ui::DateInput::officeLocale());
     // The program ends through ExitApp, never because its last window closed.
     QApplication::setQuitOnLastWindowClosed(false);
     pvardo::installPromptService(std::make_unique<pvardo::ui::WidgetPromptService>());

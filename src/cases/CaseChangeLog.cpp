@@ -1,5 +1,6 @@
 #include "cases/CaseChangeLog.h"
 
+#include "common/Clock.h"
 #include "common/Session.h"
 #include "common/TextFiles.h"
 
@@ -10,7 +11,7 @@ namespace pvardo::cases {
 
 QString CaseChangeLog::logTime()
 {
-    return QLocale::c().toString(QDateTime::currentDateTime(), QStringLiteral("MM/dd/yyyy hh:mm:ss AP"));
+    return QLocale::c().toString(presentTime(), QStringLiteral("MM/dd/yyyy hh:mm:ss AP"));
 }
 
 bool CaseChangeLog::LogCaseChange(const Session& session, const QString& code, const QString& keyName,

@@ -1,9 +1,11 @@
 #include "cases/CaseNumbering.h"
 
+#include "common/Clock.h"
 #include "common/NumberText.h"
 #include "common/Session.h"
 #include "common/TextFiles.h"
 #include "store/DatabaseLocation.h"
+#include "store/SqlSubset.h"
 
 #include <QFileInfo>
 #include <cmath>
@@ -32,7 +34,7 @@ CaseNumbering::CaseNumbering(QString databaseFolder, QString caseDatabasePath, c
     : m_folder(std::move(databaseFolder))
     , m_casePath(std::move(caseDatabasePath))
 {
-    const QDate date = startUpDate.isValid() ? startUpDate : QDate::currentDate();
+    const QDate date = startUpDate.isValid() ? startUpDate : todaysDate();
     m_yearPart = QString::number(date.year()).right(2);
 }
 
@@ -79,7 +81,7 @@ bool CaseNumbering::PermitExists(const QString& caseNumber)
     }
     m_cases->MoveFirst();
     const store::StoreStatus status
-        = m_cases->Find(QStringLiteral("[PBCASE] = '") + caseNumber + QLatin1Char('\''));
+        = m_cases->Find(QStringLiteral("[PBCASE] = ") + store::quotedText(caseNumber));
     return status.ok() && !m_cases->Eof();
 }
 
@@ -127,8 +129,14 @@ void CaseNumbering::advanceAfterInsert()
 
 QString CaseNumbering::BumpPermit(const QString& caseNumberInput)
 {
-    PermitSeq = QString::number(sequenceValue(caseNumberInput.mid(3)) + 1);
-    return caseNumberInput.left(2) + QLatin1Char('-') + PermitSeq;
+    const int bumped = sequenceValue(caseNumberInput.mid(3)) + 1;
+    // The working sequence only climbs, and only with a number of this
+    // year: resolving a typed number of another year, or one behind the
+    // sequence, must not pull the next proposals (and \pnb.txt) back to it.
+    if (caseNumberInput.left(2) == m_yearPart && bumped > sequenceValue(PermitSeq)) {
+        PermitSeq = QString::number(bumped);
+    }
+    return caseNumberInput.left(2) + QLatin1Char('-') + QString::number(bumped);
 }
 
 bool CaseNumbering::resolveDuplicate(QString& caseNumber, const DupeDialog& askDupe)

@@ -51,8 +51,9 @@ public:
     QString proposeNumber();
     // After a successful insert: PermitSeq gains one and is kept.
     void advanceAfterInsert();
-    // A number of the case number input, bumped: PermitSeq becomes the number
-    // from its fourth character plus one, behind its first two characters.
+    // A number of the case number input, bumped: the number from its fourth
+    // character plus one, behind its first two characters. PermitSeq takes
+    // it only when it is of this year and ahead of PermitSeq.
     QString BumpPermit(const QString& caseNumberInput);
 
     // True when a case row with exactly this number is in the store now.

@@ -1,6 +1,7 @@
 #include "cases/CaseQuery.h"
 
 #include "cases/CaseStatus.h"
+#include "store/SqlSubset.h"
 
 namespace pvardo::cases {
 
@@ -39,7 +40,7 @@ std::optional<QString> CaseQuery::build(const store::ColumnMap& map, const CaseE
 
     const QString caseNumber = example.caseNumber.trimmed();
     if (!caseNumber.isEmpty()) {
-        sql += QStringLiteral("[PBCASE] = '") + caseNumber + QStringLiteral("' AND");
+        sql += QStringLiteral("[PBCASE] = ") + store::quotedText(caseNumber) + QStringLiteral(" AND");
         criterion = true;
     }
 
@@ -55,9 +56,9 @@ std::optional<QString> CaseQuery::build(const store::ColumnMap& map, const CaseE
         }
         sql += QLatin1Char('[') + entry.name + QStringLiteral("] ");
         if (place >= FirstExactPlace && place <= LastExactPlace) {
-            sql += QStringLiteral(" = '") + text + QLatin1Char('\'');
+            sql += QStringLiteral(" = ") + store::quotedText(text);
         } else {
-            sql += QStringLiteral("like '%") + text + QStringLiteral("%'");
+            sql += QStringLiteral("like ") + store::quotedText(QLatin1Char('%') + text + QLatin1Char('%'));
         }
         sql += QStringLiteral(" AND");
         criterion = true;
@@ -67,7 +68,8 @@ std::optional<QString> CaseQuery::build(const store::ColumnMap& map, const CaseE
         if (text == CaseStatus::placeholder()) {
             continue;
         }
-        sql += QStringLiteral(" [") + column + QStringLiteral("] like '%") + text + QStringLiteral("%' AND");
+        sql += QStringLiteral(" [") + column + QStringLiteral("] like ")
+            + store::quotedText(QLatin1Char('%') + text + QLatin1Char('%')) + QStringLiteral(" AND");
         criterion = true;
     }
 

@@ -26,9 +26,9 @@ struct CaseExample
 };
 
 // Turns a search by example into the query text of the case table. Values are
-// joined in as they stand, so an apostrophe breaks the statement and the store
-// answers "Bad SQL": the office has always searched this way, and the result
-// of a search is the same query text the reports and other screens read back.
+// written as quoted texts, apostrophes doubled, so "O'Brien" finds O'Brien.
+// The result of a search is the same query text the reports and other screens
+// read back.
 class CaseQuery
 {
 public:

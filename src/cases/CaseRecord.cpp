@@ -188,15 +188,21 @@ StoreStatus CaseRecord::saveCase(store::Recordset& cases, const CaseInputs& inpu
     return status;
 }
 
-StoreStatus CaseRecord::voidCase(store::Recordset& caseRow)
+StoreStatus CaseRecord::voidCase(store::Recordset& caseRow, const QString& currentUser)
 {
     StoreStatus status = caseRow.setValue(QStringLiteral("PBSTATUS"), QStringLiteral("V"));
+    if (status.ok()) {
+        status = store::stampRow(caseRow, currentUser); // who voided it, and when
+    }
     return status.ok() ? caseRow.Update() : status;
 }
 
-StoreStatus CaseRecord::restoreCase(store::Recordset& caseRow)
+StoreStatus CaseRecord::restoreCase(store::Recordset& caseRow, const QString& currentUser)
 {
     StoreStatus status = caseRow.setValue(QStringLiteral("PBSTATUS"), QString(QLatin1String("")));
+    if (status.ok()) {
+        status = store::stampRow(caseRow, currentUser);
+    }
     return status.ok() ? caseRow.Update() : status;
 }
 

@@ -82,9 +82,10 @@ public:
     static QString duplicatePermitText();
 
     // "V" in the status, the row kept; restoring writes the empty status, so
-    // the earlier status must be chosen again.
-    static store::StoreStatus voidCase(store::Recordset& caseRow);
-    static store::StoreStatus restoreCase(store::Recordset& caseRow);
+    // the earlier status must be chosen again. Both stamp the row with the
+    // user and the time, as every write of a case does.
+    static store::StoreStatus voidCase(store::Recordset& caseRow, const QString& currentUser);
+    static store::StoreStatus restoreCase(store::Recordset& caseRow, const QString& currentUser);
     // The administrator's hard delete of the current row; the cursor moves on.
     static store::StoreStatus deleteCase(store::Recordset& caseRow);
 

@@ -6,9 +6,11 @@ namespace pvardo::cases {
 
 QStringList CaseStatus::statusListTexts()
 {
-    return {QStringLiteral("Initial Submission"), QStringLiteral("Pending"), QStringLiteral("On Appeal"),
+    // The words a case shows for its letter, so that the list and the case
+    // never name one status two ways; the first letter is what is stored.
+    return {QStringLiteral("Initial Application"), QStringLiteral("Pending"), QStringLiteral("On Appeal"),
         QStringLiteral("Approved"), QStringLiteral("Denied"), QStringLiteral("Canceled"),
-        QStringLiteral("Void")};
+        QStringLiteral("Voided")};
 }
 
 QString CaseStatus::letterOf(const QString& listText)

@@ -10,9 +10,8 @@ class Recordset;
 namespace pvardo::cases {
 
 // The status of a case: one letter in PBSTATUS, chosen from the status list
-// by its first letter. The word shown for a letter is not always the list's
-// text ("Initial Application" for "Initial Submission"): the office's letters
-// and listings have always used these words.
+// by its first letter. The list offers the same words the case, the listings
+// and the letters show for the letters.
 class CaseStatus
 {
 public:

@@ -10,7 +10,7 @@ std::optional<ParcelFlag> ParcelFlag::of(parcels::ParcelService& parcels, const 
         return std::nullopt;
     }
     ParcelFlag flag;
-    flag.toolTip = permitNumberTip();
+    flag.toolTip = caseNumberTip();
     if (!parcels.SBLHasNotes(sbl)) {
         return flag;
     }

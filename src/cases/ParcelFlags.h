@@ -24,7 +24,7 @@ struct ParcelFlag
 
     // Nothing when the parcel is not in the store: the input keeps what it shows.
     static std::optional<ParcelFlag> of(parcels::ParcelService& parcels, const QString& sbl);
-    static QString permitNumberTip() { return QStringLiteral(" Permit Number "); }
+    static QString caseNumberTip() { return QStringLiteral(" Case Number "); }
 };
 
 } // namespace pvardo::cases

@@ -1,5 +1,6 @@
 #include "common/DateText.h"
 
+#include "common/Clock.h"
 #include "common/NumberText.h"
 #include "common/Session.h"
 
@@ -26,9 +27,8 @@ const QDate& dayZero()
 
 int windowedYear(int year, int digits)
 {
-    // Two-digit years read by a date reading fall in 1930 to 2029.
     if (digits <= 2) {
-        return year < 30 ? 2000 + year : 1900 + year;
+        return FullYear(year, todaysDate());
     }
     return year;
 }
@@ -64,10 +64,15 @@ QString FixDateText(const QString& text)
     }
     const int month = LeadingWholeNumber(text.left(separator));
     const int day = LeadingWholeNumber(text.mid(separator + 1));
-    // Only the last two characters count for the year: a four-digit year
-    // loses its century and gets it back from the pivot below, which is how
-    // 2031 becomes 1931. Only a leading "/" is dropped, so "3-7-5" reads its
-    // year as -5.
+    // A year of four digits after the last separator is kept whole.
+    const qsizetype yearAt = std::max(text.lastIndexOf(QLatin1Char('/')), text.lastIndexOf(QLatin1Char('-')));
+    const QString fullYear = yearAt > separator ? text.mid(yearAt + 1).trimmed() : QString();
+    static const QRegularExpression fourDigits(QStringLiteral("^\\d{4}$"));
+    if (fourDigits.match(fullYear).hasMatch()) {
+        return twoDigits(month) + QLatin1Char('/') + twoDigits(day) + QLatin1Char('/') + fullYear;
+    }
+    // Otherwise the last two characters are the year. Only a leading "/" is
+    // dropped, so "3-7-5" reads its year as -5.
     QString yearText = text.right(2);
     if (yearText.startsWith(QLatin1Char('/'))) {
         yearText = yearText.mid(1);
@@ -76,8 +81,18 @@ QString FixDateText(const QString& text)
         yearText = QStringLiteral("0");
     }
     const int twoDigitYear = LeadingWholeNumber(yearText);
-    const int year = twoDigitYear < 28 ? 2000 + twoDigitYear : 1900 + twoDigitYear;
+    const int year = FullYear(twoDigitYear, todaysDate());
     return twoDigits(month) + QLatin1Char('/') + twoDigits(day) + QLatin1Char('/') + QString::number(year);
+}
+
+int FullYear(int twoDigitYear, const QDate& today)
+{
+    const int now = today.isValid() ? today.year() : todaysDate().year();
+    const int earliest = now - 50;
+    // The first year from `earliest` on whose last two digits are these.
+    const int wanted = ((twoDigitYear % 100) + 100) % 100;
+    const int offset = ((wanted - earliest % 100) + 100) % 100;
+    return earliest + offset;
 }
 
 QString MoneyText(double value, int width)
@@ -205,7 +220,7 @@ QDate ReadDateText(const QString& text)
                        "-](\\d{1,4}))?(?:\\s+\\d{1,2}:\\d{2}(?::\\d{2})?(?:\\s*[AaPp][Mm])?)?$"));
     match = typed.match(trimmed);
     if (match.hasMatch()) {
-        int year = QDate::currentDate().year();
+        int year = todaysDate().year();
         if (match.capturedLength(3) > 0) {
             year = windowedYear(match.captured(3).toInt(), static_cast<int>(match.capturedLength(3)));
         }
@@ -240,12 +255,12 @@ QDate ReadDateText(const QString& text)
 QString LongDateText(const QString& dateText)
 {
     const QDate date = ReadDateText(dateText);
-    return LongDateText(date.isValid() ? date : QDate::currentDate());
+    return LongDateText(date.isValid() ? date : todaysDate());
 }
 
 QString LongDateText(const QDate& date)
 {
-    const QDate shown = date.isValid() ? date : QDate::currentDate();
+    const QDate shown = date.isValid() ? date : todaysDate();
     const int day = shown.day();
     QString suffix;
     switch (day % 10) {

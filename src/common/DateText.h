@@ -14,12 +14,17 @@ namespace pvardo {
 // end up in records and in printed letters.
 
 // A typed date made into "mm/dd/yyyy". The month is the number before the first
-// "/" (or, without one, the first "-"), the day the number after it, and the
-// year only the last two characters of the text: below 28 they are of the
-// 2000s, from 28 up of the 1900s. So 3/7/12 is 03/07/2012, 3-7-28 is 03/07/1928,
-// and a four-digit year is cut the same way: 3/7/2031 is 03/07/1931. A text
-// with neither "/" nor "-" comes back as it stands.
+// "/" (or, without one, the first "-"), the day the number after it. A year of
+// four digits stands as it is: dates from the picker and the clock are never
+// cut. A shorter year is read from the last two characters of the text as the
+// year within 50 years before or 49 after today (FullYear): in 2026, 3/7/12 is
+// 03/07/2012, 3-7-75 is 03/07/2075 and 3-7-76 is 03/07/1976. A text with neither
+// "/" nor "-" comes back as it stands.
 QString FixDateText(const QString& text);
+
+// The year a two-digit year means: the one within 50 years before or 49
+// after the year of `today`.
+int FullYear(int twoDigitYear, const QDate& today);
 
 // Money as "$##,###,###.#0": thousands separated by commas, always two decimals
 // and no digit before the point when there are no dollars ("$.50"). With a
@@ -43,8 +48,8 @@ QString DateText(const QString& numericText);
 double DayNumberOf(const QDate& date);
 
 // Reads a date text in the forms people type and the store gives: m/d/yy,
-// m/d/yyyy, m-d-yyyy, yyyy-mm-dd, "May 3, 2011". A two-digit year is of
-// 1930 to 2029. An invalid date (2/30/2011) gives an invalid QDate.
+// m/d/yyyy, m-d-yyyy, yyyy-mm-dd, "May 3, 2011". A two-digit year is read
+// as FixDateText reads it, against today. An invalid date (2/30/2011) gives an invalid QDate.
 QDate ReadDateText(const QString& text);
 
 // "3rd day of May, 2011": the day without a leading zero, its suffix, " day of ",

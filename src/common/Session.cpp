@@ -1,5 +1,7 @@
 #include "common/Session.h"
 
+#include "common/Clock.h"
+
 namespace pvardo {
 
 void Session::fillConstants(const QDate& today)
@@ -21,7 +23,7 @@ Session& instance()
 {
     static Session theSession = [] {
         Session fresh;
-        fresh.fillConstants(QDate::currentDate());
+        fresh.fillConstants(todaysDate());
         return fresh;
     }();
     return theSession;
@@ -36,7 +38,7 @@ Session& session()
 void resetSession()
 {
     instance() = Session{};
-    instance().fillConstants(QDate::currentDate());
+    instance().fillConstants(todaysDate());
 }
 
 } // namespace pvardo

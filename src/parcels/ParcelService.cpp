@@ -6,6 +6,7 @@
 #include "parcels/StoreFiles.h"
 #include "parcels/TextCuts.h"
 #include "store/DatabaseLocation.h"
+#include "store/SqlSubset.h"
 
 #include <QFileInfo>
 
@@ -85,7 +86,7 @@ bool ParcelService::SBLLocate(const QString& sbl)
     moveLastThenFirst();
     // The key is joined in as it stands, as every look-up of the office's is;
     // a key the criteria cannot hold finds nothing.
-    return m_store->Find(QStringLiteral("[SBLF] = '") + sbl.toUpper() + QLatin1Char('\'')).ok()
+    return m_store->Find(QStringLiteral("[SBLF] = ") + store::quotedText(sbl.toUpper())).ok()
         && !m_store->Eof();
 }
 
@@ -449,7 +450,7 @@ void ParcelService::ValidatePermit(const QString& caseNumber)
         return;
     }
     m_cases->MoveFirst();
-    const StoreStatus status = m_cases->Find(QStringLiteral("[PBCASE] = '") + caseNumber + QLatin1Char('\''));
+    const StoreStatus status = m_cases->Find(QStringLiteral("[PBCASE] = ") + store::quotedText(caseNumber));
     state.StopFlag = !status.ok() || m_cases->Eof();
 }
 

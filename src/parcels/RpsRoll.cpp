@@ -3,6 +3,7 @@
 #include "parcels/TextCuts.h"
 #include "store/Catalogue.h"
 #include "store/DatabaseLocation.h"
+#include "store/SqlSubset.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>
@@ -79,7 +80,7 @@ bool RpsRoll::locate(const QString& fullForm)
     }
     m_rows->MoveLast();
     m_rows->MoveFirst();
-    return m_rows->Find(QStringLiteral("[RSBLF] = '") + fullForm + QLatin1Char('\'')).ok() && !m_rows->Eof();
+    return m_rows->Find(QStringLiteral("[RSBLF] = ") + store::quotedText(fullForm)).ok() && !m_rows->Eof();
 }
 
 bool RpsRoll::RPSSBLExists(const QString& fullForm)

@@ -2,6 +2,7 @@
 
 #include "parcels/TextCuts.h"
 #include "store/Recordset.h"
+#include "store/SqlSubset.h"
 
 namespace pvardo::parcels {
 
@@ -167,8 +168,8 @@ QString SblParts::SBL2SQL(const SblBoxes& boxes)
     QString criteria;
     auto term = [&criteria](const char* column, const QString& value) {
         if (!value.isEmpty()) {
-            criteria += QLatin1Char('[') + QLatin1String(column) + QLatin1String("] = '") + value
-                + QLatin1String("' AND");
+            criteria += QLatin1Char('[') + QLatin1String(column) + QLatin1String("] = ")
+                + store::quotedText(value) + QLatin1String(" AND");
         }
     };
     term("SEC", section);

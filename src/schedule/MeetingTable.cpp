@@ -4,6 +4,7 @@
 #include "common/TextFiles.h"
 #include "schedule/MonthEvents.h"
 #include "store/DatabaseLocation.h"
+#include "store/SqlSubset.h"
 
 namespace pvardo::schedule {
 
@@ -64,7 +65,7 @@ bool MeetingTable::findKey(const QString& key)
     if (!m_rows->MoveFirst().ok()) {
         return false;
     }
-    const store::StoreStatus status = m_rows->Find(QStringLiteral("[RECNO] = '") + key + QLatin1Char('\''));
+    const store::StoreStatus status = m_rows->Find(QStringLiteral("[RECNO] = ") + store::quotedText(key));
     return status.ok() && !m_rows->Eof();
 }
 

@@ -37,9 +37,7 @@ MonthEvents::Outcome MonthEvents::GetMonthEvents(const QString& dateText)
             QStringLiteral("\"%1\" is not a date of the calendar.").arg(dateText));
         return Outcome::Failed;
     }
-    if (!m_grid.isFor(yearNumber, month)) {
-        m_grid.build(yearNumber, month);
-    }
+    const int load = ++m_loads;
 
     store::StoreStatus status;
     auto rows = store::openRecordsetAt(m_path, monthQuery(year), &status);
@@ -49,6 +47,12 @@ MonthEvents::Outcome MonthEvents::GetMonthEvents(const QString& dateText)
     }
     // Other workstations' writes settle before the rows are read.
     WaitSeconds(1);
+    if (load != m_loads) {
+        return Outcome::Superseded;
+    }
+    if (!m_grid.isFor(yearNumber, month)) {
+        m_grid.build(yearNumber, month);
+    }
     if (rows->Eof()) {
         session().StopFlag = true;
         return Outcome::NoRows;

@@ -34,6 +34,9 @@ public:
         Loaded, // the list and marks are the month's
         NoRows, // the year has no meetings and there are no rules: list and marks unchanged, StopFlag set
         Failed, // the table could not be read: the list holds what was built before the failure
+        // Another month was loaded during this load's pause (the screen runs
+        // events while it waits): that newer load's list and marks stand.
+        Superseded,
     };
 
     explicit MonthEvents(QString databasePath);
@@ -65,6 +68,7 @@ private:
     QList<MonthEntry> m_entries;
     std::array<int, 32> m_marks{};
     store::StoreStatus m_status;
+    int m_loads = 0; // loads begun, to recognise one overtaken during its pause
 };
 
 } // namespace pvardo::schedule

@@ -1,5 +1,7 @@
 #include "store/ColumnMap.h"
 
+#include "common/Clock.h"
+
 #include <QDateTime>
 
 namespace pvardo::store {
@@ -60,7 +62,7 @@ StoreStatus stampRow(Recordset& rows, const QString& currentUser)
     if (!status.ok()) {
         return status;
     }
-    return rows.setValue(QStringLiteral("TSTAMP"), QDateTime::currentDateTime());
+    return rows.setValue(QStringLiteral("TSTAMP"), presentTime());
 }
 
 bool dbisempty(const Recordset& rows)

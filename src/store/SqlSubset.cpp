@@ -665,6 +665,13 @@ bool parseDateLiteral(const QString& text, QDate* date, QTime* time, bool* hasDa
     return *hasDate || *hasTime;
 }
 
+QString quotedText(const QString& value)
+{
+    QString text = value;
+    text.replace(QLatin1Char('\''), QStringLiteral("''"));
+    return QLatin1Char('\'') + text + QLatin1Char('\'');
+}
+
 std::optional<SqlSelect> parseSelect(const QString& text, QString* error)
 {
     QString reason;

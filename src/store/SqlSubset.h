@@ -57,6 +57,12 @@ struct SqlSelect {
     std::vector<SqlOrder> orderBy;
 };
 
+// A typed value as a text literal of a query text: between apostrophes, with
+// each apostrophe in it doubled, so "O'Brien" searches for O'Brien. Every
+// query text and criterion built from what someone typed takes its values
+// through here.
+QString quotedText(const QString& value);
+
 // Parses a query text. Gives nullopt and a reason for anything outside the language.
 std::optional<SqlSelect> parseSelect(const QString& text, QString* error);
 

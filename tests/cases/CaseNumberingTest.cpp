@@ -151,7 +151,31 @@ TEST_F(CaseNumberingTest, BumpPermit)
     for (const auto& [input, bumped] : cases) {
         EXPECT_EQ(numbering->BumpPermit(q(input)), q(bumped)) << input;
     }
-    EXPECT_EQ(numbering->PermitSeq, q("10"));
+    // None of them is of this year (26): the working sequence stays.
+    EXPECT_EQ(numbering->PermitSeq, QString());
+}
+
+TEST_F(CaseNumberingTest, AResolvedNumberNeverPullsTheSequenceBack)
+{
+    writeLine("pnb.txt", q("250"));
+    writeLine("zhi.txt", q("250"));
+    numbering->load();
+    addCase(q("24-201"));
+    addCase(q("26-250"));
+    EXPECT_EQ(numbering->proposeNumber(), q("26-251"));
+    // The clerk types over the proposal with an old year's taken number.
+    EXPECT_EQ(numbering->BumpPermit(q("24-201")), q("24-202"));
+    EXPECT_EQ(numbering->PermitSeq, q("251"));
+    addCase(q("24-202"));
+    numbering->advanceAfterInsert();
+    EXPECT_EQ(fileLine("pnb.txt"), q("252"));
+    EXPECT_EQ(numbering->proposeNumber(), q("26-252"));
+    // A number of this year behind the sequence does not pull it back;
+    // one ahead of it moves it on.
+    EXPECT_EQ(numbering->BumpPermit(q("26-210")), q("26-211"));
+    EXPECT_EQ(numbering->PermitSeq, q("252"));
+    EXPECT_EQ(numbering->BumpPermit(q("26-300")), q("26-301"));
+    EXPECT_EQ(numbering->PermitSeq, q("301"));
 }
 
 TEST_F(CaseNumberingTest, DuplicateOnInsertIsBumpedOnlyWithConsent)

@@ -3,19 +3,19 @@
 #include "cases/CaseChangeLog.h"
 #include "cases/CaseNumbering.h"
 #include "cases/CaseStatus.h"
+#include "common/Clock.h"
 #include "common/Session.h"
 #include "common/TextFiles.h"
 #include "parcels/ParcelService.h"
 #include "store/Catalogue.h"
 #include "store/ColumnMap.h"
 #include "store/Recordset.h"
-#include "support/ScriptedPrompts.h"
 #include "support/InstallationTest.h"
+#include "support/ScriptedPrompts.h"
+#include "support/Text.h"
 
 #include <QFile>
 #include <QMap>
-#include "support/Text.h"
-
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -155,14 +155,16 @@ TEST_F(CaseRecordTest, DerivedColumnsAreWrittenWhateverWasTyped)
     EXPECT_TRUE(row->value(q("TSTAMP")).toDateTime().isValid());
     EXPECT_EQ(parcels::SblParts::currentSBL(*row), q("12-3-0-1-5-0-0-0"));
 
+    // A two-digit year is read against today: in 2026, 78 is of the 1900s.
+    ScopedClockDay clock(QDate(2026, 11, 23));
     in = inputs("ABC");
-    in.fileDate = q("02/03/28");
+    in.fileDate = q("02/03/78");
     in.sbl.section = q("12.0");
     ASSERT_TRUE(insert(in).ok());
     row = caseRow(q("ABC"));
     EXPECT_EQ(row->text(q("BLDGPERMYY")), q("AB"));
     EXPECT_EQ(row->text(q("BLDGPRM")), QString());
-    EXPECT_EQ(row->value(q("PBFILEDATE")).toDate(), QDate(1928, 2, 3));
+    EXPECT_EQ(row->value(q("PBFILEDATE")).toDate(), QDate(1978, 2, 3));
     EXPECT_EQ(row->text(q("SUD")), q("0"));
 }
 
@@ -277,9 +279,9 @@ TEST_F(CaseRecordTest, VoidRestoreDeleteAndRenameLeaveTheRestBehind)
     ASSERT_TRUE(cases->Find(q("[PBCASE] = '12-207'")).ok());
     cases->setValue(q("PBSTATUS"), q("A"));
     ASSERT_TRUE(cases->Update().ok());
-    ASSERT_TRUE(CaseRecord::voidCase(*cases).ok());
+    ASSERT_TRUE(CaseRecord::voidCase(*cases, q("clerk")).ok());
     EXPECT_TRUE(CaseStatus::isVoided(*cases));
-    ASSERT_TRUE(CaseRecord::restoreCase(*cases).ok());
+    ASSERT_TRUE(CaseRecord::restoreCase(*cases, q("clerk")).ok());
     EXPECT_FALSE(CaseStatus::isVoided(*cases));
     EXPECT_EQ(caseRow(q("12-207"))->text(q("PBSTATUS")), QString());
     EXPECT_FALSE(caseRow(q("12-207"))->value(q("PBSTATUS")).isNull());

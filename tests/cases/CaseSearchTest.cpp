@@ -1,12 +1,13 @@
 #include "CaseScreenFixture.h"
 #include "cases/CaseQuery.h"
 #include "cases/LotFigures.h"
+#include "ui/DateInput.h"
 #include "ui/RecordMode.h"
 
 #include <QApplication>
-#include <QDateEdit>
 #include <QMap>
 #include <QTest>
+#include <QTreeView>
 
 using namespace pvardo;
 using namespace pvardo::test;
@@ -134,14 +135,44 @@ TEST_F(CaseScreenTest, ASearchThatFindsNothingOrBreaksComesBackToTheWholeSet)
         lastText(), q("Unable to locate a matching record.\nPlease check info for accuracy and try again."));
     EXPECT_EQ(screen->currentQuery(), CaseQuery::fullQuery());
     EXPECT_EQ(label("recpos"), q("Record 1 of 2"));
+}
 
+TEST_F(CaseScreenTest, AnApostropheInAnyInputIsSearchedForAsTyped)
+{
+    seedCase(q("12-200"),
+        {{q("PBAPPNAME1"), q("O'BRIEN")}, {q("PBOWNRNAME1"), q("D'ANGELO")}, {q("PBLOCN1"), q("1 KING'S RD")},
+            {q("SEC"), q("1'2")}});
+    seedCase(q("12-201"), {{q("PBAPPNAME1"), q("OBRIEN")}});
+    seedCase(q("O'1"));
+    open();
+    const std::pair<int, const char*> searches[]
+        = {{8, "o'brien"}, {12, "D'ANGELO"}, {7, "KING'S"}, {2, "1'2"}, {1, "O'1"}};
+    for (const auto& [box, value] : searches) {
+        prompts().clear();
+        click("ILocate");
+        type(box, q(value));
+        click("ILocate");
+        EXPECT_TRUE(prompts().shown().isEmpty()) << value << ": " << lastText().toStdString();
+        EXPECT_EQ(label("recpos"), q("Record 1 of 1")) << value;
+        EXPECT_EQ(text(1), box == 1 ? q("O'1") : q("12-200")) << value;
+        click("iReset");
+    }
+    // A list's typed text goes the same way.
     click("ILocate");
-    type(8, q("O'BRIEN"));
+    pick("Combo1", "Owner's choice");
     click("ILocate");
-    EXPECT_EQ(lastText(), q("Bad SQL"));
-    EXPECT_EQ(screen->mode(), RecordMode::Browse);
-    EXPECT_EQ(screen->currentQuery(), CaseQuery::fullQuery());
-    EXPECT_EQ(label("recpos"), q("Record 1 of 2"));
+    EXPECT_EQ(lastTitle(), q(" Record not Found"));
+    EXPECT_NE(lastText(), q("Bad SQL"));
+    // Picking the case from the list finds it by its number, apostrophe and all.
+    screen->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(screen.get()));
+    click("iBrowse");
+    auto* view = find<QTreeView>("ListView1");
+    const QModelIndex last = view->model()->index(2, 1);
+    ASSERT_EQ(last.data().toString(), q("O'1"));
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, view->visualRect(last).center());
+    EXPECT_EQ(text(1), q("O'1"));
+    EXPECT_EQ(label("recpos"), q("Record 3 of 3"));
 }
 
 TEST_F(CaseScreenTest, TheDatePickerMarksEverySearchAfterIt)
@@ -149,10 +180,19 @@ TEST_F(CaseScreenTest, TheDatePickerMarksEverySearchAfterIt)
     seedCase(q("12-200"), {{q("PBAPPNAME1"), q("ANN")}, {q("PBFILEDATE"), q("2012-02-03")}});
     seedCase(q("12-201"), {{q("PBAPPNAME1"), q("ANN")}, {q("PBFILEDATE"), q("2012-05-05")}});
     open();
+    auto* mark = find<QLabel>("lblFileDateMark");
     click("ILocate");
-    find<QDateEdit>("DTPicker3")->setDate(QDate(2012, 2, 3));
+    EXPECT_FALSE(mark->isVisibleTo(screen.get()));
+    find<ui::DateInput>("DTPicker3")->setDate(QDate(2012, 2, 3));
+    EXPECT_TRUE(mark->isVisibleTo(screen.get()));
+    EXPECT_EQ(mark->text(), q("Searching also by filing date 02/03/2012"));
     click("ICancel");
+    EXPECT_FALSE(mark->isVisibleTo(screen.get()));
     click("ILocate");
+    // The mark stays for the run: the cleared form's date, today, is searched.
+    EXPECT_TRUE(mark->isVisibleTo(screen.get()));
+    EXPECT_EQ(
+        mark->text(), q("Searching also by filing date ") + QDate::currentDate().toString(q("MM/dd/yyyy")));
     type(8, q("ANN"));
     click("ILocate");
     // Clearing for the search set the picker to today, and today's date is searched.
@@ -163,7 +203,7 @@ TEST_F(CaseScreenTest, TheDatePickerMarksEverySearchAfterIt)
 
     click("ILocate");
     type(8, q("ANN"));
-    find<QDateEdit>("DTPicker3")->setDate(QDate(2012, 2, 3));
+    find<ui::DateInput>("DTPicker3")->setDate(QDate(2012, 2, 3));
     click("ILocate");
     EXPECT_EQ(label("recpos"), q("Record 1 of 1"));
     EXPECT_EQ(text(1), q("12-200"));

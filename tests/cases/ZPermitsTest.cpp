@@ -188,7 +188,7 @@ TEST_F(CaseScreenTest, TheCaseNumberShowsTheParcelsFlags)
         const char* tip;
     };
     const Case table[] = {
-        {"1-0-0-1-1-0-0-0", "1", "", 0, 0, QColor(), " Permit Number "},
+        {"1-0-0-1-1-0-0-0", "1", "", 0, 0, QColor(), " Case Number "},
         {"2-0-0-1-1-0-0-0", "2", "dog", 0, 0, QColor(0, 255, 0), " This property had note-it notes "},
         {"3-0-0-1-1-0-0-0", "3", "dog", 0, 1, QColor(255, 255, 0), " This property had a failed inspection "},
         {"4-0-0-1-1-0-0-0", "4", "dog", 0, 2, QColor(255, 0, 255), " This property had a failed inspection "},

@@ -1,5 +1,6 @@
 #include "common/DateText.h"
 
+#include "common/Clock.h"
 #include "common/NumberText.h"
 #include "common/Session.h"
 
@@ -28,24 +29,58 @@ class FixDateTextCases : public ::testing::TestWithParam<TextCase>
 
 TEST_P(FixDateTextCases, GivesMonthDayAndPivotedYear)
 {
+    ScopedClockDay clock(QDate(2026, 11, 23));
     EXPECT_EQ(FixDateText(QString::fromUtf8(GetParam().input)), QString::fromUtf8(GetParam().expected));
 }
 
 INSTANTIATE_TEST_SUITE_P(DateText, FixDateTextCases,
     ::testing::Values(
-        // The pivot: 27 and below are of the 2000s, 28 and up of the 1900s.
+        // In 2026 a two-digit year is one of 1976 to 2075.
         TextCase{"12/25/99", "12/25/1999"}, TextCase{"12/25/00", "12/25/2000"},
-        TextCase{"12/25/27", "12/25/2027"}, TextCase{"12/25/28", "12/25/1928"},
-        TextCase{"3/7/12", "03/07/2012"}, TextCase{"3-7-28", "03/07/1928"},
-        // Four-digit years keep only their last two digits.
-        TextCase{"3/7/1985", "03/07/1985"}, TextCase{"3/7/2031", "03/07/1931"},
-        TextCase{"12/25/2027", "12/25/2027"},
+        TextCase{"12/25/75", "12/25/2075"}, TextCase{"12/25/76", "12/25/1976"},
+        TextCase{"3/7/12", "03/07/2012"}, TextCase{"3-7-28", "03/07/2028"},
+        // Four-digit years stand as they are.
+        TextCase{"3/7/1985", "03/07/1985"}, TextCase{"3/7/2031", "03/07/2031"},
+        TextCase{"12/25/2027", "12/25/2027"}, TextCase{"1-2-1899", "01/02/1899"},
         // A one-digit year: its leading "/" is dropped.
         TextCase{"3/7/5", "03/07/2005"},
         // Nothing to split on: as it stands.
         TextCase{"20120307", "20120307"}, TextCase{"", ""}, TextCase{"March 7", "March 7"},
         // "/" wins over "-" when both are there.
         TextCase{"3-7/12", "03/12/2012"}));
+
+TEST(DateText, TheTwoDigitPivotSlidesWithToday)
+{
+    // The year within 50 years before and 49 after today.
+    const struct
+    {
+        int today;
+        int twoDigits;
+        int year;
+    } cases[] = {
+        {2026, 76, 1976},
+        {2026, 75, 2075},
+        {2028, 28, 2028},
+        {2028, 78, 1978},
+        {2028, 77, 2077},
+        {2031, 31, 2031},
+        {2031, 80, 2080},
+        {2031, 81, 1981},
+        {2060, 10, 2010},
+        {2060, 9, 2109},
+        {2060, 99, 2099},
+        {2000, 50, 1950},
+        {2000, 49, 2049},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(FullYear(c.twoDigits, QDate(c.today, 6, 1)), c.year) << c.today << " " << c.twoDigits;
+        ScopedClockDay clock(QDate(c.today, 6, 1));
+        EXPECT_EQ(FixDateText(QStringLiteral("1/2/%1").arg(c.twoDigits, 2, 10, QLatin1Char('0'))),
+            QStringLiteral("01/02/%1").arg(c.year));
+        EXPECT_EQ(ReadDateText(QStringLiteral("1/2/%1").arg(c.twoDigits, 2, 10, QLatin1Char('0'))),
+            QDate(c.year, 1, 2));
+    }
+}
 
 TEST(DateText, MoneyTextFormatsAndPadsInFront)
 {

@@ -3,6 +3,7 @@
 #include "app/screens/WidgetStartupHost.h"
 #include "common/ProgramEnd.h"
 #include "common/Session.h"
+#include "common/Waiting.h"
 #include "schedule/MeetingTable.h"
 #include "schedule/MonthEvents.h"
 #include "schedule/screens/Calendar.h"
@@ -10,6 +11,7 @@
 #include "support/InstallationTest.h"
 #include "support/ProgramEndRecorder.h"
 #include "support/ScriptedPrompts.h"
+#include "support/Text.h"
 
 #include <QAction>
 #include <QApplication>
@@ -24,9 +26,8 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
+#include <QTimer>
 #include <QTreeWidget>
-#include "support/Text.h"
-
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -671,8 +672,118 @@ TEST_F(SchedulerTest, VardoThatIsNotThereIsSaidAndTheSessionGoesOn)
     ProgramEndRecorder end;
     click("iVardo");
     ASSERT_EQ(scriptedPrompts().shownTexts().size(), 1);
-    EXPECT_TRUE(scriptedPrompts().shownTexts()[0].contains(q("Vardo")));
+    // Said plainly, without a path under the database folder.
+    EXPECT_EQ(scriptedPrompts().shownTexts()[0],
+        q("Vardo is not installed: there is no companion program to start."));
     EXPECT_EQ(end.calls(), 0);
+}
+
+namespace {
+
+// Lets the program's pauses really last while it lives.
+class RealWaits
+{
+public:
+    RealWaits()
+    {
+        qunsetenv("PVARDO_NO_WAIT");
+        setWaitsEnabled(true);
+    }
+    ~RealWaits() { qputenv("PVARDO_NO_WAIT", "1"); }
+};
+
+} // namespace
+
+TEST_F(SchedulerTest, AMonthChangeDuringTheLoadsPauseShowsTheNewestMonthThroughout)
+{
+    open(QDate(2026, 12, 1));
+    clickDay(10);
+    newMeeting("Hearing");
+    click("IAdd");
+    newMeeting("Planning Board", "Second", "Tuesday");
+    click("IAdd");
+    chooseYear(2027);
+    chooseMonth(1);
+    clickDay(20);
+    newMeeting("Workshop");
+    click("IAdd");
+    chooseYear(2026);
+    chooseMonth(11);
+    ASSERT_EQ(child<QLabel>("Label2")->text(), q("November 2026"));
+
+    RealWaits waits;
+    Calendar* calendar = dashboard->calendar();
+    // The second press comes half a second into the first month's pause.
+    QTimer::singleShot(500, calendar, [calendar] {
+        QTest::mouseClick(calendar, Qt::LeftButton, Qt::NoModifier, calendar->nextMonthRect().center());
+    });
+    QTest::mouseClick(calendar, Qt::LeftButton, Qt::NoModifier, calendar->nextMonthRect().center());
+    EXPECT_EQ(calendar->date().month(), 1);
+    EXPECT_EQ(child<QLabel>("Label2")->text(), q("January 2027"));
+    EXPECT_EQ(
+        listed(), QStringList({q("01/12/2027 07:00 PM Planning Board"), q("01/20/2027 07:00 PM Workshop")}));
+    EXPECT_EQ(markedDays(), QList<int>({12, 20}));
+}
+
+TEST_F(SchedulerTest, AnotherDayOfAMonthWithoutMeetingsMarksNothing)
+{
+    open();
+    clickDay(8);
+    newMeeting("Hearing");
+    click("IAdd");
+    EXPECT_EQ(markedDays(), QList<int>({8}));
+    chooseYear(2012); // March 2012: a year without meetings
+    EXPECT_EQ(child<QLabel>("Label2")->text(), q("March 2012"));
+    EXPECT_TRUE(markedDays().isEmpty());
+    clickDay(15);
+    EXPECT_TRUE(markedDays().isEmpty());
+    // Back in the month of the meeting, its mark is there again and stays
+    // when only the day changes.
+    chooseYear(2011);
+    clickDay(20);
+    EXPECT_EQ(markedDays(), QList<int>({8}));
+}
+
+TEST_F(SchedulerTest, AYearOutsideTheCalendarIsRefusedVisibly)
+{
+    open();
+    auto* year = child<QComboBox>("cmbYear");
+    year->lineEdit()->selectAll();
+    QTest::keyClicks(year->lineEdit(), q("1582"));
+    QTest::keyClick(year->lineEdit(), Qt::Key_Return);
+    EXPECT_EQ(dashboard->calendar()->infoText(), q("Begin of calendar!"));
+    EXPECT_EQ(year->currentText(), q("2011"));
+    EXPECT_EQ(child<QLabel>("Label2")->text(), q("March 2011"));
+}
+
+TEST_F(SchedulerTest, MeetingInputsStopAtTheirColumnsAndTheDurationTakesOnlyANumber)
+{
+    open();
+    click("INew");
+    type("Text2", q("Joint meeting of the planning and zoning boards"));
+    EXPECT_EQ(child<QLineEdit>("Text2")->text(), q("Joint meeting of the planning "));
+    type("Text1", q("Room 12345678901"));
+    EXPECT_EQ(child<QLineEdit>("Text1")->text().size(), 12);
+    type("Text4", q("abc"));
+    EXPECT_EQ(child<QLineEdit>("Text4")->text(), q(""));
+    type("Text4", q("1h.5x"));
+    EXPECT_EQ(child<QLineEdit>("Text4")->text(), q("1.5"));
+    type("Text3", q("Town Hall"));
+    type("Text5", q("Clerk"));
+    pick("Option1");
+    click("IAdd");
+    const QList<StoredMeeting> stored = storedMeetings(path);
+    ASSERT_EQ(stored.size(), 1);
+    EXPECT_EQ(stored[0].name, q("Joint meeting of the planning"));
+}
+
+TEST_F(SchedulerTest, TheDeleteKeyIsNamedInTheToolTipAndTheHelp)
+{
+    open();
+    EXPECT_TRUE(child<QPushButton>("iManage")->toolTip().contains(q("Control+U")));
+    child<QAction>("hlpKeys")->trigger();
+    ASSERT_FALSE(scriptedPrompts().shownTexts().isEmpty());
+    EXPECT_TRUE(scriptedPrompts().shownTexts().last().contains(q("Control+U")));
 }
 
 TEST_F(SchedulerTest, PlugVarsNameTheMonthInView)
@@ -729,13 +840,20 @@ TEST_F(SchedulerTest, CopyAndPasteWorkOnTheActiveBox)
     name->setFocus();
     name->selectAll();
     child<QAction>("mcopy")->trigger();
-    QLineEdit* room = child<QLineEdit>("Text1");
+    QLineEdit* room = child<QLineEdit>("Text3");
     room->setFocus();
+    room->clear();
     child<QAction>("mpaste")->trigger();
     EXPECT_EQ(room->text(), q("Special hearing"));
+    // The room number holds twelve characters: the paste stops there too.
+    QLineEdit* number = child<QLineEdit>("Text1");
+    number->setFocus();
+    child<QAction>("mpaste")->trigger();
+    EXPECT_EQ(number->text(), q("Special hear"));
 
     // A locked box takes nothing.
     click("ICancel");
+    room = child<QLineEdit>("Text1");
     room->setFocus();
     child<QAction>("mpaste")->trigger();
     EXPECT_TRUE(room->text().isEmpty());

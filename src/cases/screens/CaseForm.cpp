@@ -2,15 +2,16 @@
 
 #include "cases/CaseQuery.h"
 #include "cases/CaseStatus.h"
+#include "common/Clock.h"
 #include "common/DateText.h"
 #include "common/Session.h"
 #include "store/Recordset.h"
+#include "ui/DateInput.h"
 #include "ui/RecordMode.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDateEdit>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -132,20 +133,48 @@ QWidget* CaseForm::makeSource(const QString& name, const QString& column, QWidge
     return holder;
 }
 
-QDateEdit* CaseForm::makeFileDate(QWidget* parent)
+ui::DateInput* CaseForm::makeFileDate(QWidget* parent)
 {
-    m_date = new QDateEdit(QDate::currentDate(), parent);
+    m_date = new ui::DateInput(todaysDate(), parent);
     m_date->setObjectName(QStringLiteral("DTPicker3"));
-    m_date->setDisplayFormat(QStringLiteral("MM/dd/yyyy"));
-    m_date->setCalendarPopup(true);
-    connect(m_date, &QDateEdit::dateChanged, this, [this](const QDate& date) {
+    connect(m_date, &ui::DateInput::dateChanged, this, [this](const QDate& date) {
         if (m_filling) {
             return;
         }
         g_fileDateMarked = true;
         m_fileDateText = date.toString(QStringLiteral("MM/dd/yyyy"));
+        showDateMark();
     });
     return m_date;
+}
+
+QLabel* CaseForm::makeFileDateMark(QWidget* parent)
+{
+    m_dateMark = new QLabel(parent);
+    m_dateMark->setObjectName(QStringLiteral("lblFileDateMark"));
+    m_dateMark->setStyleSheet(QStringLiteral("QLabel { color: #1f4e99; }"));
+    m_dateMark->hide();
+    return m_dateMark;
+}
+
+void CaseForm::setSearching(bool searching)
+{
+    m_searching = searching;
+    showDateMark();
+}
+
+void CaseForm::showDateMark()
+{
+    if (!m_dateMark) {
+        return;
+    }
+    // Once the filing date was changed in this run, every search carries it;
+    // the clerk is told so, or a search that finds nothing is a puzzle.
+    const bool shown = m_searching && g_fileDateMarked && m_date;
+    m_dateMark->setVisible(shown);
+    m_dateMark->setText(shown ? QStringLiteral("Searching also by filing date ")
+                + m_date->date().toString(QStringLiteral("MM/dd/yyyy"))
+                              : QString());
 }
 
 QString CaseForm::boxText(int number) const
@@ -222,9 +251,9 @@ void CaseForm::clear()
         button->setChecked(true);
     }
     if (m_date) {
-        m_date->setDate(QDate::currentDate());
+        m_date->setDate(todaysDate());
     }
-    m_fileDateText = QDate::currentDate().toString(QStringLiteral("MM/dd/yyyy"));
+    m_fileDateText = todaysDate().toString(QStringLiteral("MM/dd/yyyy"));
     if (m_void) {
         m_void->hide();
     }

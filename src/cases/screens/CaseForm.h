@@ -9,13 +9,16 @@
 
 class QCheckBox;
 class QComboBox;
-class QDateEdit;
 class QLabel;
 class QRadioButton;
 class QWidget;
 
 namespace pvardo::store {
 class Recordset;
+}
+
+namespace pvardo::ui {
+class DateInput;
 }
 
 namespace pvardo::cases {
@@ -43,7 +46,12 @@ public:
         const QString& objectName, const QString& caption, const QString& column, QWidget* parent);
     // Makes a Public/Private pair; the column holds "1" for Private.
     QWidget* makeSource(const QString& name, const QString& column, QWidget* parent);
-    QDateEdit* makeFileDate(QWidget* parent);
+    ui::DateInput* makeFileDate(QWidget* parent);
+    // The line beside the filing date that says, during a search, that the
+    // search also looks for that date (the mark below is set).
+    QLabel* makeFileDateMark(QWidget* parent);
+    // The screen is in Find mode or not: the line above shows only in it.
+    void setSearching(bool searching);
     // Makes the caption of an input, set right against it.
     static QLabel* makeCaption(const QString& text, QWidget* parent);
     void setVoidLabel(QLabel* label) { m_void = label; }
@@ -86,7 +94,10 @@ private:
     QMap<QString, QCheckBox*> m_checks; // by column
     QMap<QString, QRadioButton*> m_private; // by column
     QMap<QString, QRadioButton*> m_public;
-    QDateEdit* m_date = nullptr;
+    ui::DateInput* m_date = nullptr;
+    QLabel* m_dateMark = nullptr;
+    bool m_searching = false;
+    void showDateMark();
     QString m_fileDateText;
     QLabel* m_void = nullptr;
     QList<QWidget*> m_lockables;

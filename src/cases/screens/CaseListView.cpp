@@ -37,11 +37,14 @@ CaseListView::CaseListView(QWidget* parent)
     m_view->setSortingEnabled(false);
     QHeaderView* header = m_view->header();
     header->setSectionsClickable(true);
-    header->setStretchLastSection(true);
+    header->setStretchLastSection(false);
     header->setMinimumSectionSize(1);
     for (int column = 0; column < CaseListModel::ColumnCount; ++column) {
         m_view->setColumnWidth(column, std::max(1, CaseListModel::widthTwips(column) / TwipsPerPixel));
     }
+    // The project's name is the longest text: it takes whatever width the
+    // other columns leave, so it is not cut while the list has room.
+    header->setSectionResizeMode(CaseListModel::Project, QHeaderView::Stretch);
     layout->addWidget(m_view);
     connect(header, &QHeaderView::sectionClicked, this, &CaseListView::sortBy);
     auto pick = [this](const QModelIndex& index) {
@@ -51,6 +54,11 @@ CaseListView::CaseListView(QWidget* parent)
     };
     connect(m_view, &QTreeView::clicked, this, pick);
     connect(m_view, &QTreeView::activated, this, pick);
+    connect(m_view, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) {
+        if (index.isValid()) {
+            emit opened(m_proxy->index(index.row(), CaseListModel::Seq).data().toString());
+        }
+    });
 }
 
 int CaseListView::lineCount() const

@@ -44,6 +44,8 @@ public:
 signals:
     // A line was picked: its case number.
     void picked(const QString& caseNumber);
+    // A line was double-clicked: the case is to be shown in detail.
+    void opened(const QString& caseNumber);
     void sorted();
 
 private:

@@ -1,12 +1,14 @@
 #include "cases/screens/CaseTab.h"
 
 #include "cases/CaseStatus.h"
+#include "cases/ParcelFlags.h"
 #include "cases/screens/CaseForm.h"
+#include "ui/DateInput.h"
+#include "ui/NotAvailable.h"
 #include "ui/XPButton.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDateEdit>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -55,7 +57,7 @@ CaseTab::CaseTab(CaseForm& form, QWidget* parent)
     // Case number, date and status.
     auto* top = new QGridLayout;
     auto* number = form.makeBox(1, this);
-    number->setToolTip(QStringLiteral(" Permit Number "));
+    number->setToolTip(ParcelFlag::caseNumberTip());
     top->addWidget(CaseForm::makeCaption(QStringLiteral(" Case # "), this), 0, 0);
     top->addWidget(number, 0, 1);
     top->addWidget(CaseForm::makeCaption(QStringLiteral(" Filing Date"), this), 0, 2);
@@ -63,6 +65,7 @@ CaseTab::CaseTab(CaseForm& form, QWidget* parent)
     QStringList statuses = CaseStatus::statusListTexts();
     top->addWidget(CaseForm::makeCaption(QStringLiteral(" Current Status "), this), 0, 4);
     top->addWidget(form.makeList(QStringLiteral("Combo10"), QString(), statuses, this), 0, 5);
+    top->addWidget(form.makeFileDateMark(this), 1, 2, 1, 4);
     top->setColumnStretch(1, 1);
     top->setColumnStretch(5, 1);
     layout->addLayout(top);
@@ -81,6 +84,11 @@ CaseTab::CaseTab(CaseForm& form, QWidget* parent)
         QStringLiteral("finda"), QStringLiteral("Find"), QStringLiteral(" Find Specific SBL  "), parcel);
     grid->addWidget(sblLoc, 1, 5);
     grid->addWidget(finda, 1, 6);
+    // Both open the parcel finder, which comes with its own screen.
+    for (QPushButton* finder : {static_cast<QPushButton*>(sblLoc), static_cast<QPushButton*>(finda)}) {
+        connect(finder, &QPushButton::clicked, this,
+            [] { ui::showNotAvailable(QStringLiteral("The SBL finder")); });
+    }
     grid->addWidget(CaseForm::makeCaption(QStringLiteral("Property Location:"), parcel), 2, 0);
     grid->addWidget(form.makeBox(7, parcel), 2, 1, 1, 6);
     grid->addWidget(CaseForm::makeCaption(QStringLiteral("Subdivision:"), parcel), 3, 0);

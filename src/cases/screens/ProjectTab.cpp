@@ -5,6 +5,7 @@
 #include "cases/screens/CaseForm.h"
 #include "common/PromptService.h"
 #include "common/Session.h"
+#include "ui/NotAvailable.h"
 #include "ui/XPButton.h"
 
 #include <QCheckBox>
@@ -39,7 +40,7 @@ ProjectTab::ProjectTab(CaseForm& form, QWidget* parent)
     } lists[] = {
         {" Select Type ", "Combo1", "PBTYPE", "\\zpt.txt", CaseLists::typeItems()},
         {" Select Proposed Use", "Combo2", "PBUSE", "\\zpu.txt", CaseLists::useItems()},
-        {" Select Accesory Structure ", "Combo3", "PBACC", "\\zps.txt", CaseLists::accessoryItems()},
+        {" Select Accessory Structure ", "Combo3", "PBACC", "\\zps.txt", CaseLists::accessoryItems()},
         {" Select Current Zoning ", "Combo4", "PBCURZONE", "\\zpz.txt", CaseLists::zoningItems()},
     };
     int index = 0;
@@ -96,7 +97,7 @@ ProjectTab::ProjectTab(CaseForm& form, QWidget* parent)
         QStringLiteral(" Calculate values for me "), lot);
     auto* hint
         = new QLabel(QStringLiteral("If lot info was provided, these values can be auto calculated for you "
-                                    "by clicking the calculator icon"),
+                                    "by clicking the Calculate button"),
             lot);
     hint->setWordWrap(true);
     grid->addWidget(calculator, 5, 0);
@@ -129,9 +130,10 @@ ProjectTab::ProjectTab(CaseForm& form, QWidget* parent)
     m_providers->setPlaceholderText(QStringLiteral("<select GIS provider>"));
     map->addWidget(CaseForm::makeCaption(QStringLiteral("GIS Provider:"), this), 0, 0);
     map->addWidget(m_providers, 0, 1);
-    map->addWidget(
-        new ui::XPButton(QStringLiteral("Image7"), QStringLiteral("Map"), QStringLiteral(" Map "), this), 0,
-        2);
+    auto* mapButton
+        = new ui::XPButton(QStringLiteral("Image7"), QStringLiteral("Map"), QStringLiteral(" Map "), this);
+    connect(mapButton, &QPushButton::clicked, this, [] { ui::showNotAvailable(QStringLiteral("The map")); });
+    map->addWidget(mapButton, 0, 2);
     map->setColumnStretch(1, 1);
     layout->addLayout(map);
     layout->addStretch();

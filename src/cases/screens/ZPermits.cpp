@@ -23,8 +23,10 @@
 #include "common/Waiting.h"
 #include "parcels/ParcelService.h"
 #include "store/DatabaseLocation.h"
+#include "store/SqlSubset.h"
 #include "ui/DelconfirmDialog.h"
 #include "ui/DupeDialog.h"
+#include "ui/NotAvailable.h"
 #include "ui/PostitDialog.h"
 #include "ui/RecordInfoBox.h"
 #include "ui/TaskFrm.h"
@@ -88,6 +90,21 @@ const QStringList DetailCommands{QStringLiteral("ILocate"), QStringLiteral("INew
     QStringLiteral("ICancel"), QStringLiteral("IMoveFirst"), QStringLiteral("IMovePrev"),
     QStringLiteral("IMoveNext"), QStringLiteral("IMoveLast")};
 
+QString caseDeleteHint()
+{
+    return QStringLiteral(" Void this case. An administrator deletes a case for good with the Delete "
+                          "button that Control+U brings into view ");
+}
+
+QString caseScreenKeys()
+{
+    return QStringLiteral("Control+F\tfind the parcel by its S-B-L\n"
+                          "Control+I\tthe record's information: who wrote it last, and when\n"
+                          "Control+G\tread the list of map providers again\n"
+                          "Control+U\tbring the Delete button into view (administrators only); "
+                          "everybody else voids a case from the File menu");
+}
+
 QString caseDatabasePath()
 {
     return store::databaseFile(session().DatabaseFolder, QStringLiteral("\\pbproj.mdb"));
@@ -149,6 +166,12 @@ ZPermits::ZPermits(QWidget* parent)
     connect(m_tabs, &QTabWidget::currentChanged, this,
         [this](int index) { setCommandShown(QStringLiteral("iBrowse"), index == 0); });
     connect(m_list, &CaseListView::picked, this, &ZPermits::pickFromList);
+    connect(m_list, &CaseListView::opened, this, [this](const QString& caseNumber) {
+        pickFromList(caseNumber);
+        if (m_listShowing) {
+            iBrowse();
+        }
+    });
     connect(m_list, &CaseListView::sorted, this, &ZPermits::listSorted);
 
     resize(1040, 740);
@@ -242,10 +265,11 @@ QWidget* ZPermits::buildLeftPane()
     layout->setContentsMargins(0, 0, 0, 0);
     for (const LeftPaneEntry& entry : LeftPane) {
         const QString screen = QString::fromLatin1(entry.screen);
-        auto* command = addButton(
-            QString::fromLatin1(entry.button), QString::fromLatin1(entry.caption), QString(), pane);
+        const QString caption = QString::fromLatin1(entry.caption);
+        auto* command = addButton(QString::fromLatin1(entry.button), caption, QString(), pane);
         layout->addWidget(command);
-        connect(command, &QPushButton::clicked, this, [this, screen] { leftPaneButton(screen); });
+        connect(command, &QPushButton::clicked, this,
+            [this, screen, caption] { leftPaneButton(screen, caption); });
     }
     layout->addStretch();
     auto* erase
@@ -317,6 +341,11 @@ void ZPermits::buildCommands(QWidget* bar)
     }
     button(QStringLiteral("iReset"))->hide();
     connect(button(QStringLiteral("mexit")), &QPushButton::clicked, this, &QWidget::close);
+    // The documents and the pictures come with their own screens.
+    connect(button(QStringLiteral("IDoc")), &QPushButton::clicked, this,
+        [] { ui::showNotAvailable(QStringLiteral("Documents")); });
+    connect(button(QStringLiteral("IPic")), &QPushButton::clicked, this,
+        [] { ui::showNotAvailable(QStringLiteral("Pictures")); });
     layout->addLayout(moves);
     layout->addLayout(row);
 }
@@ -336,7 +365,10 @@ void ZPermits::buildMenus()
     connect(addAction(m_fileMenu, "saver", "&Save Changes"), &QAction::triggered, this, &ZPermits::ISave);
     connect(addAction(m_fileMenu, "find", "&Locate - Search"), &QAction::triggered, this, &ZPermits::ILocate);
     m_fileMenu->addSeparator();
-    connect(addAction(m_fileMenu, "delr", "&Void Record"), &QAction::triggered, this, &ZPermits::voidRecord);
+    QAction* voiding = addAction(m_fileMenu, "delr", "&Void Record");
+    voiding->setToolTip(caseDeleteHint());
+    m_fileMenu->setToolTipsVisible(true);
+    connect(voiding, &QAction::triggered, this, &ZPermits::voidRecord);
     connect(addAction(m_fileMenu, "doprint", "&Print.."), &QAction::triggered, this, &ZPermits::doprint);
     m_fileMenu->addSeparator();
     connect(addAction(m_fileMenu, "Quit", "&Exit Cases"), &QAction::triggered, this, &QWidget::close);
@@ -349,10 +381,18 @@ void ZPermits::buildMenus()
     addAction(m_reportsMenu, "expiringsoon", "Report of Active Application");
     addAction(m_reportsMenu, "lettersofexppermits", "Print Labels for Anticipated Expiring Zoning Permits");
     addAction(m_reportsMenu, "reportfu", "Report of Application Status");
+    for (QAction* report : m_reportsMenu->actions()) {
+        const QString name = report->text();
+        connect(report, &QAction::triggered, this, [name] { ui::showNotAvailable(name); });
+    }
 
     m_helpMenu = menuBar()->addMenu(QStringLiteral("&Help"));
     m_helpMenu->setObjectName(QStringLiteral("mnuHelp"));
-    addAction(m_helpMenu, "hlpContents", "&Contents");
+    connect(addAction(m_helpMenu, "hlpContents", "&Contents"), &QAction::triggered, this,
+        [] { ui::showNotAvailable(QStringLiteral("Help")); });
+    connect(addAction(m_helpMenu, "hlpKeys", "&Keys"), &QAction::triggered, this, [] {
+        showMessage(caseScreenKeys(), QStringLiteral(" Keys"), PromptButtons::Ok, PromptIcon::Information);
+    });
 }
 
 void ZPermits::buildKeys()
@@ -439,7 +479,7 @@ bool ZPermits::readRows()
         if (m_rows->RecordCount() > 0) {
             m_rows->MoveLast();
             m_rows->MoveFirst();
-            found = m_rows->Find(QStringLiteral("[PBCASE] = '") + target + QLatin1Char('\'')).ok()
+            found = m_rows->Find(QStringLiteral("[PBCASE] = ") + store::quotedText(target)).ok()
                 && !m_rows->Eof();
         }
         hop.clear();
@@ -573,6 +613,7 @@ void ZPermits::enterMode(RecordMode mode)
 {
     m_mode = mode;
     m_commands.apply(mode);
+    m_form->setSearching(mode == RecordMode::Find);
     auto* locate = button(QStringLiteral("ILocate"));
     locate->setText(mode == RecordMode::Find ? QStringLiteral("Find") : QStringLiteral("&Locate"));
     locate->setDefault(mode == RecordMode::Find);
@@ -670,13 +711,14 @@ void ZPermits::INew()
     if (!button(QStringLiteral("INew"))->isEnabled()) {
         return;
     }
+    showDetail();
     rememberBookmark();
     lock(false);
     m_form->clear();
     m_caseTab->resetCopies();
     if (auto* number = qobject_cast<QLineEdit*>(m_form->box(CaseNumberBox))) {
         number->setPalette(QApplication::palette());
-        number->setToolTip(ParcelFlag::permitNumberTip());
+        number->setToolTip(ParcelFlag::caseNumberTip());
     }
     enterMode(RecordMode::New);
     m_form->setBoxText(CaseNumberBox, caseNumbering().proposeNumber());
@@ -826,6 +868,7 @@ void ZPermits::ILocate()
     if (m_mode != RecordMode::Browse) {
         return;
     }
+    showDetail();
     rememberBookmark();
     lock(false);
     m_form->clear();
@@ -856,6 +899,15 @@ void ZPermits::iBrowse()
         setCommandShown(name, !m_listShowing);
     }
     m_position->setVisible(!m_listShowing);
+}
+
+void ZPermits::showDetail()
+{
+    // The inputs of a new case or of a search are typed on the tabs, never
+    // under the list where the commands to leave them are hidden.
+    if (m_listShowing) {
+        iBrowse();
+    }
 }
 
 void ZPermits::moveFirst()
@@ -911,7 +963,7 @@ void ZPermits::voidRecord()
             != PromptAnswer::Yes) {
             return;
         }
-        status = CaseRecord::restoreCase(*m_rows);
+        status = CaseRecord::restoreCase(*m_rows, session().CurrentUser);
     } else {
         if (showMessage(QStringLiteral("Are you sure you want to void this record?\n")
                     + QStringLiteral("Clicking 'Yes' will void the record."),
@@ -919,7 +971,7 @@ void ZPermits::voidRecord()
             != PromptAnswer::Yes) {
             return;
         }
-        status = CaseRecord::voidCase(*m_rows);
+        status = CaseRecord::voidCase(*m_rows, session().CurrentUser);
     }
     if (!status.ok()) {
         m_rows->CancelUpdate();
@@ -966,10 +1018,11 @@ void ZPermits::recinfod()
         m_rows->text(QStringLiteral("BYUSER")), m_rows->value(QStringLiteral("TSTAMP")).toDateTime(), this);
 }
 
-void ZPermits::leftPaneButton(const QString& screenName)
+void ZPermits::leftPaneButton(const QString& screenName, const QString& caption)
 {
     if (screenName.isEmpty()) {
-        return; // iParcel has no action here
+        ui::showNotAvailable(caption); // the parcel browser
+        return;
     }
     if (screenName != QLatin1String("checklist") && (!m_rows || store::dbisempty(*m_rows))) {
         showMessage(
@@ -982,6 +1035,8 @@ void ZPermits::leftPaneButton(const QString& screenName)
     ui::TaskFrm::close();
     if (m_opener) {
         m_opener(screenName, *this);
+    } else {
+        ui::showNotAvailable(caption);
     }
 }
 
@@ -991,8 +1046,7 @@ void ZPermits::pickFromList(const QString& caseNumber)
         return;
     }
     m_rows->MoveFirst();
-    if (!m_rows->Find(QStringLiteral("[PBCASE] = '") + caseNumber + QLatin1Char('\'')).ok()
-        || m_rows->Eof()) {
+    if (!m_rows->Find(QStringLiteral("[PBCASE] = ") + store::quotedText(caseNumber)).ok() || m_rows->Eof()) {
         QApplication::beep();
         m_rows->MoveFirst();
     }

@@ -95,8 +95,8 @@ public:
     CaseForm& form() const { return *m_form; }
 
     // Opens a sub-record screen by its name ("feesfrm", "checklist", ...).
-    // None of those screens is in the program, so nothing sets it and the
-    // left pane's buttons open nothing after their checks.
+    // None of those screens is in the program yet: without an opener a
+    // button says after its checks that its screen is not available.
     using SubRecordOpener = std::function<void(const QString& screenName, ZPermits& caseScreen)>;
     void setSubRecordOpener(SubRecordOpener opener) { m_opener = std::move(opener); }
     // Where a sub-record screen opens: 1760 twips right of and 320 below the
@@ -134,8 +134,9 @@ private:
     void returnToBookmark();
     void applyUserRights();
     void setCommandShown(const QString& name, bool shown);
-    void leftPaneButton(const QString& screenName);
+    void leftPaneButton(const QString& screenName, const QString& caption);
     void pickFromList(const QString& caseNumber);
+    void showDetail();
     void listSorted();
     void loadMapProviders();
     void revealDelete();

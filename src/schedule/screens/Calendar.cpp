@@ -1,5 +1,6 @@
 #include "schedule/screens/Calendar.h"
 
+#include "common/Clock.h"
 #include "schedule/CalendarMath.h"
 
 #include <QKeyEvent>
@@ -41,7 +42,7 @@ QColor withAlpha(QColor color, int alpha)
 
 Calendar::Calendar(QWidget* parent)
     : QWidget(parent)
-    , m_date(QDate::currentDate())
+    , m_date(todaysDate())
 {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
@@ -124,7 +125,7 @@ void Calendar::moveMonths(int months)
 
 QDate Calendar::today() const
 {
-    return m_today.isValid() ? m_today : QDate::currentDate();
+    return m_today.isValid() ? m_today : todaysDate();
 }
 
 void Calendar::setToday(const QDate& todayDate)

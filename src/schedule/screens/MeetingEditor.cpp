@@ -1,6 +1,8 @@
 #include "schedule/screens/MeetingEditor.h"
 
 #include "schedule/MeetingRules.h"
+#include "store/Catalogue.h"
+#include "store/ColumnMap.h"
 
 #include <QButtonGroup>
 #include <QComboBox>
@@ -10,6 +12,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRadioButton>
+#include <QRegularExpressionValidator>
 #include <QTimeEdit>
 #include <QVBoxLayout>
 
@@ -17,10 +20,16 @@ namespace pvardo::schedule {
 
 namespace {
 
-QLineEdit* lineEdit(QWidget* parent, const char* name)
+// A text input that takes no more than its column holds: typing stops there.
+QLineEdit* lineEdit(QWidget* parent, const char* name, const char* column)
 {
     auto* box = new QLineEdit(parent);
     box->setObjectName(QLatin1String(name));
+    for (const store::ColumnDef& def : store::tableDef(store::Table::MEETING).places) {
+        if (qstrcmp(def.name, column) == 0 && def.longest > 0 && def.longest < store::ColumnMap::NoLimit) {
+            box->setMaxLength(def.longest);
+        }
+    }
     return box;
 }
 
@@ -51,13 +60,16 @@ MeetingEditor::MeetingEditor(QWidget* parent)
     : QGroupBox(QStringLiteral("Manage Meetings"), parent)
 {
     setObjectName(QStringLiteral("MeetingEditor"));
-    m_text2 = lineEdit(this, "Text2");
-    m_text3 = lineEdit(this, "Text3");
-    m_text1 = lineEdit(this, "Text1");
-    m_text4 = lineEdit(this, "Text4");
+    m_text2 = lineEdit(this, "Text2", "MNAME");
+    m_text3 = lineEdit(this, "Text3", "MLOC");
+    m_text1 = lineEdit(this, "Text1", "MRMID");
+    m_text4 = lineEdit(this, "Text4", "MDUR");
     m_text4->setMaximumWidth(80);
-    m_text5 = lineEdit(this, "Text5");
-    m_text6 = lineEdit(this, "Text6");
+    // The duration is a number of hours: digits, and a fraction after a point.
+    m_text4->setValidator(new QRegularExpressionValidator(
+        QRegularExpression(QStringLiteral("\\d{0,4}(\\.\\d{0,2})?")), m_text4));
+    m_text5 = lineEdit(this, "Text5", "MBY");
+    m_text6 = lineEdit(this, "Text6", "MRECNO");
     m_text7 = new QPlainTextEdit(this);
     m_text7->setObjectName(QStringLiteral("Text7"));
     m_text7->setTabChangesFocus(true);

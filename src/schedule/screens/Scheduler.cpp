@@ -1,5 +1,6 @@
 #include "schedule/screens/Scheduler.h"
 
+#include "common/Clock.h"
 #include "common/ExitApp.h"
 #include "common/MousePointer.h"
 #include "common/PromptService.h"
@@ -7,6 +8,7 @@
 #include "common/TextFiles.h"
 #include "common/Waiting.h"
 #include "documents/Merge.h"
+#include "schedule/CalendarMath.h"
 #include "schedule/MeetingRecord.h"
 #include "schedule/MeetingValidation.h"
 #include "schedule/SchedulerPlugVars.h"
@@ -166,8 +168,10 @@ void Scheduler::buildWindow()
     m_cmbYear->setToolTip(QStringLiteral(" Year "));
     m_cmbYear->setEditable(true);
     m_cmbYear->setInsertPolicy(QComboBox::NoInsert);
-    m_cmbYear->lineEdit()->setValidator(new QIntValidator(1583, 9999, m_cmbYear));
-    const int thisYear = QDate::currentDate().year();
+    // Any four digits can be typed; a year outside the calendar is refused
+    // by the calendar's own message when Enter is pressed.
+    m_cmbYear->lineEdit()->setValidator(new QIntValidator(0, 9999, m_cmbYear));
+    const int thisYear = todaysDate().year();
     for (int year = thisYear - 15; year <= thisYear + 15; ++year) {
         m_cmbYear->addItem(QString::number(year));
     }
@@ -185,7 +189,8 @@ void Scheduler::buildWindow()
     commands->setSpacing(6);
     const CommandText leftCommands[] = {
         {"iPlaning", "Planning Board", " Open the Planning Board cases "},
-        {"iManage", "Manage Meetings", " Add or change meetings "},
+        {"iManage", "Manage Meetings",
+            " Add or change meetings; an administrator deletes one after Control+U brings Delete into view "},
         {"iMinutes", "Minutes", " Minutes of the selected meeting "},
         {"iPrint", "Print..", " Print the scheduled events "},
         {"iVardo", "Vardo", " Start Vardo "},
@@ -289,6 +294,11 @@ void Scheduler::connectMenus()
     connect(action("mpaste"), &QAction::triggered, this, &Scheduler::pasteText);
     connect(action("loadp"), &QAction::triggered, this, &Scheduler::loadRemarks);
     connect(action("savep"), &QAction::triggered, this, &Scheduler::saveRemarks);
+    connect(action("hlpKeys"), &QAction::triggered, this, [] {
+        showMessage(QStringLiteral("Control+U\tbring the meeting editor's Delete button into view "
+                                   "(administrators only)"),
+            QStringLiteral(" Keys"), PromptButtons::Ok, PromptIcon::Information);
+    });
     for (const QString& name : entriesCommandedFromOutside()) {
         QAction* entry = findChild<QAction*>(name);
         entry->setEnabled(false);
@@ -396,7 +406,7 @@ void Scheduler::calendarChanged()
     if (shown != m_shownMonth) {
         m_shownMonth = shown;
         reloadMonth();
-    } else if (m_events) {
+    } else if (m_events && m_marksMonth == shown) {
         // Another day of the same month: the marks stay as they are.
         showMonthMarks(*m_calendar, m_events->marks());
     }
@@ -415,11 +425,17 @@ void Scheduler::yearChosen()
 {
     bool ok = false;
     const int year = m_cmbYear->currentText().trimmed().toInt(&ok);
-    if (!ok || year < 1583 || year > 9999) {
+    if (!ok || year < FirstCalendarYear || year > LastCalendarYear) {
         QApplication::beep();
+        if (ok) {
+            m_calendar->setCalYear(year); // says "Begin of calendar!" or "End of calendar!"
+        }
         const QSignalBlocker block(m_cmbYear);
         m_cmbYear->setEditText(QString::number(m_calendar->CalYear()));
         return;
+    }
+    if (year == m_calendar->CalYear()) {
+        return; // the box shows the year in view again, after a refusal too
     }
     m_calendar->setCalYear(year);
     setEditState(EditState::Browse);
@@ -450,7 +466,11 @@ void Scheduler::reloadMonth(bool afterChange)
         = m_events->GetMonthEvents(m_calendar->date().toString(QStringLiteral("MM/dd/yyyy")));
     setNormalPointer();
     switch (outcome) {
+    case MonthEvents::Outcome::Superseded:
+        return; // a newer month was loaded and shown meanwhile
     case MonthEvents::Outcome::NoRows:
+        // The marks kept are another month's: they are not this month's.
+        m_marksMonth.clear();
         // A year without meetings or rules: the list stays as it was, unless
         // the last meeting was just removed from it.
         if (afterChange) {
@@ -467,6 +487,7 @@ void Scheduler::reloadMonth(bool afterChange)
         break;
     case MonthEvents::Outcome::Loaded:
         fillList();
+        m_marksMonth = m_shownMonth;
         showMonthMarks(*m_calendar, m_events->marks());
         if (QTreeWidgetItem* first = m_list->topLevelItem(0)) {
             selectInList(first->data(0, Qt::UserRole).toString());
@@ -717,11 +738,15 @@ void Scheduler::iVardo()
     // The inspection program sits beside the databases.
     const QString program = joinPath(session().DatabaseFolder, QStringLiteral("\\Vardo"));
     const QFileInfo file(program);
-    if (file.isFile() && file.isExecutable() && QProcess::startDetached(program, {}, file.absolutePath())) {
+    if (!file.isFile()) {
+        showMessage(QStringLiteral("Vardo is not installed: there is no companion program to start."),
+            QStringLiteral(" Vardo"), PromptButtons::Ok, PromptIcon::Information);
         return;
     }
-    showMessage(
-        QStringLiteral("The file ") + program + QStringLiteral(" cannot be found. Check parameter passed."));
+    if (!file.isExecutable() || !QProcess::startDetached(program, {}, file.absolutePath())) {
+        showMessage(QStringLiteral("Vardo could not be started from ") + program + QLatin1Char('.'),
+            QStringLiteral(" Vardo"), PromptButtons::Ok, PromptIcon::Exclamation);
+    }
 }
 
 void Scheduler::mexit()

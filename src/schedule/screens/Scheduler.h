@@ -130,6 +130,7 @@ private:
     QString m_currentKey;
     QDate m_shownDate;
     QString m_shownMonth; // Label2's text when the month was last loaded
+    QString m_marksMonth; // the month whose day marks the loaded events hold; empty for none
     bool m_loaded = false;
 
     Calendar* m_calendar = nullptr;

@@ -41,8 +41,9 @@ void buildSchedulerMenus(QMenuBar& bar)
         {{"backr", "&Backup.."}, {"backupto", "Backup To.."}, {"repair", "&Repair Attempt.."}, {"", ""},
             {"hittheroad", "download.."}, {"remotein", "upload.."}, {"", ""},
             {"changepsw", "Change &Password"}, {"doappinfo", "Application Info"}});
-    addMenu(
-        bar, "help", "&Help", {{"dohelp", "Help.."}, {"contact", "Contact Brenlo.."}, {"About", "&About.."}});
+    addMenu(bar, "help", "&Help",
+        {{"dohelp", "Help.."}, {"hlpKeys", "&Keys.."}, {"contact", "Contact Brenlo.."},
+            {"About", "&About.."}});
     addMenu(bar, "report", "&Admin",
         {{"dosbl", "SBL Repository"}, {"usermanage", "User Management"}, {"convert", "Convert DB"},
             {"checkupdates", "Check for updates.."}, {"defaults", "&Preferences Settings.."}, {"", ""},
