@@ -248,7 +248,7 @@ TEST_F(CaseClerkTest, CommandsWhoseScreensAreToComeSaySoInOneLine)
     prompts().clear();
     for (const char* button :
         {"ifees", "iMeetings", "iReview", "iSEQRA", "iBonds", "iActions", "iMaps", "iWetlands", "iAdjacents",
-            "iIssues", "iContinue", "iParcel", "iPrint", "IDoc", "IPic", "finda", "iSBLLoc"}) {
+            "iIssues", "iContinue", "iParcel", "IDoc", "IPic", "finda", "iSBLLoc"}) {
         click(button);
         saysNotAvailable(button);
     }
