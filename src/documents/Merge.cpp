@@ -129,6 +129,74 @@ void replaceByPicture(QTextDocument& buffer, const QString& token, const QString
     }
 }
 
+// What a document shows, kept to skip the searches for placeholders it does
+// not hold: a long listing holds hardly any, and searching all of it for each
+// of the print-time words would cost more than printing it. Read again after
+// any replacement, since a value may bring a placeholder of its own.
+class PlaceholderScan
+{
+public:
+    explicit PlaceholderScan(QTextDocument& document)
+        : m_document(document)
+    {
+    }
+
+    bool holds(const QString& token)
+    {
+        if (m_stale) {
+            readMarks();
+        }
+        return m_marks.contains(token.toCaseFolded());
+    }
+    void token(const QString& token, const QString& value, int mode = 1)
+    {
+        if (holds(token)) {
+            m_stale = ReplaceToken(m_document, token, value, mode) > 0 || m_stale;
+        }
+    }
+    void literal(const QString& token, const QString& value)
+    {
+        if (holds(token)) {
+            m_stale = ReplaceLiteral(m_document, token, value) > 0 || m_stale;
+        }
+    }
+    template <typename Replace> void other(const QString& token, Replace replace)
+    {
+        if (holds(token)) {
+            replace();
+            m_stale = true;
+        }
+    }
+
+private:
+    // Every placeholder begins with "%" or "#": the text behind each of
+    // those, folded, one piece a line, is all a search needs to look at.
+    void readMarks()
+    {
+        constexpr qsizetype longest = 40; // longer than any placeholder
+        const QString text = m_document.toPlainText();
+        m_marks.clear();
+        qsizetype percent = text.indexOf(QLatin1Char('%'));
+        qsizetype hash = text.indexOf(QLatin1Char('#'));
+        while (percent >= 0 || hash >= 0) {
+            const qsizetype at = percent < 0 ? hash : hash < 0 ? percent : std::min(percent, hash);
+            m_marks += QStringView(text).mid(at, longest).toString().toCaseFolded();
+            m_marks += QLatin1Char('\n');
+            if (at == percent) {
+                percent = text.indexOf(QLatin1Char('%'), at + 1);
+            }
+            if (at == hash) {
+                hash = text.indexOf(QLatin1Char('#'), at + 1);
+            }
+        }
+        m_stale = false;
+    }
+
+    QTextDocument& m_document;
+    QString m_marks;
+    bool m_stale = true;
+};
+
 QString twoDigits(int i)
 {
     return QStringLiteral("%1").arg(i, 2, 10, QLatin1Char('0'));
@@ -185,10 +253,11 @@ QList<ColumnValue> columnValuesOf(const store::Recordset& row, std::span<const s
 void plugColumns(QTextDocument& buffer, const QList<ColumnValue>& columns, bool clockForm)
 {
     const QString forms = clockForm ? QStringLiteral("$@&~") : QStringLiteral("$@&");
+    PlaceholderScan scan(buffer);
     for (const ColumnValue& column : columns) {
-        ReplaceToken(buffer, QLatin1Char('%') + column.name, column.value);
+        scan.token(QLatin1Char('%') + column.name, column.value);
         for (const QChar form : forms) {
-            ReplaceToken(buffer, QString(QLatin1Char('%')) + form + column.name, column.value);
+            scan.token(QString(QLatin1Char('%')) + form + column.name, column.value);
         }
     }
 }
@@ -198,55 +267,57 @@ void plugFixedWords(QTextDocument& buffer, int screenCode, const FixedWords& wor
     const bool addressed = screenCode == ScreenCodes::Case || screenCode == ScreenCodes::Fees
                            || screenCode == ScreenCodes::Bonds;
     const PrintState& state = printState();
-    ReplaceToken(buffer, QStringLiteral("##"), pageCounterText());
-    ReplaceToken(buffer, QStringLiteral("%dl"), formatLongDate(today()));
-    ReplaceToken(buffer, QStringLiteral("%ds"), shortDateText());
-    ReplaceToken(buffer, QStringLiteral("%tm"), timeText());
-    replaceByRtf(buffer, QStringLiteral("%mh"), session().ReportHeaderRtf);
-    ReplaceToken(buffer, QStringLiteral("%sh"), state.reportHeading);
+    PlaceholderScan scan(buffer);
+    scan.token(QStringLiteral("##"), pageCounterText());
+    scan.token(QStringLiteral("%dl"), formatLongDate(today()));
+    scan.token(QStringLiteral("%ds"), shortDateText());
+    scan.token(QStringLiteral("%tm"), timeText());
+    scan.other(QStringLiteral("%mh"), [&] { replaceByRtf(buffer, QStringLiteral("%mh"), session().ReportHeaderRtf); });
+    scan.token(QStringLiteral("%sh"), state.reportHeading);
     if (addressed) {
-        ReplaceToken(buffer, QStringLiteral("%nm"), state.addressee.name);
-        ReplaceToken(buffer, QStringLiteral("%ad"), state.addressee.street);
-        ReplaceToken(buffer, QStringLiteral("%zp"), state.addressee.city);
+        scan.token(QStringLiteral("%nm"), state.addressee.name);
+        scan.token(QStringLiteral("%ad"), state.addressee.street);
+        scan.token(QStringLiteral("%zp"), state.addressee.city);
     }
     if (screenCode != ScreenCodes::Dashboard) {
-        ReplaceToken(buffer, QStringLiteral("%proj"), words.caseNumber);
+        scan.token(QStringLiteral("%proj"), words.caseNumber);
     }
     if (screenCode == ScreenCodes::Case) {
-        ReplaceToken(buffer, QStringLiteral("%stat"), words.statusWord);
+        scan.token(QStringLiteral("%stat"), words.statusWord);
     }
     if (addressed) {
-        ReplaceToken(buffer, QStringLiteral("%sbl"), words.sbl);
+        scan.token(QStringLiteral("%sbl"), words.sbl);
     }
     if (screenCode == ScreenCodes::Dashboard) {
-        ReplaceToken(buffer, QStringLiteral("%mm"), words.monthName);
-        ReplaceToken(buffer, QStringLiteral("%yy"), words.year);
+        scan.token(QStringLiteral("%mm"), words.monthName);
+        scan.token(QStringLiteral("%yy"), words.year);
     }
 }
 
 void ExpandPrintTokens(QTextDocument& buffer)
 {
     const PrintState& state = printState();
-    ReplaceLiteral(buffer, QStringLiteral("##"), pageCounterText());
-    ReplaceLiteral(buffer, QStringLiteral("%dl"), formatLongDate(today()));
-    ReplaceLiteral(buffer, QStringLiteral("%ds"), shortDateText());
-    ReplaceLiteral(buffer, QStringLiteral("%tm"), timeText());
+    PlaceholderScan scan(buffer);
+    scan.literal(QStringLiteral("##"), pageCounterText());
+    scan.literal(QStringLiteral("%dl"), formatLongDate(today()));
+    scan.literal(QStringLiteral("%ds"), shortDateText());
+    scan.literal(QStringLiteral("%tm"), timeText());
     // Words of a label sheet that no screen fills any more.
     for (const char* word : {"%ln", "%mi", "%id", "%ms", "%me"}) {
-        ReplaceLiteral(buffer, QString::fromLatin1(word), QString());
+        scan.literal(QString::fromLatin1(word), QString());
     }
-    replaceByRtf(buffer, QStringLiteral("%mh"), session().ReportHeaderRtf);
-    ReplaceToken(buffer, QStringLiteral("%nm"), state.addressee.name);
-    ReplaceToken(buffer, QStringLiteral("%ad"), state.addressee.street);
-    ReplaceToken(buffer, QStringLiteral("%zp"), state.addressee.city);
+    scan.other(QStringLiteral("%mh"), [&] { replaceByRtf(buffer, QStringLiteral("%mh"), session().ReportHeaderRtf); });
+    scan.token(QStringLiteral("%nm"), state.addressee.name);
+    scan.token(QStringLiteral("%ad"), state.addressee.street);
+    scan.token(QStringLiteral("%zp"), state.addressee.city);
     const Session& s = session();
-    replaceByPicture(buffer, QStringLiteral("%pi"), s.DatabaseFolder + QStringLiteral("/pics/MP"));
-    replaceByPicture(buffer, QStringLiteral("%si"), s.MasterDatabaseFolder + QStringLiteral("/memos/sig.bmp"));
-    replaceByPicture(buffer, QStringLiteral("%lo"), s.MasterDatabaseFolder + QStringLiteral("/memos/logo.bmp"));
+    scan.other(QStringLiteral("%pi"), [&] { replaceByPicture(buffer, QStringLiteral("%pi"), s.DatabaseFolder + QStringLiteral("/pics/MP")); });
+    scan.other(QStringLiteral("%si"), [&] { replaceByPicture(buffer, QStringLiteral("%si"), s.MasterDatabaseFolder + QStringLiteral("/memos/sig.bmp")); });
+    scan.other(QStringLiteral("%lo"), [&] { replaceByPicture(buffer, QStringLiteral("%lo"), s.MasterDatabaseFolder + QStringLiteral("/memos/logo.bmp")); });
     for (int i = 1; i <= 25; ++i) {
         const QString& slot = state.receiptSlots[size_t(i)];
-        ReplaceLiteral(buffer, QLatin1Char('%') + twoDigits(i), slot);
-        ReplaceToken(buffer, QStringLiteral("%$") + twoDigits(i), slot);
+        scan.literal(QLatin1Char('%') + twoDigits(i), slot);
+        scan.token(QStringLiteral("%$") + twoDigits(i), slot);
     }
 }
 

@@ -74,7 +74,10 @@ Editor::Editor()
 
     m_report = makeBuffer("RichTextBox1", this);
     m_report->setReadOnly(true);
-    m_report->setLineWrapMode(QTextEdit::NoWrap);
+    // Lines break where they will on paper: 8.5 inches less the 0.8-inch
+    // margins of the report window's printing.
+    m_report->setLineWrapMode(QTextEdit::FixedPixelWidth);
+    m_report->setLineWrapColumnOrWidth(qRound(6.9 * m_report->logicalDpiX()));
     layout->addWidget(m_report, 1);
     m_scratch = makeBuffer("RichTextBox2", this);
     m_scratch->hide();
