@@ -58,6 +58,7 @@ bool Startup::run()
     if (!SetDefaults()) {
         return false;
     }
+    checkDatabaseFiles();
     setHourglass();
     FindDefaultBrowser();
 
@@ -89,9 +90,34 @@ bool Startup::run()
     m_host.closeWaitNotice();
     setNormalPointer();
     m_host.showMainWindow();
+    m_mainWindowShown = true;
+    reportDamagedDatabases();
     letEventsRun();
     letEventsRun();
     return true;
+}
+
+void Startup::checkDatabaseFiles()
+{
+    m_databaseCheck = std::make_unique<DatabaseHealthCheck>(session().DatabaseFolder);
+    QObject::connect(m_databaseCheck.get(), &DatabaseHealthCheck::finished, m_databaseCheck.get(),
+        [this] { reportDamagedDatabases(); });
+    m_databaseCheck->start();
+}
+
+void Startup::reportDamagedDatabases()
+{
+    // Said once, over the main window: a message during the log-on would
+    // stand between the user and the program.
+    if (!m_databaseCheck || !m_databaseCheck->isFinished() || !m_mainWindowShown || m_damageReported) {
+        return;
+    }
+    m_damageReported = true;
+    m_findings.damagedDatabases = m_databaseCheck->message();
+    if (!m_findings.damagedDatabases.isEmpty()) {
+        showMessage(m_findings.damagedDatabases, QStringLiteral(" Database Check"), PromptButtons::Ok,
+            PromptIcon::Exclamation);
+    }
 }
 
 void Startup::clearSessionFlags()

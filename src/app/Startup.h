@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/DatabaseHealthCheck.h"
 #include "app/InstanceGuard.h"
 #include "app/StartupHost.h"
 
@@ -30,6 +31,7 @@ public:
         bool secondInstance = false;
         bool settingsInFilesAsked = false; // w7.txt asked for settings kept in files
         bool updaterReplaced = false;
+        QString damagedDatabases; // what the check of the database files found, once it has
     };
     const Findings& findings() const { return m_findings; }
 
@@ -47,17 +49,26 @@ public:
     bool logOn();
     void readParcelStoreVersion();
     void readBrowserFile();
+    // Starts the check of the database files in the background; a damaged
+    // file is named in a message once the main window is up.
+    void checkDatabaseFiles();
+    // The running check, for tests that wait for it.
+    DatabaseHealthCheck* databaseCheck() const { return m_databaseCheck.get(); }
 
     // True when the first line of w7.txt in a folder, trimmed, is "1".
     static bool w7AsksForSettingsInFiles(const QString& programFolder);
 
 private:
     QString path(const QString& officePath) const;
+    void reportDamagedDatabases();
 
     StartupHost& m_host;
     QString m_programFolder;
     std::unique_ptr<InstanceGuard> m_guard;
     Findings m_findings;
+    std::unique_ptr<DatabaseHealthCheck> m_databaseCheck;
+    bool m_mainWindowShown = false;
+    bool m_damageReported = false;
 };
 
 } // namespace pvardo::app

@@ -3,6 +3,7 @@
 #include "cli/AdminCommand.h"
 #include "common/Session.h"
 #include "common/TextFiles.h"
+#include "store/DatabaseCheck.h"
 #include "store/DatabaseLocation.h"
 
 #include <QDir>
@@ -14,9 +15,14 @@ namespace {
 
 int runCheckDatabases(CommandContext& context)
 {
-    if (!context.args.isEmpty()) {
-        context.err << "usage: pvardo-admin --home DIR check-databases" << Qt::endl;
-        return ExitCode::BadUsage;
+    bool verify = false;
+    for (const QString& argument : context.args) {
+        if (argument == QLatin1String("--verify")) {
+            verify = true;
+        } else {
+            context.err << "usage: pvardo-admin --home DIR check-databases [--verify]" << Qt::endl;
+            return ExitCode::BadUsage;
+        }
     }
     if (!QFileInfo(context.home).isDir()) {
         context.err << "pvardo-admin check-databases: there is no folder "
@@ -30,11 +36,14 @@ int runCheckDatabases(CommandContext& context)
     }
     Session& state = session();
     state.ProgramFolder = context.home;
-    state.MasterDatabaseFolder = joinPath(context.home, QStringLiteral("\\databases"));
-    if (const auto lines = readTextLines(joinPath(context.home, QStringLiteral("\\PVardo.ini")));
-        lines && !lines->isEmpty() && !lines->constFirst().trimmed().isEmpty()) {
-        state.MasterDatabaseFolder = lines->constFirst();
+    // The folder the program would choose; nothing is made anywhere when no
+    // folder holds a database (a shared folder that is not connected).
+    const store::DatabaseFolderChoice choice = store::chooseDatabaseFolder(context.home);
+    if (!choice.holdsDatabases) {
+        context.err << "pvardo-admin check-databases: " << store::databaseFolderProblem(choice) << Qt::endl;
+        return ExitCode::Failed;
     }
+    state.MasterDatabaseFolder = choice.named;
     state.DatabaseFolder = state.MasterDatabaseFolder;
     const QString named = state.DatabaseFolder;
 
@@ -56,6 +65,30 @@ int runCheckDatabases(CommandContext& context)
         }
     }
     out << "Parcel store version: " << state.ParcelStoreVersion << '\n';
+    int code = ExitCode::Ok;
+    if (verify) {
+        const QList<store::FileVerdict> verdicts = store::verifyDatabaseFolder(state.DatabaseFolder);
+        int sound = 0;
+        for (const store::FileVerdict& verdict : verdicts) {
+            if (verdict.ok()) {
+                ++sound;
+                continue;
+            }
+            code = ExitCode::Failed;
+            context.err << QDir::toNativeSeparators(verdict.path) << (verdict.damaged ? " is damaged:" : ":")
+                        << Qt::endl;
+            for (const QString& problem : verdict.problems) {
+                context.err << "  " << problem << Qt::endl;
+            }
+        }
+        out << "Verified " << verdicts.size() << " database files: " << sound << " sound, "
+            << verdicts.size() - sound << " damaged or not as expected.\n";
+        if (code != ExitCode::Ok) {
+            context.err << "Ask everyone to close the program, then restore the files named above from the last "
+                           "backup, or have them repaired."
+                        << Qt::endl;
+        }
+    }
     if (!result.failed.isEmpty()) {
         context.err << "These could not be put in place:" << Qt::endl;
         for (const QString& failure : result.failed) {
@@ -63,11 +96,12 @@ int runCheckDatabases(CommandContext& context)
         }
         return ExitCode::Failed;
     }
-    return ExitCode::Ok;
+    return code;
 }
 
-const CommandRegistration registration{{"check-databases", "check-databases",
-    "check the database folder and replace missing seeded files", true, &runCheckDatabases}};
+const CommandRegistration registration{{"check-databases", "check-databases [--verify]",
+    "check the database folder and replace missing seeded files; --verify reads every file for damage", true,
+    &runCheckDatabases}};
 
 } // namespace
 

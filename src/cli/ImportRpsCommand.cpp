@@ -111,6 +111,9 @@ int runImportRps(CommandContext& context)
         return ExitCode::Failed;
     }
     printPreview(context, import, analysis);
+    for (const QString& note : analysis.notes) {
+        context.err << note << Qt::endl;
+    }
     if (analysis.processed == 0) {
         context.err << "The confidence level is zero: this does not look like an NYS RPS converted text file"
                     << (target.isEmpty() ? QString() : QStringLiteral(" with records of SWIS ") + target)

@@ -3,6 +3,7 @@
 // printer or into a PDF file. Offices use it for batch printing; it is also
 // the way to look at the engine's pages from outside the program.
 #include "cli/AdminCommand.h"
+#include "common/ReplacingFile.h"
 #include "documents/PrintRichText.h"
 #include "documents/RtfReader.h"
 #include "documents/printer/DefaultPrinter.h"
@@ -12,7 +13,6 @@
 #include <QFileInfo>
 #include <QPageSize>
 #include <QPdfWriter>
-#include <QSaveFile>
 #include <QTextDocument>
 
 namespace pvardo::cli {
@@ -127,10 +127,9 @@ int runPrint(CommandContext& context)
 
     if (!pdf.isEmpty()) {
         // The PDF is written beside its final name and put in place whole.
-        QSaveFile out(pdf);
+        ReplacingFile out(pdf);
         if (!out.open(QIODevice::WriteOnly)) {
-            context.err << "pvardo-admin print: cannot write " << QDir::toNativeSeparators(pdf) << ": "
-                        << out.errorString() << Qt::endl;
+            context.err << "pvardo-admin print: " << out.errorText() << Qt::endl;
             return ExitCode::Failed;
         }
         documents::PrintOutcome outcome;
@@ -143,9 +142,14 @@ int runPrint(CommandContext& context)
             writer.setCreator(QStringLiteral("pvardo"));
             outcome = documents::PrintRichText(document, writer, settings);
         }
-        if (!outcome.ok || !out.commit()) {
+        if (!outcome.ok) {
+            out.cancel();
             context.err << "pvardo-admin print: cannot write " << QDir::toNativeSeparators(pdf) << ": "
-                        << (outcome.ok ? out.errorString() : outcome.error) << Qt::endl;
+                        << outcome.error << Qt::endl;
+            return ExitCode::Failed;
+        }
+        if (!out.commit()) {
+            context.err << "pvardo-admin print: " << out.errorText() << Qt::endl;
             return ExitCode::Failed;
         }
         if (!context.quiet) {

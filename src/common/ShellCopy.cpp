@@ -1,15 +1,16 @@
 #include "common/ShellCopy.h"
 
 #include "common/PromptService.h"
+#include "common/ReplacingFile.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QThread>
 #include <sqlite3.h>
+#include <sys/stat.h>
 
 namespace pvardo {
 
@@ -61,10 +62,10 @@ bool copyPlainFile(const QString& from, const QString& to, QString* error)
         }
         return false;
     }
-    QSaveFile target(to);
+    ReplacingFile target(to);
     if (!target.open(QIODevice::WriteOnly)) {
         if (error) {
-            *error = to + QStringLiteral(": ") + target.errorString();
+            *error = target.errorText();
         }
         return false;
     }
@@ -75,7 +76,7 @@ bool copyPlainFile(const QString& from, const QString& to, QString* error)
             if (error) {
                 *error = from + QStringLiteral(": ") + source.errorString();
             }
-            target.cancelWriting();
+            target.cancel();
             return false;
         }
         if (got == 0) {
@@ -83,15 +84,15 @@ bool copyPlainFile(const QString& from, const QString& to, QString* error)
         }
         if (target.write(buffer, got) != got) {
             if (error) {
-                *error = to + QStringLiteral(": ") + target.errorString();
+                *error = target.errorText();
             }
-            target.cancelWriting();
+            target.cancel();
             return false;
         }
     }
     if (!target.commit()) {
         if (error) {
-            *error = to + QStringLiteral(": ") + target.errorString();
+            *error = target.errorText();
         }
         return false;
     }
@@ -255,6 +256,9 @@ bool copyDatabaseFile(const QString& from, const QString& to, QString* error)
         QFile::remove(temporary);
         return false;
     }
+    // SQLite makes a new file readable by all and writable by its owner only;
+    // a copy in a shared folder must be writable by the office's group too.
+    ::chmod(QFile::encodeName(temporary).constData(), static_cast<mode_t>(newFileMode()));
     if (!QFile::rename(temporary, to)) {
         setError(to + QStringLiteral(": cannot be written"));
         QFile::remove(temporary);

@@ -1,7 +1,8 @@
 #include "common/TextFiles.h"
 
+#include "common/ReplacingFile.h"
+
 #include <QFile>
-#include <QSaveFile>
 #include <QStringDecoder>
 
 namespace pvardo {
@@ -68,18 +69,11 @@ std::optional<QStringList> readTextLines(const QString& path)
 
 bool replaceFile(const QString& path, const QByteArray& bytes, QString* error)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
+    ReplacingFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
         if (error) {
-            *error = file.errorString();
+            *error = file.errorText();
         }
-        return false;
-    }
-    if (file.write(bytes) != bytes.size() || !file.commit()) {
-        if (error) {
-            *error = file.errorString();
-        }
-        file.cancelWriting();
         return false;
     }
     return true;

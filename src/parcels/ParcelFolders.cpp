@@ -18,22 +18,27 @@ bool useInstallationFolders(const QString& programFolder, Session& session, QStr
         return false;
     }
     session.ProgramFolder = programFolder;
-    QString databaseFolder = joinPath(programFolder, QStringLiteral("\\databases"));
-    const auto settings = readTextLines(joinPath(programFolder, QStringLiteral("\\PVardo.ini")));
-    if (settings && !settings->isEmpty()) {
-        const QString named = settings->first().trimmed();
-        if (!named.isEmpty() && QFileInfo(named).isDir()) {
-            databaseFolder = QDir::cleanPath(named);
-        }
+    // The program's rule, so that the roll goes where the program reads it.
+    // A named folder without databases is most often a shared folder that is
+    // not connected: nothing is written, neither there nor in the default.
+    const store::DatabaseFolderChoice choice = store::chooseDatabaseFolder(programFolder);
+    QString problem = store::databaseFolderProblem(choice);
+    if (problem.isEmpty() && (choice.namedIsEmpty || choice.namedIsMissing)) {
+        problem = QStringLiteral("The database folder %1 named in PVardo.ini %2; the program would use %3 "
+                                 "instead. If the databases are on a shared folder, make sure it is connected, or "
+                                 "name the right folder in Preferences. Nothing was written.")
+                      .arg(QDir::toNativeSeparators(choice.named),
+                          choice.namedIsMissing ? QStringLiteral("is not there")
+                                                : QStringLiteral("holds no database"),
+                          QDir::toNativeSeparators(choice.folder));
     }
-    if (!QFileInfo(databaseFolder).isDir()) {
+    if (!problem.isEmpty()) {
         if (error) {
-            *error
-                = QStringLiteral("The installation %1 has no database folder (%2).")
-                      .arg(QDir::toNativeSeparators(programFolder), QDir::toNativeSeparators(databaseFolder));
+            *error = problem;
         }
         return false;
     }
+    const QString databaseFolder = choice.folder;
     session.DatabaseFolder = databaseFolder;
     if (session.ParcelDatabasePath.isEmpty()) {
         session.ParcelDatabasePath = store::databaseFile(databaseFolder, QStringLiteral("sbl.mdb"));

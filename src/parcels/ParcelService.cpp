@@ -80,14 +80,12 @@ void ParcelService::moveLastThenFirst()
 
 bool ParcelService::SBLLocate(const QString& sbl)
 {
-    if (!m_store || m_store->RecordCount() == 0) {
+    if (!m_store) {
         return false;
     }
-    moveLastThenFirst();
-    // The key is joined in as it stands, as every look-up of the office's is;
-    // a key the criteria cannot hold finds nothing.
-    return m_store->Find(QStringLiteral("[SBLF] = ") + store::quotedText(sbl.toUpper())).ok()
-        && !m_store->Eof();
+    // Bound, so a number with an apostrophe is found again; and a parcel
+    // another workstation added since the store was opened is found too.
+    return m_store->FindKey(QStringLiteral("SBLF"), sbl.toUpper()).ok() && !m_store->Eof();
 }
 
 bool ParcelService::SBLExists(const QString& sbl)

@@ -1,14 +1,32 @@
 #include "parcels/RpsFields.h"
 
+#include "common/TextFiles.h"
 #include "parcels/TextCuts.h"
 
 namespace pvardo::parcels {
 
 namespace {
 
-QString field(const QString& line, int first, int width)
+// The columns count bytes: a name written in UTF-8 takes two or three bytes
+// for a letter, and the fields after it stay where the roll put them. Each
+// field is decoded on its own.
+QString rawField(const QByteArray& line, int first, int width)
 {
-    return trimBlanks(midText(line, first, width));
+    if (first < 1 || first > line.size()) {
+        return QString();
+    }
+    const QByteArray bytes = line.mid(first - 1, width);
+    for (const char c : bytes) {
+        if (static_cast<unsigned char>(c) >= 0x80) {
+            return decodeText(bytes);
+        }
+    }
+    return QString::fromLatin1(bytes);
+}
+
+QString field(const QByteArray& line, int first, int width)
+{
+    return trimBlanks(rawField(line, first, width));
 }
 
 void replaceUntilGone(QString& text, QLatin1String from, QLatin1String to)
@@ -20,51 +38,51 @@ void replaceUntilGone(QString& text, QLatin1String from, QLatin1String to)
 
 } // namespace
 
-QString RpsFields::getSwis(const QString& line)
+QString RpsFields::getSwis(const QByteArray& line)
 {
     return field(line, 1, 6);
 }
 
-QString RpsFields::getSBL(const QString& line)
+QString RpsFields::getSBL(const QByteArray& line)
 {
     QString sbl = field(line, 65, 25);
     cleanSBL(sbl);
     return sbl;
 }
 
-QString RpsFields::getEGrid(const QString& line)
+QString RpsFields::getEGrid(const QByteArray& line)
 {
     const QString east = field(line, 90, 7);
     return east.isEmpty() ? QStringLiteral("0") : east;
 }
 
-QString RpsFields::getNGrid(const QString& line)
+QString RpsFields::getNGrid(const QByteArray& line)
 {
     const QString north = field(line, 97, 7);
     return north.isEmpty() ? QStringLiteral("0") : north;
 }
 
-QString RpsFields::getLoc(const QString& line)
+QString RpsFields::getLoc(const QByteArray& line)
 {
     return trimBlanks(field(line, 133, 9) + QLatin1Char(' ') + field(line, 108, 25));
 }
 
-QString RpsFields::getOwner(const QString& line)
+QString RpsFields::getOwner(const QByteArray& line)
 {
     return trimBlanks(field(line, 277, 25) + QLatin1Char(' ') + field(line, 302, 25));
 }
 
-QString RpsFields::getMailing(const QString& line)
+QString RpsFields::getMailing(const QByteArray& line)
 {
     // An empty second line leaves two blanks before the comma, and the zip
     // keeps its own blanks: the office's labels have always looked so.
     return trimBlanks(field(line, 352, 25) + QLatin1Char(' ') + field(line, 377, 25) + QLatin1String(" , ")
-        + field(line, 402, 25) + QLatin1Char(' ') + midText(line, 427, 9));
+        + field(line, 402, 25) + QLatin1Char(' ') + rawField(line, 427, 9));
 }
 
-bool RpsFields::isParcelRecord(const QString& line)
+bool RpsFields::isParcelRecord(const QByteArray& line)
 {
-    return line.endsWith(QLatin1String("14"));
+    return line.endsWith("14");
 }
 
 void RpsFields::cleanSBL(QString& sbl)

@@ -82,16 +82,6 @@ private:
     QByteArray m_buffer;
 };
 
-bool isAscii(const QByteArray& bytes)
-{
-    for (const char c : bytes) {
-        if (static_cast<unsigned char>(c) >= 0x80) {
-            return false;
-        }
-    }
-    return true;
-}
-
 QString importedStamp(const QDateTime& when)
 {
     return QLocale::c().toString(when, QStringLiteral("MM/dd/yyyy hh:mm:ss AP"));
@@ -204,10 +194,12 @@ RpsImportResult RpsImport::ImportIn(int pass, RpsRoll* roll, const RpsImportCall
             ? 100.0 * static_cast<double>(result.bytesRead) / static_cast<double>(result.fileBytes)
             : 0;
         // Binary data is no record, whatever its last two bytes.
-        if (tooLong || bytes.contains('\0')) {
+        if (tooLong) {
             ++result.skippedOtherType;
+        } else if (bytes.contains('\0')) {
+            ++result.binaryLines;
         } else {
-            const QString line = isAscii(bytes) ? QString::fromLatin1(bytes) : decodeText(bytes);
+            const QByteArray& line = bytes;
             if (!RpsFields::isParcelRecord(line)) {
                 ++result.skippedOtherType;
             } else if (!m_target.isEmpty() && RpsFields::getSwis(line) != m_target) {
@@ -241,7 +233,7 @@ RpsImportResult RpsImport::ImportIn(int pass, RpsRoll* roll, const RpsImportCall
                         const RpsRow row{full, preview.sbl, preview.owner, preview.owner, preview.location,
                             preview.east, preview.north, preview.mailing, QString(), QString(), QString(),
                             QString()};
-                        status = roll->locate(full) ? roll->RPSSBLUpdate2(row) : roll->RPSSBLAdd(row);
+                        status = roll->RPSSBLWrite(row);
                         if (status.ok()
                             && (result.processed - committed == RowsPerTransaction
                                 || group.elapsed() >= TransactionMs)) {
@@ -267,6 +259,27 @@ RpsImportResult RpsImport::ImportIn(int pass, RpsRoll* roll, const RpsImportCall
         }
     }
     result.fileRead = !result.stopped && status.ok() && !reader.failed();
+    if (pass == 1) {
+        m_analysedBytes = result.fileBytes;
+    } else if (m_analysedBytes >= 0) {
+        const qint64 now = QFileInfo(m_path).size();
+        if (now != m_analysedBytes || result.fileBytes != m_analysedBytes) {
+            result.changedSinceAnalysis = true;
+            result.notes.append(QStringLiteral("The file %1 changed after it was analysed (%2 bytes then, %3 bytes "
+                                               "now): the records imported are those of the file as it was read "
+                                               "now, and the analysis does not describe them.")
+                                    .arg(QDir::toNativeSeparators(m_path))
+                                    .arg(m_analysedBytes)
+                                    .arg(now));
+        }
+    }
+    if (result.binaryLines > 0) {
+        result.notes.append(QStringLiteral("%1 %2 of the file held a NUL byte (binary data, not text) and %3 not "
+                                           "read as records.")
+                                .arg(result.binaryLines)
+                                .arg(result.binaryLines == 1 ? QStringLiteral("line") : QStringLiteral("lines"))
+                                .arg(result.binaryLines == 1 ? QStringLiteral("was") : QStringLiteral("were")));
+    }
     if (reader.failed() && status.ok()) {
         result.message = QStringLiteral("The file %1 could not be read to its end: %2")
                              .arg(QDir::toNativeSeparators(m_path), file.errorString());
@@ -280,8 +293,12 @@ RpsImportResult RpsImport::ImportIn(int pass, RpsRoll* roll, const RpsImportCall
             roll->rollbackBatch();
             result.processed = committed;
             result.status = status;
-            result.message = QStringLiteral("The tax parcel import file could not be written: %1")
-                                 .arg(status.description);
+            result.message = QStringLiteral("The tax parcel import file could not be written: %1\n\nThe import "
+                                            "stopped. %2 records were saved before the failure; the rest of the "
+                                            "file was not imported. Import the file again when the cause is "
+                                            "mended.")
+                                 .arg(status.description)
+                                 .arg(committed);
         }
         result.stopFlag = result.processed == 0;
         session().StopFlag = result.stopFlag;
@@ -305,7 +322,10 @@ RpsImport::Completion RpsImport::iContinue(
     if (!completion.result.message.isEmpty()) {
         completion.messages.append(completion.result.message);
     }
-    if (completion.result.stopFlag) {
+    completion.messages.append(completion.result.notes);
+    // A run that failed or was stopped is not the import of the file: the
+    // stamp of the last import stays as it was.
+    if (completion.result.stopFlag || !completion.result.status.ok() || !completion.result.fileRead) {
         return completion;
     }
     const QString imported = joinPath(databaseFolder, QStringLiteral("\\imported.txt"));

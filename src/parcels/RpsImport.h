@@ -49,6 +49,9 @@ struct RpsImportResult
     qint64 bytesRead = 0;
     int lines = 0;
     int skippedOtherType = 0;
+    int binaryLines = 0; // lines holding a NUL byte
+    bool changedSinceAnalysis = false; // pass 2: the file is not the one pass 1 read
+    QStringList notes; // what the run's summary must say besides the counts
     int skippedOtherSwis = 0;
     int invalidSbl = 0;
     int processed = 0;
@@ -97,6 +100,7 @@ public:
 private:
     QString m_path;
     QString m_target;
+    qint64 m_analysedBytes = -1; // the file's length when pass 1 read it
 };
 
 } // namespace pvardo::parcels

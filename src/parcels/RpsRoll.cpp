@@ -45,7 +45,8 @@ StoreStatus RpsRoll::open(bool createWhenMissing)
                 QStringLiteral("There is no tax parcel import file: %1").arg(m_path));
         }
         StoreStatus created = store::createDatabaseFile(m_path, store::tableDef(store::Table::RPS));
-        if (!created.ok()) {
+        // Another workstation may have made it in the same moment.
+        if (!created.ok() && !rollExists()) {
             return created;
         }
     }
@@ -75,12 +76,12 @@ StoreStatus RpsRoll::resetRPS()
 
 bool RpsRoll::locate(const QString& fullForm)
 {
-    if (!m_rows || m_rows->RecordCount() == 0) {
+    if (!m_rows) {
         return false;
     }
-    m_rows->MoveLast();
-    m_rows->MoveFirst();
-    return m_rows->Find(QStringLiteral("[RSBLF] = ") + store::quotedText(fullForm)).ok() && !m_rows->Eof();
+    // Bound, and seeing rows another workstation wrote since the roll was
+    // opened: two imports at once end in an update, never a second row.
+    return m_rows->FindKey(QStringLiteral("RSBLF"), fullForm.toUpper()).ok() && !m_rows->Eof();
 }
 
 bool RpsRoll::RPSSBLExists(const QString& fullForm)
@@ -145,6 +146,20 @@ StoreStatus RpsRoll::RPSSBLAdd(const RpsRow& row)
     return writeRow(row);
 }
 
+StoreStatus RpsRoll::RPSSBLWrite(const RpsRow& row)
+{
+    if (locate(row.fullForm)) {
+        return RPSSBLUpdate2(row);
+    }
+    StoreStatus status = RPSSBLAdd(row);
+    // Another workstation's import added it in the meantime: the unique key
+    // refused a second row, and the one there is updated.
+    if (status.number == store::StoreErrorNumber::DuplicateKey && locate(row.fullForm)) {
+        status = RPSSBLUpdate2(row);
+    }
+    return status;
+}
+
 StoreStatus RpsRoll::RPSSBLUpdate2(const RpsRow& row)
 {
     if (!m_rows) {
@@ -197,11 +212,16 @@ int RpsRoll::syncSBL(ParcelService& parcels, StoreStatus* status, const ParcelPr
         const QString price = text("RPRICE");
         const QString notes = text("RNOTES");
         const QString flag = text("FLAG");
-        if (parcels.SBLLocate(full)) {
-            result = parcels.SBLUpdateExtended(
-                full, contact, association, location, east, north, mailing, map, price, notes, flag);
-        } else {
+        const bool known = parcels.SBLLocate(full);
+        if (!known) {
             result = parcels.SBLAddExtended(
+                full, contact, association, location, east, north, mailing, map, price, notes, flag);
+        }
+        // Added by another workstation in the meantime: the unique key refused
+        // a second row, and the row there is brought up to date instead.
+        if (known
+            || (result.number == store::StoreErrorNumber::DuplicateKey && parcels.SBLLocate(full))) {
+            result = parcels.SBLUpdateExtended(
                 full, contact, association, location, east, north, mailing, map, price, notes, flag);
         }
         if (!result.ok()) {

@@ -62,6 +62,8 @@ public:
     // location is written "?".
     store::StoreStatus RPSSBLAdd(const RpsRow& row);
     store::StoreStatus RPSSBLUpdate2(const RpsRow& row);
+    // The row of the parcel rewritten when the roll holds it, else added.
+    store::StoreStatus RPSSBLWrite(const RpsRow& row);
 
     // Carries every roll row into the parcel store: owner, contact, location,
     // mailing address and coordinates are overwritten; flags, permit, trail

@@ -1,10 +1,10 @@
 #include "parcels/StoreFiles.h"
 
+#include "common/ReplacingFile.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
-
 namespace pvardo::parcels {
 
 bool copyFileReplacing(const QString& source, const QString& target, QString* error)
@@ -17,11 +17,11 @@ bool copyFileReplacing(const QString& source, const QString& target, QString* er
         }
         return false;
     }
-    QSaveFile out(target);
+    ReplacingFile out(target);
     if (!out.open(QIODevice::WriteOnly)) {
         if (error) {
             *error = QStringLiteral("Cannot write %1: %2")
-                         .arg(QDir::toNativeSeparators(target), out.errorString());
+                         .arg(QDir::toNativeSeparators(target), out.errorText());
         }
         return false;
     }
@@ -36,13 +36,19 @@ bool copyFileReplacing(const QString& source, const QString& target, QString* er
             break;
         }
     }
-    if (in.error() != QFile::NoError || !out.commit()) {
+    if (in.error() != QFile::NoError) {
         if (error) {
             *error = QStringLiteral("Cannot copy %1 to %2: %3")
-                         .arg(QDir::toNativeSeparators(source), QDir::toNativeSeparators(target),
-                             in.error() != QFile::NoError ? in.errorString() : out.errorString());
+                         .arg(QDir::toNativeSeparators(source), QDir::toNativeSeparators(target), in.errorString());
         }
-        out.cancelWriting();
+        out.cancel();
+        return false;
+    }
+    if (!out.commit()) {
+        if (error) {
+            *error = QStringLiteral("Cannot copy %1 to %2: %3")
+                         .arg(QDir::toNativeSeparators(source), QDir::toNativeSeparators(target), out.errorText());
+        }
         return false;
     }
     return true;

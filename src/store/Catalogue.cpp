@@ -1,13 +1,14 @@
 #include "store/Catalogue.h"
 
+#include "common/ReplacingFile.h"
 #include "common/TextFiles.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QTemporaryFile>
 
 #include <sqlite3.h>
+#include <sys/stat.h>
 
 #include <array>
 
@@ -428,8 +429,6 @@ constexpr const char* kIndexPBMAPS[] = {"MPCASE"};
 constexpr const char* kIndexPBWETL[] = {"WCASE"};
 constexpr const char* kIndexADJ[] = {"ACASE", "ASBLF"};
 constexpr const char* kIndexCHECKLIST[] = {"CASE"};
-constexpr const char* kIndexSBL[] = {"SBLF"};
-constexpr const char* kIndexRPS[] = {"RSBLF"};
 
 constexpr std::span<const ColumnDef> kNone{};
 constexpr std::span<const char* const> kNoIndex{};
@@ -450,9 +449,10 @@ const std::array<TableDef, 19> kTables = {{
     {Table::PBWETL, "PBWETL", "pbwetl.db", false, true, kPBWETLPlaces, kNone, kIndexPBWETL, nullptr},
     {Table::ADJ, "ADJ", "pbadj.db", false, true, kADJPlaces, kNone, kIndexADJ, nullptr},
     {Table::CHECKLIST, "CHECKLIST", "checklist.db", false, false, kNone, kCHECKLISTColumns, kIndexCHECKLIST, nullptr},
-    {Table::SBL, "SBL", "sbl.db", true, false, kNone, kSBL13Columns, kIndexSBL, nullptr},
-    {Table::SBL18, "SBL", "sbl18.db", true, false, kNone, kSBLColumns, kIndexSBL, nullptr},
-    {Table::RPS, "RPS", "rps.db", false, false, kNone, kRPSColumns, kIndexRPS, nullptr},
+    // One row a parcel: two workstations importing at once end in an update.
+    {Table::SBL, "SBL", "sbl.db", true, false, kNone, kSBL13Columns, kNoIndex, "SBLF"},
+    {Table::SBL18, "SBL", "sbl18.db", true, false, kNone, kSBLColumns, kNoIndex, "SBLF"},
+    {Table::RPS, "RPS", "rps.db", false, false, kNone, kRPSColumns, kNoIndex, "RSBLF"},
     {Table::PBREVIEW, "PBREVIEW", "pbreview.db", true, false, kNone, kSiblingColumns, kNoIndex, nullptr},
     {Table::DB5, "DB5", "db5.db", true, false, kNone, kSiblingColumns, kNoIndex, nullptr},
     {Table::DB6, "DB6", "db6.db", true, false, kNone, kSiblingColumns, kNoIndex, nullptr},
@@ -618,6 +618,9 @@ StoreStatus createDatabaseFile(const QString& path, const TableDef& table)
                                     QStringLiteral("Cannot write %1: %2").arg(path, temporary.errorString()));
     }
     temporary.setAutoRemove(false);
+    // A temporary file is private; a database file is shared by the office's
+    // workstations, as far as the umask allows.
+    ::chmod(QFile::encodeName(path).constData(), static_cast<mode_t>(newFileMode()));
     return StoreStatus::success();
 }
 

@@ -2,12 +2,15 @@
 
 #include "common/Files.h"
 #include "common/PromptService.h"
+#include "common/ReplacingFile.h"
 #include "common/Session.h"
 #include "common/TextFiles.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+
+#include <sys/stat.h>
 
 namespace pvardo::store {
 
@@ -18,15 +21,6 @@ const QString kProvider = QStringLiteral("PROVIDER=Microsoft.Jet.OLEDB.4.0;Data 
 // The seeded files in the order they are checked.
 const char* const kSeededInOrder[] = {"meeting.db", "pbseqra.db", "pbagency.db", "pbreview.db",
                                       "db5.db",     "db6.db",     "db7.db",      "sbl.db"};
-
-bool holdsAnyDatabase(const QString& folder)
-{
-    if (folder.trimmed().isEmpty()) {
-        return false;
-    }
-    const QDir dir(folder);
-    return dir.exists() && !dir.entryList({QStringLiteral("*.db")}, QDir::Files).isEmpty();
-}
 
 // Copies a seed into place whole: first under a temporary name, then renamed.
 bool copySeed(const QString& seed, const QString& target, QString* reason)
@@ -41,8 +35,9 @@ bool copySeed(const QString& seed, const QString& target, QString* reason)
         *reason = QStringLiteral("cannot write %1").arg(partial);
         return false;
     }
-    QFile(partial).setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup
-                                  | QFileDevice::WriteGroup | QFileDevice::ReadOther);
+    // The seed's own modes may be read-only; the copy gets those of a new
+    // file, so the office's group can write it when the umask allows.
+    ::chmod(QFile::encodeName(partial).constData(), static_cast<mode_t>(newFileMode()));
     if (!QFile::rename(partial, target)) {
         QFile::remove(partial);
         *reason = QStringLiteral("cannot put %1 in place").arg(target);
@@ -52,6 +47,54 @@ bool copySeed(const QString& seed, const QString& target, QString* reason)
 }
 
 } // namespace
+
+bool holdsAnyDatabase(const QString& folder)
+{
+    if (folder.trimmed().isEmpty()) {
+        return false;
+    }
+    const QDir dir(folder);
+    return dir.exists() && !dir.entryList({QStringLiteral("*.db")}, QDir::Files).isEmpty();
+}
+
+DatabaseFolderChoice chooseDatabaseFolder(const QString& programFolder)
+{
+    DatabaseFolderChoice choice;
+    const QString fallback = joinPath(programFolder, QStringLiteral("\\databases"));
+    choice.named = fallback;
+    if (const auto lines = readTextLines(joinPath(programFolder, QStringLiteral("\\PVardo.ini")));
+        lines && !lines->isEmpty() && !lines->constFirst().trimmed().isEmpty()) {
+        choice.named = lines->constFirst();
+    }
+    choice.folder = choice.named;
+    if (!holdsAnyDatabase(choice.named)) {
+        choice.namedIsMissing = !QFileInfo(choice.named).isDir();
+        choice.namedIsEmpty = !choice.namedIsMissing;
+        choice.folder = fallback;
+    }
+    choice.holdsDatabases = holdsAnyDatabase(choice.folder);
+    return choice;
+}
+
+QString databaseFolderProblem(const DatabaseFolderChoice& choice)
+{
+    const QString named = QDir::toNativeSeparators(choice.named);
+    const QString folder = QDir::toNativeSeparators(choice.folder);
+    if (!choice.holdsDatabases) {
+        if (QDir::cleanPath(choice.named) != QDir::cleanPath(choice.folder)) {
+            return QStringLiteral("The database folder %1 named in PVardo.ini %2, and the installation's own "
+                                  "folder %3 holds no database either. If the databases are on a shared folder, "
+                                  "make sure it is connected. Nothing was written.")
+                .arg(named,
+                     choice.namedIsMissing ? QStringLiteral("is not there") : QStringLiteral("holds no database"),
+                     folder);
+        }
+        return QStringLiteral("The database folder %1 %2. If the databases are on a shared folder, make sure it "
+                              "is connected; a new installation is made with init. Nothing was written.")
+            .arg(named, choice.namedIsMissing ? QStringLiteral("is not there") : QStringLiteral("holds no database"));
+    }
+    return {};
+}
 
 QString BuildConnectionString(const QString& path)
 {

@@ -42,6 +42,27 @@ struct CheckResult {
 // final database and forms folders of the session.
 CheckResult CheckDatabases(Session& session);
 
+// The database folder of an installation, by the rule the program follows at
+// its start: the folder named on line 1 of PVardo.ini when it holds a
+// database, else databases/ of the installation. Every command of the admin
+// tool chooses by this rule, so that all of them and the program work on one
+// folder.
+struct DatabaseFolderChoice {
+    QString named;       // the folder PVardo.ini names; the default when it names none
+    QString folder;      // the folder chosen
+    bool namedIsEmpty = false; // the named folder is there but holds no database (a share not mounted?)
+    bool namedIsMissing = false; // the named folder is not there
+    bool holdsDatabases = false; // the chosen folder holds a database
+};
+DatabaseFolderChoice chooseDatabaseFolder(const QString& programFolder);
+
+// True when a folder holds at least one database file.
+bool holdsAnyDatabase(const QString& folder);
+
+// What an admin command says when the folder chosen is not where the
+// installation's databases are expected; empty when all is well.
+QString databaseFolderProblem(const DatabaseFolderChoice& choice);
+
 // The message CheckDatabases shows when something was missing.
 QString missingDatabasesMessage();
 

@@ -94,6 +94,12 @@ public:
     // criterion ("[PBCASE] = '12-207'"); stands on it, or after the last row
     // (Eof) when there is none.
     virtual StoreStatus Find(const QString& criteria, int skip = 0, bool forward = true) = 0;
+    // Stands on the first row of the result whose column equals the value (a
+    // text compared without regard to case), or after the last row (Eof) when
+    // there is none. The value is bound, never joined into a statement, so any
+    // spelling is found. A row another workstation wrote since the cursor was
+    // opened is found too: the result is read again to take it in.
+    virtual StoreStatus FindKey(const QString& column, const QVariant& value) = 0;
 
     // Fields of the current row.
     virtual int fieldCount() const = 0;
@@ -120,6 +126,10 @@ public:
 
     // The last failure of a move, a write or a find.
     virtual StoreStatus lastStatus() const = 0;
+    // Whether the values of the current row could be read. A row that cannot
+    // be read from a damaged file is error 3343, never an empty row: a screen
+    // that shows a row asks this and says so.
+    virtual StoreStatus rowStatus() const = 0;
 };
 
 // Opens a cursor on a database file with a query text of the program's subset.

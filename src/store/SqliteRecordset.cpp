@@ -1,5 +1,6 @@
 #include "store/SqliteRecordset.h"
 
+#include "store/Catalogue.h"
 #include "store/DatabaseLocation.h"
 
 #include <QDateTime>
@@ -108,6 +109,117 @@ QTime timeOf(const QString& stored)
     return QTime::fromString(t >= 0 ? stored.mid(t + 1) : stored, Qt::ISODate);
 }
 
+int execute(sqlite3* db, const QString& sql)
+{
+    return sqlite3_exec(db, sql.toUtf8().constData(), nullptr, nullptr, nullptr);
+}
+
+bool indexExists(sqlite3* db, const QString& name)
+{
+    sqlite3_stmt* statement = nullptr;
+    if (sqlite3_prepare_v2(db, "SELECT 1 FROM sqlite_master WHERE type = 'index' AND name = ? COLLATE NOCASE", -1,
+                           &statement, nullptr)
+        != SQLITE_OK) {
+        sqlite3_finalize(statement);
+        return true; // cannot tell: leave the file alone
+    }
+    const QByteArray bytes = name.toUtf8();
+    sqlite3_bind_text(statement, 1, bytes.constData(), static_cast<int>(bytes.size()), SQLITE_TRANSIENT);
+    const bool found = sqlite3_step(statement) == SQLITE_ROW;
+    sqlite3_finalize(statement);
+    return found;
+}
+
+qint64 countOf(sqlite3* db, const QString& sql)
+{
+    sqlite3_stmt* statement = nullptr;
+    qint64 count = -1;
+    if (sqlite3_prepare_v2(db, sql.toUtf8().constData(), -1, &statement, nullptr) == SQLITE_OK
+        && sqlite3_step(statement) == SQLITE_ROW) {
+        count = sqlite3_column_int64(statement, 0);
+    }
+    sqlite3_finalize(statement);
+    return count;
+}
+
+void ensureUniqueKey(sqlite3* db, const QString& path, const QString& table, const QString& key,
+                     const QStringList& columns)
+{
+    const QString keyIndex = table + QLatin1Char('_') + key + QStringLiteral("_key");
+    if (indexExists(db, keyIndex) || sqlite3_db_readonly(db, "main") == 1) {
+        return;
+    }
+    const QString t = quotedName(table);
+    const QString k = quotedName(key);
+    // The first row of a key stays; the others are its duplicates. A blank key
+    // is no parcel number, and rows without one are not merged.
+    const QString isDuplicate = QStringLiteral("ifnull(%1.%2, '') <> '' AND EXISTS (SELECT 1 FROM %3 AS first WHERE "
+                                               "first.%2 = %1.%2 COLLATE NOCASE AND first.rowid < %1.rowid)");
+    const QString duplicatesSql = QStringLiteral("SELECT count(*) FROM %1 WHERE %2").arg(t, isDuplicate.arg(t, k, t));
+    const qint64 blanks = countOf(db, QStringLiteral("SELECT count(*) FROM %1 WHERE ifnull(%2, '') = ''").arg(t, k));
+    qint64 duplicates = countOf(db, duplicatesSql);
+    // Several rows without a key cannot take a unique index; they stay as
+    // they are, with the ordinary index.
+    if (duplicates < 0 || blanks < 0 || blanks > 1) {
+        return;
+    }
+    if (duplicates > 0) {
+        // The file as it was stays beside it: nothing of a duplicate is lost.
+        const QString copy = path + QStringLiteral(".before-merge-")
+                             + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-hhmmss"));
+        sqlite3* target = nullptr;
+        bool copied = sqlite3_open_v2(QFile::encodeName(copy).constData(), &target,
+                                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr)
+                      == SQLITE_OK;
+        sqlite3_backup* backup = copied ? sqlite3_backup_init(target, "main", db, "main") : nullptr;
+        copied = backup && sqlite3_backup_step(backup, -1) == SQLITE_DONE;
+        if (backup) {
+            copied = sqlite3_backup_finish(backup) == SQLITE_OK && copied;
+        }
+        sqlite3_close(target);
+        if (!copied) {
+            QFile::remove(copy); // no room for the copy: the file stays as it is
+            return;
+        }
+    }
+    if (execute(db, QStringLiteral("BEGIN IMMEDIATE")) != SQLITE_OK) {
+        return; // another workstation writes; the next opening tries again
+    }
+    // Counted again inside the group: another workstation may have written.
+    duplicates = countOf(db, duplicatesSql);
+    bool ok = duplicates >= 0;
+    if (ok && duplicates > 0) {
+        // The row that stays takes what only a duplicate holds.
+        const QString later = QStringLiteral("SELECT later.%1 FROM %2 AS later WHERE later.%3 = %2.%3 COLLATE NOCASE "
+                                             "AND later.rowid > %2.rowid AND ifnull(later.%1, '') <> '' ORDER BY "
+                                             "later.rowid LIMIT 1");
+        const QString keeper = QStringLiteral("ifnull(%1.%2, '') <> '' AND NOT EXISTS (SELECT 1 FROM %1 AS first "
+                                              "WHERE first.%2 = %1.%2 COLLATE NOCASE AND first.rowid < %1.rowid)")
+                                   .arg(t, k);
+        for (const QString& column : columns) {
+            if (!ok || column.compare(key, Qt::CaseInsensitive) == 0) {
+                continue;
+            }
+            const QString c = quotedName(column);
+            const QString from = later.arg(c, t, k);
+            ok = execute(db, QStringLiteral("UPDATE %1 SET %2 = (%3) WHERE ifnull(%2, '') = '' AND %4 AND (%3) IS NOT "
+                                            "NULL")
+                                 .arg(t, c, from, keeper))
+                 == SQLITE_OK;
+        }
+        ok = ok && execute(db, QStringLiteral("DELETE FROM %1 WHERE %2").arg(t, isDuplicate.arg(t, k, t))) == SQLITE_OK;
+    }
+    ok = ok && execute(db, QStringLiteral("DROP INDEX IF EXISTS %1").arg(quotedName(table + QLatin1Char('_') + key)))
+                   == SQLITE_OK;
+    ok = ok
+         && execute(db, QStringLiteral("CREATE UNIQUE INDEX %1 ON %2 (%3 COLLATE NOCASE)").arg(quotedName(keyIndex), t, k))
+                == SQLITE_OK;
+    ok = ok && execute(db, QStringLiteral("COMMIT")) == SQLITE_OK;
+    if (!ok) {
+        execute(db, QStringLiteral("ROLLBACK"));
+    }
+}
+
 } // namespace
 
 std::unique_ptr<Recordset> openRecordset(const QString& connectionString, const QString& queryText,
@@ -186,6 +298,18 @@ std::unique_ptr<SqliteRecordset> SqliteRecordset::open(const QString& path, cons
             *status = loaded;
         }
         return nullptr;
+    }
+    // A file made before its key was unique gets its unique index here.
+    for (const TableDef& def : allTables()) {
+        if (def.uniqueColumn && cursor->m_table.compare(QLatin1String(def.tableName), Qt::CaseInsensitive) == 0
+            && cursor->hasField(QLatin1String(def.uniqueColumn))) {
+            QStringList columns;
+            for (const Column& column : cursor->m_columns) {
+                columns.append(column.name);
+            }
+            ensureUniqueKey(cursor->m_db, path, cursor->m_table, QLatin1String(def.uniqueColumn), columns);
+            break;
+        }
     }
 
     auto kinds = [&cursor](const QString& column, QString* canonical) { return cursor->kindOf(column, canonical); };
@@ -354,6 +478,10 @@ StoreStatus SqliteRecordset::runWrite(sqlite3_stmt* statement, const QVariantLis
     if (!(status = bindAll(statement, binds)).ok()) {
         return status;
     }
+    if (m_transactionLost || (m_transactionDepth > 0 && sqlite3_get_autocommit(m_db))) {
+        sqlite3_clear_bindings(statement);
+        return lostTransaction();
+    }
     const bool own = m_transactionDepth == 0;
     if (own) {
         const int begun = sqlite3_exec(m_db, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
@@ -376,9 +504,33 @@ StoreStatus SqliteRecordset::runWrite(sqlite3_stmt* statement, const QVariantLis
         }
     }
     if (rc != SQLITE_DONE) {
-        return sqliteFailure(rc, what);
+        const StoreStatus failure = sqliteFailure(rc, what);
+        noteTransactionState();
+        return failure;
     }
     return StoreStatus::success();
+}
+
+void SqliteRecordset::noteTransactionState()
+{
+    if (m_transactionDepth > 0 && sqlite3_get_autocommit(m_db)) {
+        m_transactionDepth = 0;
+        m_transactionLost = true;
+        m_lossCause = m_lastStatus;
+    }
+}
+
+StoreStatus SqliteRecordset::lostTransaction()
+{
+    if (!m_transactionLost) {
+        m_transactionDepth = 0;
+        m_transactionLost = true;
+        m_lossCause = StoreStatus::failure(StoreErrorNumber::WriteFailed, QStringLiteral("the file could not be written"));
+    }
+    return fail(m_lossCause.ok() ? StoreErrorNumber::WriteFailed : m_lossCause.number,
+                QStringLiteral("The changes to %1 since the last save were undone after an error (%2); nothing more "
+                               "is written.")
+                    .arg(m_path, m_lossCause.description));
 }
 
 // The INSERT or UPDATE of the columns set so far, prepared once for each set
@@ -472,11 +624,12 @@ StoreStatus SqliteRecordset::sqliteFailure(int code, const QString& what)
     case SQLITE_NOTADB:
     case SQLITE_CORRUPT:
         return fail(StoreErrorNumber::NotADatabase,
-                    QStringLiteral("The file %1 is not a database of this program, or it is damaged (%2).")
+                    QStringLiteral("The file %1 is not a database of this program, or it is damaged (%2). Close "
+                                   "the program on every workstation and restore the file from the last backup.")
                         .arg(m_path, detail));
     case SQLITE_FULL:
         return fail(StoreErrorNumber::WriteFailed,
-                    QStringLiteral("Could not write %1: the disk is full. Nothing was written.").arg(m_path));
+                    QStringLiteral("Could not write %1: the disk is full.").arg(m_path));
     case SQLITE_READONLY:
     case SQLITE_PERM:
     case SQLITE_AUTH:
@@ -837,6 +990,66 @@ StoreStatus SqliteRecordset::Find(const QString& criteria, int skip, bool forwar
     return moveTo(best);
 }
 
+StoreStatus SqliteRecordset::FindKey(const QString& column, const QVariant& value)
+{
+    StoreStatus status = flushPendingEdit();
+    if (!status.ok()) {
+        return status;
+    }
+    const int index = fieldIndex(column);
+    if (index < 0) {
+        return fail(StoreErrorNumber::UnknownField, QStringLiteral("Item not found in this collection: %1.").arg(column));
+    }
+    const Column& def = m_columns[static_cast<size_t>(index)];
+    const bool text = def.kind == FieldKind::Text || def.kind == FieldKind::LongText;
+    QVariant stored;
+    if (!(status = toStored(def, value, &stored)).ok()) {
+        m_lastStatus = status;
+        return status;
+    }
+    sqlite3_stmt* statement = cachedStatement(QStringLiteral("SELECT rowid FROM %1 WHERE %2 = ?%3 ORDER BY rowid")
+                                                  .arg(quotedName(m_table), quotedName(def.name),
+                                                       text ? QStringLiteral(" COLLATE NOCASE") : QString()),
+                                              &status);
+    if (!statement) {
+        return status;
+    }
+    sqlite3_reset(statement);
+    sqlite3_clear_bindings(statement);
+    if (!(status = bindAll(statement, {stored})).ok()) {
+        return status;
+    }
+    std::vector<std::int64_t> found;
+    int rc;
+    while ((rc = sqlite3_step(statement)) == SQLITE_ROW) {
+        found.push_back(sqlite3_column_int64(statement, 0));
+    }
+    sqlite3_reset(statement);
+    if (rc != SQLITE_DONE) {
+        return sqliteFailure(rc, QStringLiteral("search"));
+    }
+    auto best = [this, &found] {
+        rebuildPositions();
+        qsizetype first = static_cast<qsizetype>(m_keys.size());
+        for (const std::int64_t rowId : found) {
+            const auto at = m_positions.find(rowId);
+            if (at != m_positions.end()) {
+                first = std::min(first, at->second);
+            }
+        }
+        return first;
+    };
+    qsizetype position = best();
+    if (position == static_cast<qsizetype>(m_keys.size()) && !found.empty() && !m_editing) {
+        // Written by another workstation after this result was read.
+        if (!(status = runKeysetQuery()).ok()) {
+            return status;
+        }
+        position = best();
+    }
+    return moveTo(position);
+}
+
 // The look-up of a key, "[COLUMN] = 'value'" on a text column, is by far the
 // most frequent criterion (every case, parcel and roll row is found so). It
 // is recognised here and bound straight to a prepared statement; anything
@@ -932,7 +1145,13 @@ const SqliteRecordset::RowCache& SqliteRecordset::rowWith(int column) const
             QStringLiteral("SELECT %1 FROM %2 WHERE rowid = ?").arg(quotedName(m_columns[i].name), quotedName(m_table)), &status);
         if (statement) {
             sqlite3_bind_int64(statement, 1, rowId);
-            self->readColumns(statement, 0, {column}, self->m_row);
+            if (!self->readColumns(statement, 0, {column}, self->m_row)) {
+                self->m_rowFailure = m_lastStatus;
+                self->m_row.missing = true;
+            }
+        } else {
+            self->m_rowFailure = status;
+            self->m_row.missing = true;
         }
         self->m_hotColumns.push_back(column);
         self->m_windowStatement = nullptr;
@@ -961,8 +1180,18 @@ void SqliteRecordset::dropWindow()
     m_windowSlots.clear();
 }
 
+StoreStatus SqliteRecordset::rowStatus() const
+{
+    if (!onRow() || m_columns.empty()) {
+        return StoreStatus::success();
+    }
+    rowWith(m_hotColumns.empty() ? 0 : m_hotColumns.front());
+    return m_rowFailure;
+}
+
 void SqliteRecordset::startRow(std::int64_t rowId)
 {
+    m_rowFailure = StoreStatus::success();
     if (!m_hotColumns.empty()) {
         if (m_windowSlots.empty() || !m_windowAge.isValid() || m_windowAge.elapsed() > WindowLifeMs
             || !m_windowSlots.contains(rowId)) {
@@ -976,13 +1205,16 @@ void SqliteRecordset::startRow(std::int64_t rowId)
     }
     clearRow(m_row, rowId);
     if (!m_hotColumns.empty()) {
-        m_row.missing = true; // not in the file any more
+        // Not in the file any more, or not readable from it.
+        m_row.missing = true;
+        m_rowFailure = m_windowFailure;
     }
 }
 
 void SqliteRecordset::fetchWindow()
 {
     dropWindow();
+    m_windowFailure = StoreStatus::success();
     if (!m_windowStatement) {
         QStringList names;
         for (const int column : m_hotColumns) {
@@ -997,6 +1229,7 @@ void SqliteRecordset::fetchWindow()
                                                  .arg(names.join(QLatin1Char(',')), quotedName(m_table), marks.join(QLatin1Char(','))),
                                              &status);
         if (!m_windowStatement) {
+            m_windowFailure = status;
             return;
         }
     }
@@ -1019,7 +1252,9 @@ void SqliteRecordset::fetchWindow()
         const int rc = sqlite3_step(m_windowStatement);
         if (rc != SQLITE_ROW) {
             if (rc != SQLITE_DONE) {
-                sqliteFailure(rc, QStringLiteral("read"));
+                m_windowFailure = sqliteFailure(rc, QStringLiteral("read"));
+                // The rows read before the failure are kept; the others are
+                // not "gone".
             }
             break;
         }
@@ -1034,18 +1269,20 @@ void SqliteRecordset::fetchWindow()
 
 // Copies the columns of the row a statement stands on; steps it first when it
 // has not been stepped (firstResultColumn 0 means a one-row statement to run).
-void SqliteRecordset::readColumns(sqlite3_stmt* statement, int firstResultColumn, const std::vector<int>& columns, RowCache& row)
+bool SqliteRecordset::readColumns(sqlite3_stmt* statement, int firstResultColumn, const std::vector<int>& columns, RowCache& row)
 {
     if (firstResultColumn == 0) {
         const int rc = sqlite3_step(statement);
         if (rc != SQLITE_ROW) {
+            bool read = true;
             if (rc == SQLITE_DONE) {
                 row.missing = true;
             } else {
                 sqliteFailure(rc, QStringLiteral("read"));
+                read = false;
             }
             sqlite3_reset(statement);
-            return;
+            return read;
         }
     }
     for (size_t k = 0; k < columns.size(); ++k) {
@@ -1069,6 +1306,7 @@ void SqliteRecordset::readColumns(sqlite3_stmt* statement, int firstResultColumn
     if (firstResultColumn == 0) {
         sqlite3_reset(statement);
     }
+    return true;
 }
 
 QVariant SqliteRecordset::convert(int column, const RowCache& row) const
@@ -1324,6 +1562,9 @@ StoreStatus SqliteRecordset::setValue(const QString& name, const QVariant& value
 
 StoreStatus SqliteRecordset::beginTransaction()
 {
+    if (m_transactionLost) {
+        return lostTransaction();
+    }
     if (m_transactionDepth == 0) {
         const int rc = sqlite3_exec(m_db, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
         if (rc != SQLITE_OK) {
@@ -1336,6 +1577,9 @@ StoreStatus SqliteRecordset::beginTransaction()
 
 StoreStatus SqliteRecordset::commitTransaction()
 {
+    if (m_transactionLost || (m_transactionDepth > 0 && sqlite3_get_autocommit(m_db))) {
+        return lostTransaction();
+    }
     if (m_transactionDepth == 0) {
         return StoreStatus::success();
     }
@@ -1357,10 +1601,12 @@ StoreStatus SqliteRecordset::commitTransaction()
 
 void SqliteRecordset::rollbackTransaction()
 {
-    if (m_transactionDepth == 0) {
+    if (m_transactionDepth == 0 && !m_transactionLost) {
         return;
     }
     m_transactionDepth = 0;
+    m_transactionLost = false;
+    m_lossCause = StoreStatus::success();
     m_editing = false;
     m_newRow = false;
     m_pending.clear();

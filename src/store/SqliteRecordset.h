@@ -54,6 +54,7 @@ public:
     StoreStatus Delete() override;
     StoreStatus Requery() override;
     StoreStatus Find(const QString& criteria, int skip, bool forward) override;
+    StoreStatus FindKey(const QString& column, const QVariant& value) override;
 
     int fieldCount() const override { return static_cast<int>(m_columns.size()); }
     QString fieldName(int index) const override;
@@ -69,6 +70,7 @@ public:
     void rollbackTransaction() override;
 
     StoreStatus lastStatus() const override { return m_lastStatus; }
+    StoreStatus rowStatus() const override;
 
 private:
     struct Column {
@@ -103,6 +105,11 @@ private:
     StoreStatus runKeysetQuery();
     StoreStatus fail(long long number, const QString& description);
     StoreStatus sqliteFailure(int code, const QString& what);
+    // After a failed statement: SQLite rolls a whole group of changes back on
+    // some errors (a full disk, an I/O error), and later statements would then
+    // each be written on their own. The group is marked lost instead.
+    void noteTransactionState();
+    StoreStatus lostTransaction();
     std::optional<FieldKind> kindOf(const QString& name, QString* canonical) const;
     StoreStatus flushPendingEdit();
     StoreStatus moveTo(qsizetype index);
@@ -110,7 +117,8 @@ private:
     void startRow(std::int64_t rowId);
     void fetchWindow();
     void clearRow(RowCache& row, std::int64_t rowId) const;
-    void readColumns(sqlite3_stmt* statement, int firstResultColumn, const std::vector<int>& columns, RowCache& row);
+    // False when the row could not be read (a damaged file).
+    bool readColumns(sqlite3_stmt* statement, int firstResultColumn, const std::vector<int>& columns, RowCache& row);
     void dropWindow();
     QVariant convert(int column, const RowCache& row) const;
     StoreStatus toStored(const Column& column, const QVariant& value, QVariant* stored) const;
@@ -155,7 +163,11 @@ private:
     bool m_movingBack = false;
     bool m_stepping = false; // the last move was one row forward or back
     int m_transactionDepth = 0;
+    bool m_transactionLost = false;
+    StoreStatus m_lossCause;
     StoreStatus m_lastStatus;
+    StoreStatus m_windowFailure; // the last window read failed
+    StoreStatus m_rowFailure;    // the current row could not be read
 };
 
 } // namespace pvardo::store

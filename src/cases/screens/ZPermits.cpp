@@ -550,6 +550,11 @@ void ZPermits::showRow()
 {
     if (hasRow()) {
         m_form->showRow(*m_rows);
+        // A row the file cannot give back is damage to report, not an empty case.
+        if (const store::StoreStatus read = m_rows->rowStatus(); !read.ok()) {
+            showMessage(read.description + QStringLiteral("\n") + session().DatabaseLabel, QStringLiteral(" Projects"),
+                PromptButtons::Ok, PromptIcon::Critical);
+        }
         m_caseTab->resetCopies();
         // What the other screens and the letters read about this case.
         parcels::ParcelService& parcels = parcels::mdb();

@@ -1,0 +1,55 @@
+#include "CaseScreenFixture.h"
+
+#include <QFile>
+
+#include <sqlite3.h>
+
+using namespace pvardo;
+using namespace pvardo::test;
+
+namespace {
+
+// Zeroes the first table page of the case file, as a failing disk leaves it.
+void zeroFirstCasePage(const QString& path)
+{
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(QFile::encodeName(path).constData(), &db), SQLITE_OK);
+    sqlite3_stmt* statement = nullptr;
+    ASSERT_EQ(sqlite3_prepare_v2(db,
+                  "SELECT pageno FROM dbstat WHERE name = 'PBPROJ' AND pagetype = 'leaf' ORDER BY pageno LIMIT 1",
+                  -1, &statement, nullptr),
+        SQLITE_OK);
+    ASSERT_EQ(sqlite3_step(statement), SQLITE_ROW);
+    const qint64 page = sqlite3_column_int64(statement, 0);
+    sqlite3_finalize(statement);
+    sqlite3_close(db);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.seek((page - 1) * 4096));
+    file.write(QByteArray(4096, '\0'));
+}
+
+} // namespace
+
+TEST_F(CaseScreenTest, ACaseOnADamagedPageIsReportedNotShownBlank)
+{
+    for (int i = 0; i < 36; ++i) {
+        seedCase(QStringLiteral("12-%1").arg(100 + i),
+            {{q("PBLOCN1"), QStringLiteral("%1 MAIN ST").arg(i)}, {q("PBGENNOTES"), QString(2500, QLatin1Char('n'))}});
+    }
+    zeroFirstCasePage(casePath);
+
+    open();
+    ASSERT_FALSE(prompts().shown().isEmpty());
+    EXPECT_EQ(lastTitle(), q(" Projects"));
+    EXPECT_TRUE(lastText().contains(q("damaged"))) << lastText().toStdString();
+    EXPECT_TRUE(lastText().contains(casePath)) << lastText().toStdString();
+    EXPECT_TRUE(lastText().contains(q("restore the file from the last backup")));
+
+    // The cases on sound pages still show.
+    prompts().clear();
+    click("IMoveLast");
+    EXPECT_EQ(text(1), q("12-135"));
+    EXPECT_EQ(text(7), q("35 MAIN ST"));
+    EXPECT_TRUE(prompts().shown().isEmpty()) << lastText().toStdString();
+}
