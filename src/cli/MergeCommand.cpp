@@ -3,6 +3,7 @@
 // screen's print command does, and prints it, or writes the merged letter.
 #include "cases/CaseLetters.h"
 #include "cli/AdminCommand.h"
+#include "common/ReplacingFile.h"
 #include "common/Session.h"
 #include "common/TextFiles.h"
 #include "documents/Merge.h"
@@ -19,7 +20,6 @@
 #include <QFileInfo>
 #include <QPageSize>
 #include <QPdfWriter>
-#include <QSaveFile>
 #include <QTextDocument>
 
 namespace pvardo::cli {
@@ -149,10 +149,9 @@ int runMerge(CommandContext& context)
     const QString title = QFileInfo(path).completeBaseName() + QLatin1Char(' ') + caseNumber;
 
     if (!pdf.isEmpty()) {
-        QSaveFile out(pdf);
+        ReplacingFile out(pdf);
         if (!out.open(QIODevice::WriteOnly)) {
-            context.err << "pvardo-admin merge: cannot write " << QDir::toNativeSeparators(pdf) << ": "
-                        << out.errorString() << Qt::endl;
+            context.err << "pvardo-admin merge: " << out.errorText() << Qt::endl;
             return ExitCode::Failed;
         }
         documents::PrintOutcome outcome;
@@ -165,9 +164,14 @@ int runMerge(CommandContext& context)
             writer.setCreator(QStringLiteral("pvardo"));
             outcome = documents::PrintRichText(letter, writer, settings);
         }
-        if (!outcome.ok || !out.commit()) {
+        if (!outcome.ok) {
+            out.cancel();
             context.err << "pvardo-admin merge: cannot write " << QDir::toNativeSeparators(pdf) << ": "
-                        << (outcome.ok ? out.errorString() : outcome.error) << Qt::endl;
+                        << outcome.error << Qt::endl;
+            return ExitCode::Failed;
+        }
+        if (!out.commit()) {
+            context.err << "pvardo-admin merge: " << out.errorText() << Qt::endl;
             return ExitCode::Failed;
         }
         if (!context.quiet) {

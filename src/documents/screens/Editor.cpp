@@ -8,6 +8,7 @@
 
 #include "common/PromptService.h"
 #include "common/Session.h"
+#include "common/TextFiles.h"
 #include "common/Waiting.h"
 #include "ui/TaskFrm.h"
 #include "ui/XPButton.h"
@@ -17,7 +18,6 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLineEdit>
-#include <QSaveFile>
 #include <QStandardPaths>
 #include <QTextEdit>
 #include <QVBoxLayout>
@@ -244,12 +244,13 @@ void Editor::iPrint()
 
 void Editor::iPrint2File()
 {
-    QSaveFile file(QDir::current().absoluteFilePath(QStringLiteral("Print.txt")));
+    const QString path = QDir::current().absoluteFilePath(QStringLiteral("Print.txt"));
     QByteArray text = ReportBuffer().toPlainText().toUtf8();
     text.replace(QByteArray("\xe2\x80\xa8"), QByteArray("\n"));
-    if (!file.open(QIODevice::WriteOnly) || file.write(text + '\n') < 0 || !file.commit()) {
-        showMessage(QStringLiteral("The report could not be written to ")
-                        + QDir::toNativeSeparators(file.fileName()) + QStringLiteral(": ") + file.errorString(),
+    QString error;
+    if (!replaceFile(path, text + '\n', &error)) {
+        showMessage(QStringLiteral("The report could not be written to ") + QDir::toNativeSeparators(path)
+                        + QStringLiteral(": ") + error,
                     QStringLiteral(" Text Written"), PromptButtons::Ok, PromptIcon::Critical);
         return;
     }
