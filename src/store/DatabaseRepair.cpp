@@ -1,11 +1,14 @@
 #include "store/DatabaseRepair.h"
 
+#include "common/ReplacingFile.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QStringList>
 #include <limits>
 #include <optional>
 #include <sqlite3.h>
+#include <sys/stat.h>
 
 namespace pvardo::store {
 
@@ -366,6 +369,14 @@ RecoveryResult recoverDatabaseFile(const QString& file, const QDateTime& now)
         if (!execute(target.db, QStringLiteral("COMMIT"), &result.error)) {
             return fail(result.error);
         }
+    }
+    // The new file is shared as the one it replaces was (SQLite makes it
+    // writable by its owner only).
+    struct stat before = {};
+    if (::stat(QFile::encodeName(file).constData(), &before) == 0) {
+        ::chmod(QFile::encodeName(fresh).constData(), before.st_mode & 07777);
+    } else {
+        ::chmod(QFile::encodeName(fresh).constData(), static_cast<mode_t>(newFileMode()));
     }
     // The damaged file and its journals go aside under a dated name, the new
     // file takes its place.
