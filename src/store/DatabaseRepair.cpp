@@ -369,6 +369,12 @@ RecoveryResult recoverDatabaseFile(const QString& file, const QDateTime& now)
         if (!execute(target.db, QStringLiteral("COMMIT"), &result.error)) {
             return fail(result.error);
         }
+        // An empty file in the place of one that held rows would open as if
+        // the records had never been: the damaged file stays where it is, for
+        // a backup or a specialist to restore.
+        if (result.rowsAfter == 0 && result.rowsBefore != 0) {
+            return fail(QStringLiteral("not one row of it can be read; restore it from a backup"));
+        }
     }
     // The new file is shared as the one it replaces was (SQLite makes it
     // writable by its owner only).

@@ -277,6 +277,32 @@ TEST(RepairCommand, RecoversWhatCanBeReadOfADamagedFileAndKeepsTheDamagedOne)
     }
 }
 
+TEST(RepairCommand, AFileOfWhichNoRowCanBeReadIsLeftInPlace)
+{
+    TestInstallation installation;
+    // A few rows, all on the table's first page; that page is zeroed.
+    const QString notes = notesDatabase(installation, 5);
+    {
+        QFile bytes(notes);
+        ASSERT_TRUE(bytes.open(QIODevice::ReadWrite));
+        bytes.seek(4096);
+        bytes.write(QByteArray(4096, '\0'));
+    }
+    QFile file(notes);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray before = file.readAll();
+    file.close();
+
+    const AdminRun run = runAdmin(inHome(installation, {q("repair")}));
+    EXPECT_EQ(run.code, 1) << run.out.toStdString();
+    EXPECT_TRUE(run.err.contains(q("notes.db: damaged"))) << run.err.toStdString();
+    EXPECT_TRUE(run.err.contains(q("restore it from a backup"))) << run.err.toStdString();
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), before);
+    file.close();
+    EXPECT_TRUE(QDir(installation.databaseFolder()).entryList({q("notes.db.*")}).isEmpty());
+}
+
 TEST(RepairCommand, RefusedWhileTheProgramIsOpen)
 {
     TestInstallation installation;
