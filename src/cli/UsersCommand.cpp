@@ -209,6 +209,7 @@ int runUsers(CommandContext& context)
             context.err << "pvardo-admin users: no user is named " << name << Qt::endl;
             return ExitCode::Failed;
         }
+        const QString shownName = list->entries.at(index).name;
         if (action == QLatin1String("remove")) {
             const admin::UserEntry& entry = list->entries.at(index);
             if (entry.name.toUpper() == adminLevel || entry.level == adminLevel) {
@@ -225,7 +226,12 @@ int runUsers(CommandContext& context)
             list->entries[index].password = password;
             list->entries[index].passwordHash.clear();
         }
-        return writeList(context, *list, file);
+        const int code = writeList(context, *list, file);
+        if (code == ExitCode::Ok && !context.quiet) {
+            context.err << (action == QLatin1String("remove") ? "Removed " : "Changed the password of ") << shownName
+                        << "." << Qt::endl;
+        }
+        return code;
     }
 
     context.err << usage << Qt::endl;

@@ -76,6 +76,7 @@ TEST(UsersCommand, AddsListsChangesAndRemovesUsers)
     EXPECT_TRUE(onDisk(h).at(3).accepts(QString::fromUtf8("CAF\u00c9")));
     run = runAdmin(users(h, {QStringLiteral("remove"), QStringLiteral("clerk")}));
     ASSERT_EQ(run.code, 0) << run.err.toStdString();
+    EXPECT_TRUE(run.err.contains(QLatin1String("Removed Clerk."))) << run.err.toStdString();
     run = runAdmin(users(h, {QStringLiteral("remove"), QString::fromUtf8("ZO\u00cb O'BRIEN, JR.")}));
     ASSERT_EQ(run.code, 0) << run.err.toStdString();
     EXPECT_EQ(onDisk(h).size(), 2);
@@ -92,6 +93,7 @@ TEST(UsersCommand, AddsListsChangesAndRemovesUsers)
         users(h, {QStringLiteral("passwd"), QStringLiteral("planner"), QStringLiteral("--password-stdin")}),
         "newpass\n");
     EXPECT_EQ(run.code, 0) << run.err.toStdString();
+    EXPECT_TRUE(run.err.contains(QLatin1String("Changed the password of "))) << run.err.toStdString();
     EXPECT_TRUE(onDisk(h).at(1).accepts(QStringLiteral("NEWPASS")));
     EXPECT_FALSE(onDisk(h).at(1).accepts(QStringLiteral("desk")));
 
