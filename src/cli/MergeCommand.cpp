@@ -3,14 +3,13 @@
 // screen's print command does, and prints it, or writes the merged letter.
 #include "cases/CaseLetters.h"
 #include "cli/AdminCommand.h"
-#include "common/ReplacingFile.h"
+#include "cli/DocumentOutput.h"
 #include "common/Session.h"
 #include "common/TextFiles.h"
 #include "documents/Merge.h"
 #include "documents/PrintRichText.h"
 #include "documents/PrintState.h"
 #include "documents/RtfWriter.h"
-#include "documents/printer/DefaultPrinter.h"
 #include "parcels/ParcelFolders.h"
 #include "store/DatabaseLocation.h"
 #include "store/Recordset.h"
@@ -18,8 +17,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QPageSize>
-#include <QPdfWriter>
 #include <QTextDocument>
 
 namespace pvardo::cli {
@@ -148,57 +145,7 @@ int runMerge(CommandContext& context)
     settings.expandPrintTokens = [](QTextDocument& document) { documents::ExpandPrintTokens(document); };
     const QString title = QFileInfo(path).completeBaseName() + QLatin1Char(' ') + caseNumber;
 
-    if (!pdf.isEmpty()) {
-        ReplacingFile out(pdf);
-        if (!out.open(QIODevice::WriteOnly)) {
-            context.err << "pvardo-admin merge: " << out.errorText() << Qt::endl;
-            return ExitCode::Failed;
-        }
-        documents::PrintOutcome outcome;
-        {
-            QPdfWriter writer(&out);
-            writer.setPageSize(QPageSize(QPageSize::Letter));
-            writer.setPageMargins(QMarginsF(0, 0, 0, 0));
-            writer.setResolution(1200);
-            writer.setTitle(title);
-            writer.setCreator(QStringLiteral("pvardo"));
-            outcome = documents::PrintRichText(letter, writer, settings);
-        }
-        if (!outcome.ok) {
-            out.cancel();
-            context.err << "pvardo-admin merge: cannot write " << QDir::toNativeSeparators(pdf) << ": "
-                        << outcome.error << Qt::endl;
-            return ExitCode::Failed;
-        }
-        if (!out.commit()) {
-            context.err << "pvardo-admin merge: " << out.errorText() << Qt::endl;
-            return ExitCode::Failed;
-        }
-        if (!context.quiet) {
-            context.out << "Printed " << outcome.pages << (outcome.pages == 1 ? " page" : " pages") << " to "
-                        << QDir::toNativeSeparators(pdf) << '\n';
-        }
-        return ExitCode::Ok;
-    }
-
-    QString fallback = QDir::current().absoluteFilePath(title + QStringLiteral(".pdf"));
-    for (int n = 1; QFileInfo::exists(fallback) && n < 1000; ++n) {
-        fallback = QDir::current().absoluteFilePath(QStringLiteral("%1-%2.pdf").arg(title).arg(n));
-    }
-    const documents::PrinterOutcome outcome = documents::printOnDefaultPrinter(letter, settings, fallback, title);
-    if (!outcome.ok) {
-        context.err << "pvardo-admin merge: " << outcome.error << Qt::endl;
-        return ExitCode::Failed;
-    }
-    if (!outcome.pdfPath.isEmpty()) {
-        context.out << "No printer is set up on this computer; the " << outcome.pages
-                    << (outcome.pages == 1 ? " page went" : " pages went") << " to "
-                    << QDir::toNativeSeparators(outcome.pdfPath) << '\n';
-    } else if (!context.quiet) {
-        context.out << "Printed " << outcome.pages << (outcome.pages == 1 ? " page" : " pages") << " on "
-                    << outcome.printerName << '\n';
-    }
-    return ExitCode::Ok;
+    return printDocument(context, "merge", letter, settings, title, pdf);
 }
 
 const CommandRegistration registration{

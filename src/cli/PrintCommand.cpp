@@ -3,16 +3,13 @@
 // printer or into a PDF file. Offices use it for batch printing; it is also
 // the way to look at the engine's pages from outside the program.
 #include "cli/AdminCommand.h"
-#include "common/ReplacingFile.h"
+#include "cli/DocumentOutput.h"
 #include "documents/PrintRichText.h"
 #include "documents/RtfReader.h"
-#include "documents/printer/DefaultPrinter.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QPageSize>
-#include <QPdfWriter>
 #include <QTextDocument>
 
 namespace pvardo::cli {
@@ -125,60 +122,8 @@ int runPrint(CommandContext& context)
     }
     const QString title = info.completeBaseName();
 
-    if (!pdf.isEmpty()) {
-        // The PDF is written beside its final name and put in place whole.
-        ReplacingFile out(pdf);
-        if (!out.open(QIODevice::WriteOnly)) {
-            context.err << "pvardo-admin print: " << out.errorText() << Qt::endl;
-            return ExitCode::Failed;
-        }
-        documents::PrintOutcome outcome;
-        {
-            QPdfWriter writer(&out);
-            writer.setPageSize(QPageSize(QPageSize::Letter));
-            writer.setPageMargins(QMarginsF(0, 0, 0, 0));
-            writer.setResolution(1200);
-            writer.setTitle(title);
-            writer.setCreator(QStringLiteral("pvardo"));
-            outcome = documents::PrintRichText(document, writer, settings);
-        }
-        if (!outcome.ok) {
-            out.cancel();
-            context.err << "pvardo-admin print: cannot write " << QDir::toNativeSeparators(pdf) << ": "
-                        << outcome.error << Qt::endl;
-            return ExitCode::Failed;
-        }
-        if (!out.commit()) {
-            context.err << "pvardo-admin print: " << out.errorText() << Qt::endl;
-            return ExitCode::Failed;
-        }
-        if (!context.quiet) {
-            context.out << "Printed " << outcome.pages << (outcome.pages == 1 ? " page" : " pages") << " to "
-                        << QDir::toNativeSeparators(pdf) << '\n';
-        }
-        return read.damaged ? ExitCode::Failed : ExitCode::Ok;
-    }
-
-    // Without a printer the pages go to a PDF file in the current folder,
-    // under a name no file has yet.
-    QString fallback = QDir::current().absoluteFilePath(title + QStringLiteral(".pdf"));
-    for (int n = 1; QFileInfo::exists(fallback) && n < 1000; ++n) {
-        fallback = QDir::current().absoluteFilePath(QStringLiteral("%1-%2.pdf").arg(title).arg(n));
-    }
-    const documents::PrinterOutcome outcome = documents::printOnDefaultPrinter(document, settings, fallback, title);
-    if (!outcome.ok) {
-        context.err << "pvardo-admin print: " << outcome.error << Qt::endl;
-        return ExitCode::Failed;
-    }
-    if (!outcome.pdfPath.isEmpty()) {
-        context.out << "No printer is set up on this computer; the " << outcome.pages
-                    << (outcome.pages == 1 ? " page went" : " pages went") << " to "
-                    << QDir::toNativeSeparators(outcome.pdfPath) << '\n';
-    } else if (!context.quiet) {
-        context.out << "Printed " << outcome.pages << (outcome.pages == 1 ? " page" : " pages") << " on "
-                    << outcome.printerName << '\n';
-    }
-    return read.damaged ? ExitCode::Failed : ExitCode::Ok;
+    const int printed = printDocument(context, "print", document, settings, title, pdf);
+    return printed != ExitCode::Ok || read.damaged ? ExitCode::Failed : ExitCode::Ok;
 }
 
 const CommandRegistration registration{{"print", "print FILE.rtf [--pdf OUT.pdf] [--margins L,T,R,B] [--footer]",

@@ -1,0 +1,84 @@
+#include "cli/DocumentOutput.h"
+
+#include "common/ReplacingFile.h"
+#include "documents/printer/DefaultPrinter.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QPageSize>
+#include <QPdfWriter>
+#include <QTextDocument>
+
+namespace pvardo::cli {
+
+namespace {
+
+const char* pagesWord(int pages)
+{
+    return pages == 1 ? " page" : " pages";
+}
+
+int printToPdf(CommandContext& context, const char* command, QTextDocument& document,
+    const documents::PrintSettings& settings, const QString& title, const QString& pdf)
+{
+    ReplacingFile out(pdf);
+    if (!out.open(QIODevice::WriteOnly)) {
+        context.err << "pvardo-admin " << command << ": " << out.errorText() << Qt::endl;
+        return ExitCode::Failed;
+    }
+    documents::PrintOutcome outcome;
+    {
+        QPdfWriter writer(&out);
+        writer.setPageSize(QPageSize(QPageSize::Letter));
+        writer.setPageMargins(QMarginsF(0, 0, 0, 0));
+        writer.setResolution(1200);
+        writer.setTitle(title);
+        writer.setCreator(QStringLiteral("pvardo"));
+        outcome = documents::PrintRichText(document, writer, settings);
+    }
+    if (!outcome.ok) {
+        out.cancel();
+        context.err << "pvardo-admin " << command << ": cannot write " << QDir::toNativeSeparators(pdf) << ": "
+                    << outcome.error << Qt::endl;
+        return ExitCode::Failed;
+    }
+    if (!out.commit()) {
+        context.err << "pvardo-admin " << command << ": " << out.errorText() << Qt::endl;
+        return ExitCode::Failed;
+    }
+    if (!context.quiet) {
+        context.out << "Printed " << outcome.pages << pagesWord(outcome.pages) << " to "
+                    << QDir::toNativeSeparators(pdf) << '\n';
+    }
+    return ExitCode::Ok;
+}
+
+} // namespace
+
+int printDocument(CommandContext& context, const char* command, QTextDocument& document,
+    const documents::PrintSettings& settings, const QString& title, const QString& pdf)
+{
+    if (!pdf.isEmpty()) {
+        return printToPdf(context, command, document, settings, title, pdf);
+    }
+    QString fallback = QDir::current().absoluteFilePath(title + QStringLiteral(".pdf"));
+    for (int n = 1; QFileInfo::exists(fallback) && n < 1000; ++n) {
+        fallback = QDir::current().absoluteFilePath(QStringLiteral("%1-%2.pdf").arg(title).arg(n));
+    }
+    const documents::PrinterOutcome outcome = documents::printOnDefaultPrinter(document, settings, fallback, title);
+    if (!outcome.ok) {
+        context.err << "pvardo-admin " << command << ": " << outcome.error << Qt::endl;
+        return ExitCode::Failed;
+    }
+    if (!outcome.pdfPath.isEmpty()) {
+        context.out << "No printer is set up on this computer; the " << outcome.pages
+                    << (outcome.pages == 1 ? " page went" : " pages went") << " to "
+                    << QDir::toNativeSeparators(outcome.pdfPath) << '\n';
+    } else if (!context.quiet) {
+        context.out << "Printed " << outcome.pages << pagesWord(outcome.pages) << " on " << outcome.printerName
+                    << '\n';
+    }
+    return ExitCode::Ok;
+}
+
+} // namespace pvardo::cli
