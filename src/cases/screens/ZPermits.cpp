@@ -15,6 +15,7 @@
 #include "cases/screens/ProjectTab.h"
 #include "cases/screens/StructureTab.h"
 #include "common/ProgramEnd.h"
+#include "documents/NotepadTexts.h"
 #include "documents/FormDefinitions.h"
 #include "documents/screens/Letters.h"
 #include "common/PromptService.h"
@@ -186,6 +187,14 @@ ZPermits::ZPermits(QWidget* parent)
         return std::make_pair(boxOfColumn(QStringLiteral("PBCONTACTNAME1")),
                               boxOfColumn(QStringLiteral("PBCONTACTADDR1")));
     });
+    // The notepad's insert commands take the case shown.
+    documents::registerCaseTexts([this] {
+        if (!hasRow()) {
+            return documents::CaseTexts{};
+        }
+        return documents::CaseTexts{m_published.sblAndLocation, m_published.ownerAndAddress,
+                                    m_published.description};
+    });
 }
 
 QString ZPermits::boxOfColumn(const QString& column) const
@@ -247,6 +256,7 @@ ZPermits::~ZPermits()
 {
     documents::unregisterPlugVars(documents::ScreenCodes::Case);
     documents::unregisterLetterContact();
+    documents::unregisterCaseTexts();
 }
 
 ui::XPButton* ZPermits::addButton(

@@ -157,6 +157,11 @@ void Editor::setPdfFolder(const QString& folder)
     pdfFolder() = folder;
 }
 
+QString Editor::nextPdfPath()
+{
+    return freePdfPath();
+}
+
 void Editor::iPrint()
 {
     PrintState& state = printState();

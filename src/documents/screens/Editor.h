@@ -51,6 +51,8 @@ public:
     // Where the pages go when the workstation has no printer; by default the
     // user's documents folder.
     static void setPdfFolder(const QString& folder);
+    // A free name for the next PDF file in that folder.
+    static QString nextPdfPath();
     // The PDF file of the last print without a printer, empty when it went to
     // a printer.
     QString lastPdf() const { return m_lastPdf; }

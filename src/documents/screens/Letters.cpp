@@ -4,6 +4,7 @@
 #include "documents/Merge.h"
 #include "documents/RtfWriter.h"
 #include "documents/screens/Editor.h"
+#include "documents/screens/NotepadFrm.h"
 #include "documents/screens/PrintFrm.h"
 
 #include "common/TextFiles.h"
@@ -19,12 +20,6 @@
 namespace pvardo::documents {
 
 namespace {
-
-NotepadOpener& notepadOpener()
-{
-    static NotepadOpener opener;
-    return opener;
-}
 
 bool finishMerge(const FormLoad& load)
 {
@@ -87,27 +82,31 @@ void showBuiltReport()
         editor.showReport();
         return;
     }
+    // The notepad lets go of what it holds first: the clerk may still be
+    // editing the last letter, which lives in the same file.
+    NotepadFrm& notepad = NotepadFrm::shared();
+    if (!notepad.askToSaveChanges()) {
+        return;
+    }
     QString folder = session().TempFolder;
     if (folder.isEmpty()) {
         folder = QDir::tempPath();
     }
     const QString path = QDir(folder).filePath(QStringLiteral("tmp.rtf"));
     QString error;
-    const bool saved = replaceFile(path, writeRtf(editor.ReportBuffer()), &error);
-    if (saved && notepadOpener()) {
-        notepadOpener()(path);
+    if (!replaceFile(path, writeRtf(editor.ReportBuffer()), &error)) {
+        // Without the file the letter is edited in the report window itself.
+        editor.showReport();
+        if (auto* allow = editor.findChild<QCheckBox*>(QStringLiteral("Check1"))) {
+            allow->setChecked(true);
+        }
         return;
     }
-    // Edited in the report window itself until the notepad takes it.
-    editor.showReport();
-    if (auto* allow = editor.findChild<QCheckBox*>(QStringLiteral("Check1"))) {
-        allow->setChecked(true);
+    if (notepad.openDocument(path)) {
+        notepad.show();
+        notepad.raise();
+        notepad.activateWindow();
     }
-}
-
-void setNotepadOpener(NotepadOpener opener)
-{
-    notepadOpener() = std::move(opener);
 }
 
 } // namespace pvardo::documents

@@ -5,7 +5,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <functional>
 
 class QWidget;
 
@@ -35,12 +34,7 @@ bool mergeAndShow(const QString& path, int screenCode, const Addressee& addresse
 
 // Shows the report in the buffer: locked in the report window, or, when the
 // print dialog allowed editing first, saved as tmp.rtf in the temporary folder
-// and opened for editing.
+// and opened in the notepad.
 void showBuiltReport();
-
-// The notepad that opens a report for editing before it is printed. Until one
-// is set, the report window opens with editing allowed.
-using NotepadOpener = std::function<void(const QString& rtfPath)>;
-void setNotepadOpener(NotepadOpener opener);
 
 } // namespace pvardo::documents

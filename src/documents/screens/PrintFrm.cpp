@@ -2,6 +2,7 @@
 
 #include "documents/PrintState.h"
 #include "documents/printer/DefaultPrinter.h"
+#include "documents/screens/HeaderFrm.h"
 
 #include "common/PromptService.h"
 #include "common/Session.h"
@@ -105,8 +106,10 @@ PrintFrm::PrintFrm(QWidget* parent)
 
     auto* header = new ui::XPButton(QStringLiteral("XPButton1"), QStringLiteral(" Set report default header"),
                                     QString(), this);
-    // The header is set in the notepad, which this version does not have yet.
-    header->setEnabled(false);
+    connect(header, &QPushButton::clicked, this, [this] {
+        HeaderFrm letterhead(this);
+        prompts().exec(letterhead);
+    });
     layout->addWidget(header);
 
     auto* buttons = new QHBoxLayout;

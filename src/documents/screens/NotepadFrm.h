@@ -1,0 +1,107 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QPointer>
+
+#include <memory>
+
+class QLabel;
+class QTextEdit;
+
+namespace pvardo::store {
+class Recordset;
+}
+
+namespace pvardo::documents {
+
+class FormatToolbar;
+class SearchFrm;
+
+// The notepad " Recorder Pad": the office's small word processor. Merged
+// letters opened for editing, minutes and notes are written here and printed
+// through the report pipeline. The document is held in the program's rich-text
+// engine and saved as RTF (or as plain text under a ".txt" name), so what it
+// saves it reads back the same.
+class NotepadFrm : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit NotepadFrm(QWidget* parent = nullptr);
+    ~NotepadFrm() override;
+
+    // The notepad the other screens open documents in; one for the program.
+    static NotepadFrm& shared();
+
+    // Loads a file as the current document, after asking about an unsaved
+    // change of the one open; gives false when the clerk cancels or the file
+    // cannot be read (the open document is then kept as it was).
+    bool openDocument(const QString& path);
+
+    // Binds the notepad to a row of a table with a MINUTES column: a row that
+    // holds minutes shows them, and Save writes the document back into the
+    // row rather than into a file. The notepad keeps a cursor of its own on
+    // that row, so the screen that handed it over may move on or close.
+    bool externalLoad(const store::Recordset& row);
+    bool isBound() const { return m_bound != nullptr; }
+
+    // Asks "Do you want to save the file?" when the document holds a change.
+    // False when the clerk cancels (StopFlag is then set) or a save failed.
+    bool askToSaveChanges();
+
+    // The menu commands.
+    void newdoc();
+    void opendoc();
+    bool savedoc();
+    bool saveasdoc();
+    void printdoc();
+    void search();
+    void undo();
+    void cut();
+    void copy();
+    void paste();
+    void chooseFont(); // the Format menu's "Font.."
+    void leftjust();
+    void centerjust();
+    void rightjust();
+    void insertboard();
+    void insertprop();
+    void insertown();
+    void insertproj();
+    void inserdate();
+    void inserttime();
+
+    QString currentDocument() const { return m_path; }
+    bool changed() const { return m_changed; }
+    bool saved() const { return m_saved; }
+    QTextEdit& buffer() const { return *m_text; }
+    FormatToolbar& toolbar() const { return *m_toolbar; }
+    // The PDF file of the last print without a printer.
+    QString lastPdf() const { return m_lastPdf; }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void buildMenus();
+    bool loadFile(const QString& path);
+    bool writeFile(const QString& path);
+    void setCurrentDocument(const QString& path);
+    void clearFlags();
+    void insertText(const QString& text);
+    QString chooseFile(bool saving);
+
+    QTextEdit* m_text = nullptr;
+    FormatToolbar* m_toolbar = nullptr;
+    QLabel* m_pathPanel = nullptr;
+    QPointer<SearchFrm> m_search;
+    QString m_path;
+    QString m_lastPdf;
+    bool m_changed = false;
+    bool m_saved = false;
+    bool m_loading = false;
+    std::unique_ptr<store::Recordset> m_bound;
+};
+
+} // namespace pvardo::documents
