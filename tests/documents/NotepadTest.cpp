@@ -28,6 +28,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
+#include <QFontDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
@@ -176,6 +177,20 @@ TEST_F(Notepad, aLetterIsTypedFormattedSavedAndReadBackTheSame)
     EXPECT_EQ(sizes->currentText(), QString());
     EXPECT_FALSE(down("Bold"));
 
+    // The font dialog starts from the selection and its choice is applied.
+    select(19, 23);
+    scriptedPrompts().onDialog(q("CommonDialog1"), [&](QDialog& dialog) {
+        auto& fontDialog = static_cast<QFontDialog&>(dialog);
+        EXPECT_EQ(fontDialog.currentFont().family(), face);
+        EXPECT_TRUE(fontDialog.currentFont().italic());
+        QFont chosen = fontDialog.currentFont();
+        chosen.setUnderline(true);
+        fontDialog.setCurrentFont(chosen);
+        return int(QDialog::Accepted);
+    });
+    trigger(*pad, "font");
+    EXPECT_TRUE(down("Underline"));
+
     // Save without a name asks for one.
     const QString path = file("letter.rtf");
     pickFile(path);
@@ -225,14 +240,22 @@ TEST_F(Notepad, aChangeIsNeverLostWithoutBeingAsked)
     EXPECT_FALSE(pad->close());
     EXPECT_TRUE(pad->isVisible());
 
-    // Opening another file asks too; a file that cannot be read leaves the
-    // document as it was.
-    scriptedPrompts().answer(q("Save Changes"), PromptAnswer::No);
+    // A file that cannot be read leaves the document and its change as they
+    // were, without a question.
+    scriptedPrompts().clear();
     EXPECT_FALSE(pad->openDocument(file("missing.rtf")));
+    EXPECT_EQ(edit->toPlainText(), q("Motion carried 4-1."));
+    EXPECT_TRUE(pad->changed());
+    EXPECT_FALSE(scriptedPrompts().shownTexts().contains(q("Do you want to save the file?")));
+
+    // New asks as well; No lets the change go.
+    scriptedPrompts().answer(q("Save Changes"), PromptAnswer::Cancel);
+    trigger(*pad, "newdoc");
     EXPECT_EQ(edit->toPlainText(), q("Motion carried 4-1."));
 
     // An insert counts as a change; Yes with a name saves it and closes.
     ASSERT_TRUE(replaceFile(path, writeRtf(*edit->document())));
+    scriptedPrompts().answer(q("Save Changes"), PromptAnswer::No);
     ASSERT_TRUE(pad->openDocument(path));
     EXPECT_FALSE(pad->changed());
     {
@@ -318,6 +341,7 @@ TEST_F(Notepad, insertCommandsWithoutACase)
     EXPECT_EQ(edit->toPlainText(), q("Ruth Ames\nTom Baker\n"));
 
     // Without a case screen the case texts are empty and nothing changes.
+    scriptedPrompts().answer(q("Save Changes"), PromptAnswer::No);
     pad->newdoc();
     for (const char* command : {"insertprop", "insertown", "insertproj"}) {
         trigger(*pad, command);

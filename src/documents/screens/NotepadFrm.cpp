@@ -222,14 +222,14 @@ bool NotepadFrm::askToSaveChanges()
 
 bool NotepadFrm::openDocument(const QString& path)
 {
-    if (!askToSaveChanges()) {
-        return false;
-    }
     return loadFile(path);
 }
 
 bool NotepadFrm::loadFile(const QString& path)
 {
+    // The file is read before the clerk is asked about the open document, so
+    // a file that cannot be read leaves that document, and its change, as
+    // they were.
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         showMessage(QStringLiteral("The document ") + QDir::toNativeSeparators(path)
@@ -245,9 +245,7 @@ bool NotepadFrm::loadFile(const QString& path)
         return false;
     }
 
-    // Read into a document of its own first, so that the open one stays
-    // whole if anything goes wrong.
-    auto* document = new QTextDocument(m_text);
+    auto document = std::make_unique<QTextDocument>();
     prepareDocument(*document);
     RtfReadResult read;
     if (looksLikeRtf(bytes)) {
@@ -255,8 +253,12 @@ bool NotepadFrm::loadFile(const QString& path)
     } else {
         document->setPlainText(decodeText(bytes));
     }
+    if (!askToSaveChanges()) {
+        return false;
+    }
+    document->setParent(m_text);
     m_loading = true;
-    m_text->setDocument(document);
+    m_text->setDocument(document.release());
     m_text->moveCursor(QTextCursor::Start);
     m_loading = false;
     m_bound.reset();
@@ -339,6 +341,9 @@ bool NotepadFrm::externalLoad(const store::Recordset& row)
 
 void NotepadFrm::newdoc()
 {
+    if (!askToSaveChanges()) {
+        return;
+    }
     auto* document = new QTextDocument(m_text);
     prepareDocument(*document);
     m_loading = true;
@@ -372,9 +377,6 @@ QString NotepadFrm::chooseFile(bool saving)
 
 void NotepadFrm::opendoc()
 {
-    if (!askToSaveChanges()) {
-        return;
-    }
     const QString path = chooseFile(false);
     if (!path.isEmpty()) {
         loadFile(path);
@@ -521,7 +523,7 @@ void NotepadFrm::chooseFont()
         return;
     }
     QTextCharFormat format;
-    format.setFont(dialog.selectedFont());
+    format.setFont(dialog.currentFont());
     m_text->mergeCurrentCharFormat(format);
     m_toolbar->SelChange();
 }
