@@ -34,6 +34,7 @@ TEST_F(CaseScreenTest, notepadInsertsTheCaseShown)
     EXPECT_TRUE(pad.changed());
 
     screen.reset();
+    scriptedPrompts().answer(q("Save Changes"), PromptAnswer::No);
     pad.newdoc();
     pad.findChild<QAction*>(q("insertown"))->trigger();
     EXPECT_EQ(text.toPlainText(), QString());
