@@ -235,10 +235,16 @@ TEST_F(Notepad, aChangeIsNeverLostWithoutBeingAsked)
     EXPECT_EQ(scriptedPrompts().shown().first().text, q("Do you want to save the file?"));
     EXPECT_EQ(scriptedPrompts().shown().first().buttons, PromptButtons::YesNoCancel);
 
-    // Yes without a name, and the name dialog cancelled: still open.
+    // Yes without a name, and the name dialog cancelled, or a name where
+    // nothing can be written: still open, the change still marked.
     scriptedPrompts().answer(q("Save Changes"), PromptAnswer::Yes);
     EXPECT_FALSE(pad->close());
+    scriptedPrompts().answer(q("Save Changes"), PromptAnswer::Yes);
+    pickFile(file("no-such-folder/minutes.rtf"));
+    EXPECT_FALSE(pad->close());
+    EXPECT_TRUE(scriptedPrompts().shownTexts().last().startsWith(q("The document could not be saved to ")));
     EXPECT_TRUE(pad->isVisible());
+    EXPECT_TRUE(pad->changed());
 
     // A file that cannot be read leaves the document and its change as they
     // were, without a question.
@@ -519,9 +525,16 @@ TEST_F(Notepad, theLetterheadIsDefinedAndPrinted)
     }
     EXPECT_GT(blue, 1000) << "the logo is on the page";
 
-    // Opened again, the header shows what was saved; Cancel keeps the file.
+    // Opened again, the header shows what was saved. A file that is no
+    // picture is refused and the logo kept; Cancel keeps the heading's file.
     const QByteArray saved = test::readFixtureBytes(HeaderFrm::headerPath());
     HeaderFrm again;
+    const QString notPicture = file("seal.bmp");
+    ASSERT_TRUE(replaceFile(notPicture, "BM not really a bitmap"));
+    pickFile(notPicture);
+    click(again, "iLogo");
+    EXPECT_TRUE(scriptedPrompts().shownTexts().last().endsWith(q("is not a picture this program can read.")));
+    EXPECT_EQ(test::readFixtureBytes(HeaderFrm::logoPath()), test::readFixtureBytes(png));
     EXPECT_EQ(child<QTextEdit>(again, "RichTextBox1")->toPlainText(), q("TOWN OF ESOPUS PLANNING BOARD"));
     QTest::keyClicks(child<QTextEdit>(again, "RichTextBox1"), q("X"));
     click(again, "Command2");
