@@ -3,12 +3,15 @@
 #include "admin/UserList.h"
 #include "common/Settings.h"
 #include "common/TextFiles.h"
+#include "documents/Labels.h"
 #include "store/Catalogue.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <QImage>
 #include <QTemporaryFile>
 
 namespace pvardo::admin {
@@ -156,6 +159,31 @@ void Installation::makeDatabase(const QString& relative, const QString& fileName
     }
 }
 
+void Installation::makeLabelPictures()
+{
+    const QString folder = documents::labelsFolder(m_folder);
+    for (const documents::LabelSheetEntry& entry : documents::readLabelCatalog(folder).sheets) {
+        const QString definition = QDir(folder).filePath(entry.fileName);
+        if (!QFileInfo(definition).isFile()) {
+            continue;
+        }
+        const documents::LabelSheet sheet = documents::readLabelSheet(definition);
+        const QString picture = documents::labelPicturePath(folder, sheet);
+        if (picture.isEmpty() || QFileInfo(picture).dir() != QDir(folder)) {
+            continue;
+        }
+        QByteArray bytes;
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::WriteOnly);
+        if (!documents::drawLabelSheetPicture(sheet).save(&buffer, "BMP")) {
+            m_failures << QStringLiteral("labels/") + QFileInfo(picture).fileName()
+                              + QStringLiteral(": the picture cannot be drawn");
+            continue;
+        }
+        makeFile(QStringLiteral("labels/") + QFileInfo(picture).fileName(), bytes);
+    }
+}
+
 bool Installation::make(const QString& adminPassword)
 {
     m_created.clear();
@@ -215,6 +243,10 @@ bool Installation::make(const QString& adminPassword)
     }
     // The header, detail pages, heads of listings and letters of the office.
     copyShipped(QStringLiteral("forms"), QStringLiteral("forms"));
+    // The label sheets, their template and the pictures of the sheets, drawn
+    // from the definitions in place (the office's own included).
+    copyShipped(QStringLiteral("labels"), QStringLiteral("labels"));
+    makeLabelPictures();
     return m_failures.isEmpty();
 }
 

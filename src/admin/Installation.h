@@ -8,7 +8,8 @@ namespace pvardo::admin {
 // Makes or completes an installation folder: the settings file with its
 // defaults, def.txt, the user list with one administrator, the seeds of wrk/,
 // the databases folder with every database file, forms/ with the report
-// header and the templates of the letters and listings, labels/ and settings/. Files already there are never replaced, so
+// header and the templates of the letters and listings, labels/ with the
+// label sheets, their pictures and the label template, and settings/. Files already there are never replaced, so
 // running it on an existing installation only adds what is missing.
 class Installation
 {
@@ -44,6 +45,9 @@ private:
     // Copies the shipped files of `folder` into the installation's folder
     // `into`, keeping any that is there.
     void copyShipped(const QString& folder, const QString& into);
+    // Draws the picture of each sheet of the labels catalogue that names one
+    // and has none yet.
+    void makeLabelPictures();
     void makeFolder(const QString& relative);
     void makeFile(const QString& relative, const QByteArray& bytes);
     void makeDatabase(const QString& relative, const QString& fileName);

@@ -18,8 +18,8 @@ const char* pagesWord(int pages)
     return pages == 1 ? " page" : " pages";
 }
 
-int printToPdf(CommandContext& context, const char* command, QTextDocument& document,
-    const documents::PrintSettings& settings, const QString& title, const QString& pdf)
+int printToPdf(CommandContext& context, const char* command, const documents::PageJob& job, const QString& title,
+    const QString& pdf)
 {
     ReplacingFile out(pdf);
     if (!out.open(QIODevice::WriteOnly)) {
@@ -34,7 +34,7 @@ int printToPdf(CommandContext& context, const char* command, QTextDocument& docu
         writer.setResolution(1200);
         writer.setTitle(title);
         writer.setCreator(QStringLiteral("pvardo"));
-        outcome = documents::PrintRichText(document, writer, settings);
+        outcome = job(writer);
     }
     if (!outcome.ok) {
         out.cancel();
@@ -58,14 +58,23 @@ int printToPdf(CommandContext& context, const char* command, QTextDocument& docu
 int printDocument(CommandContext& context, const char* command, QTextDocument& document,
     const documents::PrintSettings& settings, const QString& title, const QString& pdf)
 {
+    return printPages(
+        context, command,
+        [&](QPagedPaintDevice& device) { return documents::PrintRichText(document, device, settings); }, title,
+        pdf);
+}
+
+int printPages(CommandContext& context, const char* command, const documents::PageJob& job, const QString& title,
+    const QString& pdf)
+{
     if (!pdf.isEmpty()) {
-        return printToPdf(context, command, document, settings, title, pdf);
+        return printToPdf(context, command, job, title, pdf);
     }
     QString fallback = QDir::current().absoluteFilePath(title + QStringLiteral(".pdf"));
     for (int n = 1; QFileInfo::exists(fallback) && n < 1000; ++n) {
         fallback = QDir::current().absoluteFilePath(QStringLiteral("%1-%2.pdf").arg(title).arg(n));
     }
-    const documents::PrinterOutcome outcome = documents::printOnDefaultPrinter(document, settings, fallback, title);
+    const documents::PrinterOutcome outcome = documents::printOnDefaultPrinter(job, fallback, title);
     if (!outcome.ok) {
         context.err << "pvardo-admin " << command << ": " << outcome.error << Qt::endl;
         return ExitCode::Failed;

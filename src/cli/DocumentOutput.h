@@ -18,4 +18,8 @@ namespace pvardo::cli {
 int printDocument(CommandContext& context, const char* command, QTextDocument& document,
     const documents::PrintSettings& settings, const QString& title, const QString& pdf);
 
+// The same for any printing job, such as a run of labels.
+int printPages(CommandContext& context, const char* command, const documents::PageJob& job, const QString& title,
+    const QString& pdf);
+
 } // namespace pvardo::cli

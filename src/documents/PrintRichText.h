@@ -55,4 +55,8 @@ struct PrintOutcome {
 // is changed only by the print-time placeholder pass.
 PrintOutcome PrintRichText(QTextDocument& buffer, QPagedPaintDevice& device, const PrintSettings& settings);
 
+// What is printed on a device, whichever device the output goes to: a
+// document through PrintRichText, or a sheet of labels.
+using PageJob = std::function<PrintOutcome(QPagedPaintDevice& device)>;
+
 } // namespace pvardo::documents

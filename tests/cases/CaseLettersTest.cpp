@@ -13,6 +13,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTextDocument>
+#include <QTest>
 #include <QTextEdit>
 
 namespace pvardo::test {
@@ -143,18 +144,62 @@ TEST_F(CaseLetters, applicationDetailChosenForEditingFirst)
     shipTemplate(q("pbappd.rtf"));
     open();
     choose(q("Application Detail"), true);
-    documents::Editor& editor = documents::Editor::instance();
     documents::NotepadFrm& notepad = documents::NotepadFrm::shared();
     EXPECT_TRUE(notepad.isVisible());
     EXPECT_EQ(notepad.currentDocument(), pdfFolder.filePath(q("tmp.rtf")));
     EXPECT_TRUE(notepad.buffer().toPlainText().contains(q("Ann Applicant")));
     notepad.close();
+}
 
-    // Labels are not in this version yet: said, nothing printed.
-    editor.hide();
+TEST_F(CaseLetters, labelForMailingGoesToTheOwnerFromTheCellPicked)
+{
+    seedCase(q("24-018"), {{q("PBOWNRNAME1"), q("Olive Owner")},
+                           {q("PBOWNRADDR1"), q("4 Maple Ln, Elmford NY 12000")},
+                           {q("PBCONTACTNAME1"), q("Carl Contact")}});
+    open();
+    click("IMoveLast");
+    // Cancelled in the label window: nothing printed.
+    prompts().onDialog(q("LabelFrm"), [](QDialog& dialog) {
+        dialog.findChild<QPushButton*>(q("command2"))->click();
+        return dialog.result();
+    });
     choose(q("Label for Mailing"));
-    EXPECT_FALSE(editor.isVisible());
-    EXPECT_TRUE(lastText().contains(q("not available")));
+    EXPECT_TRUE(QDir(pdfFolder.path()).entryList({q("Labels*.pdf")}).isEmpty());
+
+    // The second cell of the third row, picked on the sheet's picture.
+    prompts().onDialog(q("LabelFrm"), [](QDialog& dialog) {
+        auto* picture = dialog.findChild<QWidget*>(q("Picture1"));
+        const qreal cellHeight = (picture->height() - 170 / 15.0) / 10;
+        QTest::mouseClick(picture, Qt::LeftButton, {},
+                          QPoint(picture->width() / 2, int(cellHeight * 2.5)));
+        dialog.findChild<QPushButton*>(q("command3"))->click();
+        return dialog.result();
+    });
+    choose(q("Label for Mailing"));
+    if (!documents::defaultPrinterName().isEmpty()) {
+        GTEST_SKIP() << "a printer is set up on this machine";
+    }
+    const QStringList pdfs = QDir(pdfFolder.path()).entryList({q("Labels*.pdf")});
+    ASSERT_EQ(pdfs.size(), 1);
+    EXPECT_TRUE(lastText().contains(q("The labels were written to")));
+    const QString pdf = pdfFolder.filePath(pdfs.first());
+    const QStringList pages = pdfPageTexts(pdf);
+    ASSERT_EQ(pages.size(), 1);
+    EXPECT_TRUE(pages.first().contains(q("Olive Owner"))) << pages.first().toStdString();
+    EXPECT_TRUE(pages.first().contains(q("4 Maple Ln")));
+    EXPECT_TRUE(pages.first().contains(q("Elmford NY 12000")));
+    EXPECT_FALSE(pages.first().contains(q("Carl Contact")));
+    // Without a catalogue the default sheet: 0.2 in from the left, 0.6 from
+    // the top, 1 x 2.63 labels with 0.125 between columns.
+    std::unique_ptr<Poppler::Document> document = Poppler::Document::load(pdf);
+    QRectF olive;
+    for (const std::unique_ptr<Poppler::TextBox>& box : document->page(0)->textList()) {
+        if (box->text() == q("Olive")) {
+            olive = box->boundingBox();
+        }
+    }
+    EXPECT_NEAR(olive.left(), (0.2 + 2.63 + 0.125) * 72, 72.0 / 32);
+    EXPECT_NEAR(olive.top(), (0.6 + 2) * 72, 72.0 / 32);
 }
 
 // Draws the print dialog, the report window with a merged letter and the

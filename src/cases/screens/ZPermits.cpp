@@ -17,6 +17,7 @@
 #include "common/ProgramEnd.h"
 #include "documents/NotepadTexts.h"
 #include "documents/FormDefinitions.h"
+#include "documents/screens/LabelFrm.h"
 #include "documents/screens/Letters.h"
 #include "common/PromptService.h"
 #include "common/ScreenOpen.h"
@@ -247,8 +248,11 @@ void ZPermits::doprint()
     if (code == QLatin1String("APP")) {
         printApplicationDetail();
     } else if (code == QLatin1String("LAB")) {
-        showMessage(QStringLiteral("Mailing labels are not available in this version."), QStringLiteral(" Print"),
-                    PromptButtons::Ok, PromptIcon::Information);
+        // The mailing label goes to the owner of the parcel.
+        documents::labelState().single = false;
+        documents::printMailingLabels({documents::SplitAddress(boxOfColumn(QStringLiteral("PBOWNRNAME1")),
+                                                               boxOfColumn(QStringLiteral("PBOWNRADDR1")))},
+                                      this);
     }
 }
 

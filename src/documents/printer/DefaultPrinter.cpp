@@ -16,6 +16,13 @@ QString defaultPrinterName()
 PrinterOutcome printOnDefaultPrinter(QTextDocument& document, const PrintSettings& settings,
                                      const QString& fallbackPdfPath, const QString& title)
 {
+    return printOnDefaultPrinter(
+        [&](QPagedPaintDevice& device) { return PrintRichText(document, device, settings); }, fallbackPdfPath,
+        title);
+}
+
+PrinterOutcome printOnDefaultPrinter(const PageJob& job, const QString& fallbackPdfPath, const QString& title)
+{
     PrinterOutcome outcome;
     const QPrinterInfo info = QPrinterInfo::defaultPrinter();
     if (!info.isNull()) {
@@ -27,7 +34,7 @@ PrinterOutcome printOnDefaultPrinter(QTextDocument& document, const PrintSetting
         if (!title.isEmpty()) {
             printer.setDocName(title);
         }
-        const PrintOutcome printed = PrintRichText(document, printer, settings);
+        const PrintOutcome printed = job(printer);
         outcome.ok = printed.ok;
         outcome.pages = printed.pages;
         outcome.error = printed.error;
@@ -43,7 +50,7 @@ PrinterOutcome printOnDefaultPrinter(QTextDocument& document, const PrintSetting
     if (!title.isEmpty()) {
         writer.setTitle(title);
     }
-    const PrintOutcome printed = PrintRichText(document, writer, settings);
+    const PrintOutcome printed = job(writer);
     outcome.ok = printed.ok;
     outcome.pages = printed.pages;
     outcome.error = printed.error;

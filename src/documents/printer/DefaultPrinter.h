@@ -27,4 +27,9 @@ QString defaultPrinterName();
 PrinterOutcome printOnDefaultPrinter(QTextDocument& document, const PrintSettings& settings,
                                      const QString& fallbackPdfPath, const QString& title = QString());
 
+// The same for any printing job: the one way to the office's printer, or to
+// the PDF file when there is none.
+PrinterOutcome printOnDefaultPrinter(const PageJob& job, const QString& fallbackPdfPath,
+                                     const QString& title = QString());
+
 } // namespace pvardo::documents

@@ -32,7 +32,7 @@ QString& pdfFolder()
     return folder;
 }
 
-QString freePdfPath()
+QString freePdfPath(const QString& baseName = QStringLiteral("Report"))
 {
     QString folder = pdfFolder();
     if (folder.isEmpty()) {
@@ -42,9 +42,9 @@ QString freePdfPath()
         folder = QDir::tempPath();
     }
     const QDir dir(folder);
-    QString path = dir.absoluteFilePath(QStringLiteral("Report.pdf"));
+    QString path = dir.absoluteFilePath(baseName + QStringLiteral(".pdf"));
     for (int n = 1; QFileInfo::exists(path) && n < 10000; ++n) {
-        path = dir.absoluteFilePath(QStringLiteral("Report-%1.pdf").arg(n));
+        path = dir.absoluteFilePath(QStringLiteral("%1-%2.pdf").arg(baseName).arg(n));
     }
     return path;
 }
@@ -245,6 +245,11 @@ void Editor::iPrint()
                         + QDir::toNativeSeparators(outcome.pdfPath) + QLatin1Char('.'),
                     QStringLiteral(" Print"), PromptButtons::Ok, PromptIcon::Information);
     }
+}
+
+QString Editor::unusedPdfPath(const QString& baseName)
+{
+    return freePdfPath(baseName);
 }
 
 void Editor::iPrint2File()

@@ -53,6 +53,8 @@ public:
     static void setPdfFolder(const QString& folder);
     // A free name for the next PDF file in that folder.
     static QString nextPdfPath();
+    // A file of that folder no file has yet: `baseName`.pdf, or with a number.
+    static QString unusedPdfPath(const QString& baseName);
     // The PDF file of the last print without a printer, empty when it went to
     // a printer.
     QString lastPdf() const { return m_lastPdf; }
