@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-
 #include <functional>
 
 namespace pvardo::documents {
@@ -9,7 +8,8 @@ namespace pvardo::documents {
 // What the case screen tells the notepad about the case it shows, made when
 // the case was shown: the parcel and site, the owner with the address, the
 // project's description.
-struct CaseTexts {
+struct CaseTexts
+{
     QString property;
     QString owner;
     QString project;

@@ -1,5 +1,4 @@
 #include "CaseScreenFixture.h"
-
 #include "documents/screens/NotepadFrm.h"
 
 #include <QAction>
@@ -11,10 +10,11 @@ namespace pvardo::test {
 // nothing once no case screen is open.
 TEST_F(CaseScreenTest, notepadInsertsTheCaseShown)
 {
-    seedCase(q("24-031"), {{q("SEC"), q("12")}, {q("BLK"), q("1")}, {q("LOT"), q("5")},
-                           {q("PBLOCN1"), q("14 Mill Pond Road")}, {q("PBOWNRNAME1"), q("Anne Whitcomb")},
-                           {q("PBOWNRADDR1"), q("14 Mill Pond Road, Esopus NY 12429")},
-                           {q("PBPROJDESC"), q("A two-car detached garage.")}});
+    seedCase(q("24-031"),
+        {{q("SEC"), q("12")}, {q("BLK"), q("1")}, {q("LOT"), q("5")}, {q("PBLOCN1"), q("14 Mill Pond Road")},
+            {q("PBOWNRNAME1"), q("Anne Whitcomb")},
+            {q("PBOWNRADDR1"), q("14 Mill Pond Road, Esopus NY 12429")},
+            {q("PBPROJDESC"), q("A two-car detached garage.")}});
     open();
     documents::NotepadFrm pad;
     QTextEdit& text = pad.buffer();

@@ -1,6 +1,8 @@
 #include "DocumentFixtures.h"
 #include "PdfPages.h"
-
+#include "common/Clock.h"
+#include "common/Session.h"
+#include "common/TextFiles.h"
 #include "documents/Merge.h"
 #include "documents/NotepadTexts.h"
 #include "documents/PrintState.h"
@@ -14,10 +16,6 @@
 #include "documents/screens/NotepadFrm.h"
 #include "documents/screens/PrintFrm.h"
 #include "documents/screens/SearchFrm.h"
-
-#include "common/Clock.h"
-#include "common/Session.h"
-#include "common/TextFiles.h"
 #include "store/Recordset.h"
 #include "support/InstallationTest.h"
 #include "support/ScriptedPrompts.h"
@@ -37,7 +35,6 @@
 #include <QTest>
 #include <QTextBlock>
 #include <QTextEdit>
-
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -205,7 +202,8 @@ TEST_F(Notepad, aLetterIsTypedFormattedSavedAndReadBackTheSame)
     ASSERT_TRUE(reopened.openDocument(path));
     const QTextDocument& again = *reopened.buffer().document();
     EXPECT_EQ(again.toPlainText(), q("Dear Ms. Whitcomb,\nYour application is complete."));
-    EXPECT_TRUE(again.begin().charFormat().font().bold() || QTextCursor(again.begin()).charFormat().font().bold());
+    EXPECT_TRUE(
+        again.begin().charFormat().font().bold() || QTextCursor(again.begin()).charFormat().font().bold());
     EXPECT_EQ(again.begin().blockFormat().alignment() & Qt::AlignHorizontal_Mask, Qt::AlignHCenter);
     EXPECT_FALSE(reopened.changed());
     // What it saves it reads back unchanged.
@@ -250,6 +248,9 @@ TEST_F(Notepad, aChangeIsNeverLostWithoutBeingAsked)
     // were, without a question.
     scriptedPrompts().clear();
     EXPECT_FALSE(pad->openDocument(file("missing.rtf")));
+    const QString picture = file("plan.png");
+    ASSERT_TRUE(QImage(8, 8, QImage::Format_RGB32).save(picture));
+    EXPECT_FALSE(pad->openDocument(picture)); // binary: refused, never shown as text
     EXPECT_EQ(edit->toPlainText(), q("Motion carried 4-1."));
     EXPECT_TRUE(pad->changed());
     EXPECT_FALSE(scriptedPrompts().shownTexts().contains(q("Do you want to save the file?")));
@@ -341,8 +342,8 @@ TEST_F(Notepad, findAndReplace)
 
 TEST_F(Notepad, insertCommandsWithoutACase)
 {
-    ASSERT_TRUE(replaceTextLines(session().DatabaseFolder + q("/Inspectors.txt"),
-                                 {q("  Ruth Ames "), q(""), q("Tom Baker")}));
+    ASSERT_TRUE(replaceTextLines(
+        session().DatabaseFolder + q("/Inspectors.txt"), {q("  Ruth Ames "), q(""), q("Tom Baker")}));
     trigger(*pad, "insertboard");
     EXPECT_EQ(edit->toPlainText(), q("Ruth Ames\nTom Baker\n"));
 
@@ -577,8 +578,8 @@ TEST_F(Notepad, Screenshots)
     save(*pad, "notepad.png");
 
     ASSERT_TRUE(replaceFile(HeaderFrm::headerPath(),
-                            "{\\rtf1\\ansi\\qc{\\b\\fs32 TOWN OF ESOPUS}\\par\\qc PLANNING BOARD\\par"
-                            "\\qc 1 Government Drive, Port Ewen NY 12466\\par}"));
+        "{\\rtf1\\ansi\\qc{\\b\\fs32 TOWN OF ESOPUS}\\par\\qc PLANNING BOARD\\par"
+        "\\qc 1 Government Drive, Port Ewen NY 12466\\par}"));
     QImage seal(240, 120, QImage::Format_RGB32);
     seal.fill(Qt::white);
     {

@@ -104,10 +104,12 @@ FormatToolbar::FormatToolbar(QTextEdit& edit, QWidget* parent)
     connect(m_sizes, &QComboBox::textActivated, this, &FormatToolbar::applySize);
     addSeparator();
 
-    addButton(QStringLiteral("Bold"), QStringLiteral(" Bold "), letterIcon(QStringLiteral("B"), true, false, false));
-    addButton(QStringLiteral("Italic"), QStringLiteral(" Italic "), letterIcon(QStringLiteral("I"), false, true, false));
+    addButton(QStringLiteral("Bold"), QStringLiteral(" Bold "),
+        letterIcon(QStringLiteral("B"), true, false, false));
+    addButton(QStringLiteral("Italic"), QStringLiteral(" Italic "),
+        letterIcon(QStringLiteral("I"), false, true, false));
     addButton(QStringLiteral("Underline"), QStringLiteral(" Underline "),
-              letterIcon(QStringLiteral("U"), false, false, true));
+        letterIcon(QStringLiteral("U"), false, false, true));
     addSeparator();
     addButton(QStringLiteral("JustL"), QStringLiteral(" Left Justify "), justifyIcon(Qt::AlignLeft));
     addButton(QStringLiteral("JustC"), QStringLiteral(" Center Justify "), justifyIcon(Qt::AlignHCenter));
@@ -231,18 +233,54 @@ void FormatToolbar::setDown(const QString& key, bool down)
     }
 }
 
-void FormatToolbar::BoldDown() { setDown(QStringLiteral("Bold"), true); }
-void FormatToolbar::BoldUp() { setDown(QStringLiteral("Bold"), false); }
-void FormatToolbar::ItalicsDown() { setDown(QStringLiteral("Italic"), true); }
-void FormatToolbar::ItalicsUp() { setDown(QStringLiteral("Italic"), false); }
-void FormatToolbar::UnderlineDown() { setDown(QStringLiteral("Underline"), true); }
-void FormatToolbar::UnderlineUp() { setDown(QStringLiteral("Underline"), false); }
-void FormatToolbar::JustLDown() { setDown(QStringLiteral("JustL"), true); }
-void FormatToolbar::JustLUp() { setDown(QStringLiteral("JustL"), false); }
-void FormatToolbar::JustCDown() { setDown(QStringLiteral("JustC"), true); }
-void FormatToolbar::JustCUp() { setDown(QStringLiteral("JustC"), false); }
-void FormatToolbar::JustRDown() { setDown(QStringLiteral("JustR"), true); }
-void FormatToolbar::JustRUp() { setDown(QStringLiteral("JustR"), false); }
+void FormatToolbar::BoldDown()
+{
+    setDown(QStringLiteral("Bold"), true);
+}
+void FormatToolbar::BoldUp()
+{
+    setDown(QStringLiteral("Bold"), false);
+}
+void FormatToolbar::ItalicsDown()
+{
+    setDown(QStringLiteral("Italic"), true);
+}
+void FormatToolbar::ItalicsUp()
+{
+    setDown(QStringLiteral("Italic"), false);
+}
+void FormatToolbar::UnderlineDown()
+{
+    setDown(QStringLiteral("Underline"), true);
+}
+void FormatToolbar::UnderlineUp()
+{
+    setDown(QStringLiteral("Underline"), false);
+}
+void FormatToolbar::JustLDown()
+{
+    setDown(QStringLiteral("JustL"), true);
+}
+void FormatToolbar::JustLUp()
+{
+    setDown(QStringLiteral("JustL"), false);
+}
+void FormatToolbar::JustCDown()
+{
+    setDown(QStringLiteral("JustC"), true);
+}
+void FormatToolbar::JustCUp()
+{
+    setDown(QStringLiteral("JustC"), false);
+}
+void FormatToolbar::JustRDown()
+{
+    setDown(QStringLiteral("JustR"), true);
+}
+void FormatToolbar::JustRUp()
+{
+    setDown(QStringLiteral("JustR"), false);
+}
 
 void FormatToolbar::applyFamily(const QString& family)
 {

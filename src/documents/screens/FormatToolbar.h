@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QToolBar>
-
 #include <optional>
 
 class QAction;
@@ -50,7 +49,8 @@ public:
     void JustRUp();
 
     // What the selection holds, each property unset when it is mixed.
-    struct Selection {
+    struct Selection
+    {
         std::optional<QString> family;
         std::optional<double> size;
         std::optional<bool> bold;

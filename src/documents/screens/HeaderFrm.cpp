@@ -1,24 +1,23 @@
 #include "documents/screens/HeaderFrm.h"
 
-#include "documents/RtfReader.h"
-#include "documents/RtfWriter.h"
-#include "documents/screens/FormatToolbar.h"
-
 #include "common/PromptService.h"
 #include "common/Session.h"
 #include "common/TextFiles.h"
+#include "documents/RtfReader.h"
+#include "documents/RtfWriter.h"
+#include "documents/screens/FormatToolbar.h"
 #include "ui/XPButton.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QImage>
-#include <QPixmap>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QImage>
 #include <QImageReader>
 #include <QLabel>
+#include <QPixmap>
 #include <QTextEdit>
 #include <QVBoxLayout>
 
@@ -67,9 +66,9 @@ HeaderFrm::HeaderFrm(QWidget* parent)
     m_logo = pictureBox("picLogo", this);
     m_signature = pictureBox("picSig", this);
     auto* logo = new ui::XPButton(QStringLiteral("iLogo"), QStringLiteral(" Logo..."),
-                                  QStringLiteral(" Choose the logo picture of the letters "), this);
+        QStringLiteral(" Choose the logo picture of the letters "), this);
     auto* signature = new ui::XPButton(QStringLiteral("iSignature"), QStringLiteral(" Signature..."),
-                                       QStringLiteral(" Choose the signature picture of the letters "), this);
+        QStringLiteral(" Choose the signature picture of the letters "), this);
     pictures->addWidget(m_logo, 0, 0);
     pictures->addWidget(logo, 1, 0);
     pictures->addWidget(m_signature, 0, 1);
@@ -81,7 +80,7 @@ HeaderFrm::HeaderFrm(QWidget* parent)
 
     auto* buttons = new QHBoxLayout;
     auto* save = new ui::XPButton(QStringLiteral("Command1"), QStringLiteral(" Save"),
-                                  QStringLiteral(" Save the header for the reports "), this);
+        QStringLiteral(" Save the header for the reports "), this);
     auto* cancel = new ui::XPButton(QStringLiteral("Command2"), QStringLiteral("Cancel"), QString(), this);
     buttons->addStretch();
     buttons->addWidget(save);
@@ -131,9 +130,9 @@ void HeaderFrm::Command1()
     const QByteArray rtf = writeRtf(*m_text->document());
     QString error;
     if (!QDir().mkpath(QFileInfo(headerPath()).absolutePath()) || !replaceFile(headerPath(), rtf, &error)) {
-        showMessage(QStringLiteral("The header could not be saved to ") + QDir::toNativeSeparators(headerPath())
-                        + QStringLiteral(": ") + error,
-                    kTitle, PromptButtons::Ok, PromptIcon::Critical);
+        showMessage(QStringLiteral("The header could not be saved to ")
+                + QDir::toNativeSeparators(headerPath()) + QStringLiteral(": ") + error,
+            kTitle, PromptButtons::Ok, PromptIcon::Critical);
         return;
     }
     session().ReportHeaderRtf = QString::fromUtf8(rtf);
@@ -164,7 +163,7 @@ void HeaderFrm::choosePicture(const QString& target, QLabel* preview)
         patterns << QStringLiteral("*.") + QString::fromLatin1(format);
     }
     dialog.setNameFilters({QStringLiteral("Pictures (") + patterns.join(QLatin1Char(' ')) + QLatin1Char(')'),
-                           QStringLiteral("All Files (*)")});
+        QStringLiteral("All Files (*)")});
     dialog.setFileMode(QFileDialog::ExistingFile);
     if (prompts().exec(dialog) != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
         return;
@@ -173,8 +172,9 @@ void HeaderFrm::choosePicture(const QString& target, QLabel* preview)
     QFile file(chosen);
     const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     if (QImage::fromData(bytes).isNull()) {
-        showMessage(QDir::toNativeSeparators(chosen) + QStringLiteral(" is not a picture this program can read."),
-                    kTitle, PromptButtons::Ok, PromptIcon::Exclamation);
+        showMessage(
+            QDir::toNativeSeparators(chosen) + QStringLiteral(" is not a picture this program can read."),
+            kTitle, PromptButtons::Ok, PromptIcon::Exclamation);
         return;
     }
     // The picture is kept as it came; the letters find it under its
@@ -182,8 +182,8 @@ void HeaderFrm::choosePicture(const QString& target, QLabel* preview)
     QString error;
     if (!QDir().mkpath(QFileInfo(target).absolutePath()) || !replaceFile(target, bytes, &error)) {
         showMessage(QStringLiteral("The picture could not be saved to ") + QDir::toNativeSeparators(target)
-                        + QStringLiteral(": ") + error,
-                    kTitle, PromptButtons::Ok, PromptIcon::Critical);
+                + QStringLiteral(": ") + error,
+            kTitle, PromptButtons::Ok, PromptIcon::Critical);
         return;
     }
     showPicture(target, preview);
@@ -197,8 +197,8 @@ void HeaderFrm::showPicture(const QString& path, QLabel* preview)
         preview->setText(QStringLiteral("(none)"));
         return;
     }
-    preview->setPixmap(QPixmap::fromImage(image.scaled(preview->size() - QSize(4, 4), Qt::KeepAspectRatio,
-                                                       Qt::SmoothTransformation)));
+    preview->setPixmap(QPixmap::fromImage(
+        image.scaled(preview->size() - QSize(4, 4), Qt::KeepAspectRatio, Qt::SmoothTransformation)));
 }
 
 } // namespace pvardo::documents

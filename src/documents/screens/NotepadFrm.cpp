@@ -1,5 +1,10 @@
 #include "documents/screens/NotepadFrm.h"
 
+#include "common/Clock.h"
+#include "common/PromptService.h"
+#include "common/Session.h"
+#include "common/TextFiles.h"
+#include "common/Waiting.h"
 #include "documents/Merge.h"
 #include "documents/NotepadTexts.h"
 #include "documents/PrintState.h"
@@ -10,12 +15,6 @@
 #include "documents/screens/FormatToolbar.h"
 #include "documents/screens/PrintFrm.h"
 #include "documents/screens/SearchFrm.h"
-
-#include "common/Clock.h"
-#include "common/PromptService.h"
-#include "common/Session.h"
-#include "common/TextFiles.h"
-#include "common/Waiting.h"
 #include "store/Recordset.h"
 #include "ui/TaskFrm.h"
 
@@ -31,7 +30,6 @@
 #include <QMenuBar>
 #include <QStatusBar>
 #include <QTextEdit>
-
 #include <memory>
 
 namespace pvardo::documents {
@@ -105,7 +103,8 @@ NotepadFrm& NotepadFrm::shared()
 
 void NotepadFrm::buildMenus()
 {
-    struct Command {
+    struct Command
+    {
         const char* name;
         const char* caption;
         void (NotepadFrm::*run)();
@@ -123,16 +122,18 @@ void NotepadFrm::buildMenus()
     };
     QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
     file->setObjectName(QStringLiteral("mfile"));
-    addCommands(file, {
-                          {"newdoc", "&New", &NotepadFrm::newdoc, QKeySequence::New},
-                          {"opendoc", "&Open..", &NotepadFrm::opendoc, QKeySequence::Open},
-                          {"savedoc", "&Save", nullptr, QKeySequence::Save},
-                          {"saveasdoc", "Save As..", nullptr, {}},
-                          {"printdoc", "Print..", &NotepadFrm::printdoc, QKeySequence::Print},
-                      });
+    addCommands(file,
+        {
+            {"newdoc", "&New", &NotepadFrm::newdoc, QKeySequence::New},
+            {"opendoc", "&Open..", &NotepadFrm::opendoc, QKeySequence::Open},
+            {"savedoc", "&Save", nullptr, QKeySequence::Save},
+            {"saveasdoc", "Save As..", nullptr, {}},
+            {"printdoc", "Print..", &NotepadFrm::printdoc, QKeySequence::Print},
+        });
     // Save and Save As say whether they saved; the menu does not need to know.
     connect(findChild<QAction*>(QStringLiteral("savedoc")), &QAction::triggered, this, [this] { savedoc(); });
-    connect(findChild<QAction*>(QStringLiteral("saveasdoc")), &QAction::triggered, this, [this] { saveasdoc(); });
+    connect(
+        findChild<QAction*>(QStringLiteral("saveasdoc")), &QAction::triggered, this, [this] { saveasdoc(); });
     file->addSeparator();
     QAction* quit = file->addAction(QStringLiteral("E&xit"));
     quit->setObjectName(QStringLiteral("mexit"));
@@ -140,33 +141,36 @@ void NotepadFrm::buildMenus()
 
     QMenu* edit = menuBar()->addMenu(QStringLiteral("&Edit"));
     edit->setObjectName(QStringLiteral("medit"));
-    addCommands(edit, {
-                          {"search", "Find/Replace..", &NotepadFrm::search, QKeySequence::Find},
-                          {"Undo", "&Undo", &NotepadFrm::undo, QKeySequence::Undo},
-                          {"Cut", "Cu&t", &NotepadFrm::cut, QKeySequence::Cut},
-                          {"Copy", "&Copy", &NotepadFrm::copy, QKeySequence::Copy},
-                          {"Paste", "&Paste", &NotepadFrm::paste, QKeySequence::Paste},
-                      });
+    addCommands(edit,
+        {
+            {"search", "Find/Replace..", &NotepadFrm::search, QKeySequence::Find},
+            {"Undo", "&Undo", &NotepadFrm::undo, QKeySequence::Undo},
+            {"Cut", "Cu&t", &NotepadFrm::cut, QKeySequence::Cut},
+            {"Copy", "&Copy", &NotepadFrm::copy, QKeySequence::Copy},
+            {"Paste", "&Paste", &NotepadFrm::paste, QKeySequence::Paste},
+        });
 
     QMenu* format = menuBar()->addMenu(QStringLiteral("Format"));
     format->setObjectName(QStringLiteral("mformat"));
-    addCommands(format, {
-                            {"font", "Font..", &NotepadFrm::chooseFont, {}},
-                            {"leftjust", "Left Justify", &NotepadFrm::leftjust, {}},
-                            {"centerjust", "Center Justify", &NotepadFrm::centerjust, {}},
-                            {"rightjust", "Right Justify", &NotepadFrm::rightjust, {}},
-                        });
+    addCommands(format,
+        {
+            {"font", "Font..", &NotepadFrm::chooseFont, {}},
+            {"leftjust", "Left Justify", &NotepadFrm::leftjust, {}},
+            {"centerjust", "Center Justify", &NotepadFrm::centerjust, {}},
+            {"rightjust", "Right Justify", &NotepadFrm::rightjust, {}},
+        });
 
     QMenu* insert = menuBar()->addMenu(QStringLiteral("Insert"));
     insert->setObjectName(QStringLiteral("minsert"));
-    addCommands(insert, {
-                            {"insertboard", "Insert Board Members", &NotepadFrm::insertboard, {}},
-                            {"insertprop", "Insert Property Info", &NotepadFrm::insertprop, {}},
-                            {"insertown", "Insert Owner Info", &NotepadFrm::insertown, {}},
-                            {"insertproj", "Insert Project Description", &NotepadFrm::insertproj, {}},
-                            {"inserdate", "Insert Today's Date", &NotepadFrm::inserdate, {}},
-                            {"inserttime", "Insert Current Time", &NotepadFrm::inserttime, {}},
-                        });
+    addCommands(insert,
+        {
+            {"insertboard", "Insert Board Members", &NotepadFrm::insertboard, {}},
+            {"insertprop", "Insert Property Info", &NotepadFrm::insertprop, {}},
+            {"insertown", "Insert Owner Info", &NotepadFrm::insertown, {}},
+            {"insertproj", "Insert Project Description", &NotepadFrm::insertproj, {}},
+            {"inserdate", "Insert Today's Date", &NotepadFrm::inserdate, {}},
+            {"inserttime", "Insert Current Time", &NotepadFrm::inserttime, {}},
+        });
 }
 
 void NotepadFrm::showEvent(QShowEvent* event)
@@ -207,8 +211,7 @@ bool NotepadFrm::askToSaveChanges()
         return true;
     }
     const PromptAnswer answer = showMessage(QStringLiteral("Do you want to save the file?"),
-                                            QStringLiteral("Save Changes"), PromptButtons::YesNoCancel,
-                                            PromptIcon::Question);
+        QStringLiteral("Save Changes"), PromptButtons::YesNoCancel, PromptIcon::Question);
     if (answer == PromptAnswer::Yes) {
         return (m_bound || !m_path.isEmpty()) ? savedoc() : saveasdoc();
     }
@@ -222,33 +225,37 @@ bool NotepadFrm::askToSaveChanges()
 
 bool NotepadFrm::openDocument(const QString& path)
 {
-    return loadFile(path);
-}
-
-bool NotepadFrm::loadFile(const QString& path)
-{
     // The file is read before the clerk is asked about the open document, so
     // a file that cannot be read leaves that document, and its change, as
     // they were.
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         showMessage(QStringLiteral("The document ") + QDir::toNativeSeparators(path)
-                        + QStringLiteral(" could not be opened: ") + file.errorString(),
-                    kTitle, PromptButtons::Ok, PromptIcon::Critical);
+                + QStringLiteral(" could not be opened: ") + file.errorString(),
+            kTitle, PromptButtons::Ok, PromptIcon::Critical);
         return false;
     }
     const QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError) {
         showMessage(QStringLiteral("The document ") + QDir::toNativeSeparators(path)
-                        + QStringLiteral(" could not be read: ") + file.errorString(),
-                    kTitle, PromptButtons::Ok, PromptIcon::Critical);
+                + QStringLiteral(" could not be read: ") + file.errorString(),
+            kTitle, PromptButtons::Ok, PromptIcon::Critical);
         return false;
     }
 
+    const bool rtf = looksLikeRtf(bytes);
+    if (!rtf && bytes.contains('\0')) {
+        // A picture or a PDF picked under "All Files": shown as text and
+        // saved, it would be lost.
+        showMessage(QStringLiteral("The file ") + QDir::toNativeSeparators(path)
+                + QStringLiteral(" is neither a rich-text nor a text document."),
+            kTitle, PromptButtons::Ok, PromptIcon::Exclamation);
+        return false;
+    }
     auto document = std::make_unique<QTextDocument>();
     prepareDocument(*document);
     RtfReadResult read;
-    if (looksLikeRtf(bytes)) {
+    if (rtf) {
         read = readRtf(bytes, *document);
     } else {
         document->setPlainText(decodeText(bytes));
@@ -262,15 +269,16 @@ bool NotepadFrm::loadFile(const QString& path)
     m_text->moveCursor(QTextCursor::Start);
     m_loading = false;
     m_bound.reset();
+    m_plainText = !rtf;
     clearFlags();
     if (read.damaged) {
         // What could be read is shown, but saving it over the file would
         // lose the rest: it is saved under a new name.
         setCurrentDocument(QString());
         showMessage(QStringLiteral("The document ") + QDir::toNativeSeparators(path)
-                        + QStringLiteral(" is damaged: ") + read.problem
-                        + QStringLiteral("\nWhat could be read is shown. Save it under a new name."),
-                    kTitle, PromptButtons::Ok, PromptIcon::Exclamation);
+                + QStringLiteral(" is damaged: ") + read.problem
+                + QStringLiteral("\nWhat could be read is shown. Save it under a new name."),
+            kTitle, PromptButtons::Ok, PromptIcon::Exclamation);
     } else {
         setCurrentDocument(path);
     }
@@ -280,13 +288,15 @@ bool NotepadFrm::loadFile(const QString& path)
 
 bool NotepadFrm::writeFile(const QString& path)
 {
+    // A text file stays a text file.
+    const bool plain = isPlainTextName(path) || (m_plainText && path == m_path);
     const QByteArray bytes
-        = isPlainTextName(path) ? m_text->document()->toPlainText().toUtf8() : writeRtf(*m_text->document());
+        = plain ? m_text->document()->toPlainText().toUtf8() : writeRtf(*m_text->document());
     QString error;
     if (!replaceFile(path, bytes, &error)) {
         showMessage(QStringLiteral("The document could not be saved to ") + QDir::toNativeSeparators(path)
-                        + QStringLiteral(": ") + error + QStringLiteral("\nIt is still open; nothing is lost."),
-                    QStringLiteral("Save a Document"), PromptButtons::Ok, PromptIcon::Critical);
+                + QStringLiteral(": ") + error + QStringLiteral("\nIt is still open; nothing is lost."),
+            QStringLiteral("Save a Document"), PromptButtons::Ok, PromptIcon::Critical);
         return false;
     }
     return true;
@@ -307,15 +317,14 @@ bool NotepadFrm::externalLoad(const store::Recordset& row)
     }
     const qint64 key = row.value(counter).toLongLong();
     store::StoreStatus status;
-    std::unique_ptr<store::Recordset> own
-        = store::openRecordsetAt(row.databasePath(),
-                                 QStringLiteral("Select * from ") + row.tableName() + QStringLiteral(" where [")
-                                     + counter + QStringLiteral("] = ") + QString::number(key),
-                                 &status);
+    std::unique_ptr<store::Recordset> own = store::openRecordsetAt(row.databasePath(),
+        QStringLiteral("Select * from ") + row.tableName() + QStringLiteral(" where [") + counter
+            + QStringLiteral("] = ") + QString::number(key),
+        &status);
     if (!own || own->Eof()) {
         showMessage(QStringLiteral("The minutes cannot be opened: ")
-                        + (own ? QStringLiteral("the record is no longer there.") : status.description),
-                    kTitle, PromptButtons::Ok, PromptIcon::Critical);
+                + (own ? QStringLiteral("the record is no longer there.") : status.description),
+            kTitle, PromptButtons::Ok, PromptIcon::Critical);
         return false;
     }
     const QVariant minutes = own->value(QStringLiteral("MINUTES"));
@@ -350,6 +359,7 @@ void NotepadFrm::newdoc()
     m_text->setDocument(document);
     m_loading = false;
     m_bound.reset();
+    m_plainText = false;
     clearFlags();
     setCurrentDocument(QString());
     m_toolbar->SelChange();
@@ -358,7 +368,8 @@ void NotepadFrm::newdoc()
 QString NotepadFrm::chooseFile(bool saving)
 {
     QString folder = m_path.isEmpty() ? session().DatabaseFolder : QFileInfo(m_path).absolutePath();
-    QFileDialog dialog(this, saving ? QStringLiteral("Save a Document") : QStringLiteral("Load a Document"), folder);
+    QFileDialog dialog(
+        this, saving ? QStringLiteral("Save a Document") : QStringLiteral("Load a Document"), folder);
     dialog.setObjectName(QStringLiteral("CommonDialog1"));
     dialog.setNameFilters({QStringLiteral("Documents (*.rtf *.txt)"), QStringLiteral("All Files (*)")});
     dialog.setAcceptMode(saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
@@ -379,7 +390,7 @@ void NotepadFrm::opendoc()
 {
     const QString path = chooseFile(false);
     if (!path.isEmpty()) {
-        loadFile(path);
+        openDocument(path);
     }
 }
 
@@ -398,8 +409,8 @@ bool NotepadFrm::savedoc()
         if (!status.ok()) {
             m_bound->CancelUpdate();
             showMessage(QStringLiteral("The minutes could not be saved: ") + status.description
-                            + QStringLiteral("\nThey are still open; nothing is lost."),
-                        kTitle, PromptButtons::Ok, PromptIcon::Critical);
+                    + QStringLiteral("\nThey are still open; nothing is lost."),
+                kTitle, PromptButtons::Ok, PromptIcon::Critical);
             return false;
         }
         clearFlags();
@@ -465,8 +476,8 @@ void NotepadFrm::printdoc()
     }
     if (!outcome.pdfPath.isEmpty()) {
         showMessage(QStringLiteral("No printer is set up on this computer. The document was written to ")
-                        + QDir::toNativeSeparators(outcome.pdfPath) + QLatin1Char('.'),
-                    QStringLiteral(" Print"), PromptButtons::Ok, PromptIcon::Information);
+                + QDir::toNativeSeparators(outcome.pdfPath) + QLatin1Char('.'),
+            QStringLiteral(" Print"), PromptButtons::Ok, PromptIcon::Information);
     }
 }
 

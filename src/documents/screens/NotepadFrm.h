@@ -2,7 +2,6 @@
 
 #include <QMainWindow>
 #include <QPointer>
-
 #include <memory>
 
 class QLabel;
@@ -85,7 +84,6 @@ protected:
 
 private:
     void buildMenus();
-    bool loadFile(const QString& path);
     bool writeFile(const QString& path);
     void setCurrentDocument(const QString& path);
     void clearFlags();
@@ -101,6 +99,7 @@ private:
     bool m_changed = false;
     bool m_saved = false;
     bool m_loading = false;
+    bool m_plainText = false; // the document came from a text file
     std::unique_ptr<store::Recordset> m_bound;
 };
 

@@ -104,7 +104,7 @@ bool SearchFrm::selectionMatches() const
     }
     const QTextCursor again = m_edit.document()->find(m_find->text(), cursor.selectionStart(), options());
     return !again.isNull() && again.selectionStart() == cursor.selectionStart()
-           && again.selectionEnd() == cursor.selectionEnd();
+        && again.selectionEnd() == cursor.selectionEnd();
 }
 
 void SearchFrm::setFound(bool found)
@@ -157,9 +157,9 @@ void SearchFrm::ReplaceAll()
         edit.endEditBlock();
     }
     setFound(false);
-    const QString outcome = count == 0   ? QStringLiteral("No replacement")
-                            : count == 1 ? QStringLiteral("1 replacement")
-                                         : QString::number(count) + QStringLiteral(" replacements");
+    const QString outcome = count == 0 ? QStringLiteral("No replacement")
+        : count == 1                   ? QStringLiteral("1 replacement")
+                                       : QString::number(count) + QStringLiteral(" replacements");
     setWindowTitle(kTitle + QStringLiteral(": ") + outcome);
 }
 
