@@ -151,22 +151,6 @@ TEST_F(Labels, definitionFilesGiveTheirValuesAndTheDefaultsWhereTheyLackThem)
     EXPECT_EQ(labelSheetLines(readLabelSheet(folder.filePath(q("again.txt")))), labelSheetLines(big));
 }
 
-TEST_F(Labels, aClickOnThePicturePicksTheCellUnderItUpToTheLastOne)
-{
-    const LabelSheet sheet; // 3 across, 10 down
-    const QImage picture = drawLabelSheetPicture(sheet);
-    const qreal w = picture.width();
-    const qreal h = picture.height();
-    EXPECT_EQ(labelCellAt(sheet, {0, 0}, w, h), QPoint(1, 1));
-    EXPECT_EQ(labelCellAt(sheet, {w / 3 + 1, 0}, w, h), QPoint(2, 1));
-    // The very edge, and the band under the cells, are the last column and row.
-    EXPECT_EQ(labelCellAt(sheet, {w, h}, w, h), QPoint(3, 10));
-    EXPECT_EQ(labelCellAt(sheet, {w - 1, h - 2}, w, h), QPoint(3, 10));
-    // The middle of the drawn cell of the fourth row.
-    const qreal cell = (h - 170 / 15.0) / 10;
-    EXPECT_EQ(labelCellAt(sheet, {1, cell * 3.5}, w, h), QPoint(1, 4));
-}
-
 TEST_F(Labels, splitAddressMakesTheThreeLinesOfALabel)
 {
     Addressee a = SplitAddress(q("  Mary Ellen O'Brien "), q(" 14 Elm Street , Delmar, NY 12054 "));

@@ -1,5 +1,6 @@
 #include "PdfPages.h"
 
+#include "documents/Labels.h"
 #include "documents/PrintState.h"
 #include "documents/printer/DefaultPrinter.h"
 #include "documents/screens/Editor.h"
@@ -263,4 +264,38 @@ TEST_F(PrintScreens, anExpiryReportOffersLettersAndLeavesThemToItsScreen)
     EXPECT_EQ(followed, q("LETTERS FOR EXPIRED PERMITS"));
     EXPECT_EQ(printState().templateName, q("expired.rtf"));
     EXPECT_FALSE(editor.isVisible());
+}
+
+TEST_F(PrintScreens, labelsAfterAReportAskForTheSheetFirst)
+{
+    session().ScreenCode = 1;
+    Editor& editor = Editor::instance();
+    editor.ReportBuffer().setPlainText(q("EXPIRED CASES"));
+    QString followed;
+    editor.setFollowUp([&](const QString& choice) { followed = choice; });
+    auto chooseLabels = [&](const char* labelButton) {
+        printState().reportKind = 1;
+        scriptedPrompts().onDialog(q("PrintFrm"), [](QDialog& dialog) {
+            dialog.findChild<QComboBox*>(q("Combo2"))->setCurrentIndex(2);
+            dialog.findChild<QPushButton*>(q("iPrint"))->click();
+            return dialog.result();
+        });
+        scriptedPrompts().onDialog(q("LabelFrm"), [labelButton](QDialog& dialog) {
+            dialog.findChild<QPushButton*>(q(labelButton))->click();
+            return dialog.result();
+        });
+        editor.showReport();
+        click(editor, "iPrint");
+    };
+    // Cancelled in the label window: the report stays, nothing follows.
+    chooseLabels("command2");
+    EXPECT_TRUE(followed.isEmpty());
+    EXPECT_TRUE(editor.isVisible());
+    chooseLabels("command3");
+    EXPECT_EQ(followed, q("LABELS FOR EXPIRED PERMITS"));
+    EXPECT_EQ(printState().templateName, q("lab.rtf"));
+    EXPECT_TRUE(labelState().running);
+    EXPECT_FALSE(editor.isVisible());
+    editor.setFollowUp(nullptr);
+    resetLabelState();
 }

@@ -4,6 +4,7 @@
 #include "documents/PrintRichText.h"
 #include "documents/PrintState.h"
 #include "documents/printer/DefaultPrinter.h"
+#include "documents/screens/LabelFrm.h"
 #include "documents/screens/PrintFrm.h"
 
 #include "common/PromptService.h"
@@ -210,8 +211,10 @@ void Editor::iPrint()
             return;
         }
         if (state.ReportChoice.left(3) != QLatin1String("CUR")) {
-            if (state.ReportChoice.left(3) == QLatin1String("LAB")) {
-                state.templateName = QStringLiteral("lab.rtf");
+            // Labels: the sheet and the start cell first; the screen that
+            // built the report prints them.
+            if (state.ReportChoice.left(3) == QLatin1String("LAB") && !chooseLabelSheet(this)) {
+                return;
             }
             hide();
             if (m_followUp) {

@@ -233,15 +233,20 @@ void LabelFrm::command2()
     reject();
 }
 
-bool printMailingLabels(const QList<Addressee>& addressees, QWidget* parent)
+bool chooseLabelSheet(QWidget* parent)
 {
     printState().templateName = labelTemplateName();
-    {
-        LabelFrm dialog(parent);
-        if (prompts().exec(dialog) != QDialog::Accepted || session().StopFlag) {
-            return false;
-        }
-    }
+    LabelFrm dialog(parent);
+    return prompts().exec(dialog) == QDialog::Accepted && !session().StopFlag;
+}
+
+bool printMailingLabels(const QList<Addressee>& addressees, QWidget* parent)
+{
+    return chooseLabelSheet(parent) && printLabelRun(addressees);
+}
+
+bool printLabelRun(const QList<Addressee>& addressees)
+{
     LabelRunState& state = labelState();
     ui::TaskFrm::open(QStringLiteral("Printing to default printer..."));
     QTextDocument labelTemplate;

@@ -74,9 +74,16 @@ private:
     QLineEdit* m_left = nullptr;
 };
 
-// A screen's label run: the label window, then a label for each addressee on
-// the office's printer (or, without one, into a PDF file the user is told of).
-// False when the window was cancelled or the printing failed.
+// The label window for a run of labels, modal: true when it was left with
+// Print, the sheet, start cell and offsets then in the label state.
+bool chooseLabelSheet(QWidget* parent = nullptr);
+
+// A label for each addressee, as the label state says, on the office's
+// printer (or, without one, into a PDF file the user is told of).
+bool printLabelRun(const QList<Addressee>& addressees);
+
+// A screen's label run: the label window, then the labels. False when the
+// window was cancelled or the printing failed.
 bool printMailingLabels(const QList<Addressee>& addressees, QWidget* parent = nullptr);
 
 } // namespace pvardo::documents
