@@ -12,7 +12,6 @@
 #include <QPdfWriter>
 #include <QTemporaryDir>
 #include <QTextDocument>
-
 #include <benchmark/benchmark.h>
 
 namespace {
@@ -33,7 +32,7 @@ void threeThousandLabels(benchmark::State& state)
     QList<documents::Addressee> addressees;
     for (int i = 1; i <= 3000; ++i) {
         addressees.append(documents::SplitAddress(QStringLiteral("Parcel Owner Number %1").arg(i),
-                                                  QStringLiteral("%1 Orchard Road, Elmbrook NY 12999").arg(i)));
+            QStringLiteral("%1 Orchard Road, Elmbrook NY 12999").arg(i)));
     }
     documents::LabelSheet sheet;
     sheet.width = 2.625;
@@ -52,7 +51,8 @@ void threeThousandLabels(benchmark::State& state)
         pages = documents::PrintLabels(labelTemplate, addressees, run, writer).pages;
     }
     state.counters["pages"] = pages;
-    state.counters["PDF MiB"] = double(QFile(dir.filePath(QStringLiteral("labels.pdf"))).size()) / (1024 * 1024);
+    state.counters["PDF MiB"]
+        = double(QFile(dir.filePath(QStringLiteral("labels.pdf"))).size()) / (1024 * 1024);
 }
 BENCHMARK(threeThousandLabels)->Unit(benchmark::kMillisecond)->Iterations(3);
 

@@ -1,7 +1,6 @@
 #include "cli/AddressCsv.h"
 
 #include <QStringDecoder>
-
 #include <csv.h>
 
 namespace pvardo::cli {
@@ -20,9 +19,10 @@ int isBlank(unsigned char c)
     return c == CSV_SPACE || c == CSV_TAB || c == CSV_CR ? 1 : 0;
 }
 
-struct Reader {
-    int line = 1;      // the line the parser has reached
-    int rowStart = 1;  // the line the current record began on
+struct Reader
+{
+    int line = 1; // the line the parser has reached
+    int rowStart = 1; // the line the current record began on
     QList<QByteArray> fields;
     QList<QList<QByteArray>> records;
     QList<int> starts;
@@ -77,7 +77,8 @@ AddressList readAddressCsv(const QByteArray& input)
     }
     csv_set_term_func(&parser, isLineFeed);
     csv_set_space_func(&parser, isBlank);
-    const size_t parsed = csv_parse(&parser, bytes.constData(), size_t(bytes.size()), onField, onRecordEnd, &reader);
+    const size_t parsed
+        = csv_parse(&parser, bytes.constData(), size_t(bytes.size()), onField, onRecordEnd, &reader);
     if (parsed != size_t(bytes.size())) {
         list.error = QString::fromUtf8(csv_strerror(csv_error(&parser)));
         csv_free(&parser);
@@ -114,9 +115,10 @@ AddressList readAddressCsv(const QByteArray& input)
             continue; // a line of blanks
         }
         if (record.size() != header.size()) {
-            list.problems.append({line, QStringLiteral("has %1 fields where the header has %2")
-                                            .arg(record.size())
-                                            .arg(header.size())});
+            list.problems.append({line,
+                QStringLiteral("has %1 fields where the header has %2")
+                    .arg(record.size())
+                    .arg(header.size())});
             continue;
         }
         AddressRow row;

@@ -12,7 +12,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTextDocument>
-
 #include <cstdio>
 
 namespace pvardo::cli {
@@ -20,7 +19,8 @@ namespace pvardo::cli {
 namespace {
 
 const char* const usage
-    = "usage: pvardo-admin [--home DIR] labels --sheet FILE [--start COL,ROW] [--pdf OUT.pdf] < addresses.csv\n"
+    = "usage: pvardo-admin [--home DIR] labels --sheet FILE [--start COL,ROW] [--pdf OUT.pdf] < "
+      "addresses.csv\n"
       "  --sheet FILE       the label sheet's definition file; a bare name is looked for in the\n"
       "                     installation's labels folder\n"
       "  --start COL,ROW    the cell of the first label (default 1,1)\n"
@@ -84,8 +84,8 @@ int runLabels(CommandContext& context)
 
     const QString path = sheetPath(sheetName, context.home);
     if (!QFileInfo(path).isFile()) {
-        context.err << "pvardo-admin labels: there is no label sheet definition " << QDir::toNativeSeparators(path)
-                    << Qt::endl;
+        context.err << "pvardo-admin labels: there is no label sheet definition "
+                    << QDir::toNativeSeparators(path) << Qt::endl;
         return ExitCode::Failed;
     }
     documents::LabelRunState run;
@@ -127,7 +127,9 @@ int runLabels(CommandContext& context)
     documents::loadLabelTemplate(labelTemplate, context.home);
     const int result = printPages(
         context, "labels",
-        [&](QPagedPaintDevice& device) { return documents::PrintLabels(labelTemplate, addressees, run, device); },
+        [&](QPagedPaintDevice& device) {
+            return documents::PrintLabels(labelTemplate, addressees, run, device);
+        },
         QStringLiteral("Labels"), pdf);
     if (result == ExitCode::Ok && !context.quiet) {
         context.out << addressees.size() << (addressees.size() == 1 ? " label" : " labels") << " printed";
@@ -142,7 +144,7 @@ int runLabels(CommandContext& context)
 
 const CommandRegistration registration{
     {"labels", "labels --sheet FILE [--start COL,ROW] [--pdf OUT.pdf] < addresses.csv",
-     "print mailing labels for the names and addresses of a CSV list", false, &runLabels}};
+        "print mailing labels for the names and addresses of a CSV list", false, &runLabels}};
 
 } // namespace
 

@@ -1,19 +1,17 @@
 #include "documents/Labels.h"
 
+#include "common/NumberText.h"
+#include "common/TextFiles.h"
 #include "documents/Merge.h"
 #include "documents/PageGeometry.h"
 #include "documents/RichTextLayout.h"
 #include "documents/RtfReader.h"
-
-#include "common/NumberText.h"
-#include "common/TextFiles.h"
 
 #include <QDir>
 #include <QFont>
 #include <QPagedPaintDevice>
 #include <QPainter>
 #include <QTextDocument>
-
 #include <algorithm>
 #include <cmath>
 #include <memory>
@@ -98,23 +96,16 @@ LabelSheet readLabelSheet(const QString& path)
 
 QStringList labelSheetLines(const LabelSheet& sheet)
 {
-    return {sheet.description,
-            sheet.picture,
-            QString::number(sheet.across),
-            QString::number(sheet.down),
-            numberText(sheet.height),
-            numberText(sheet.width),
-            numberText(sheet.topOffset),
-            numberText(sheet.leftOffset),
-            numberText(sheet.horizontalGap),
-            numberText(sheet.verticalGap)};
+    return {sheet.description, sheet.picture, QString::number(sheet.across), QString::number(sheet.down),
+        numberText(sheet.height), numberText(sheet.width), numberText(sheet.topOffset),
+        numberText(sheet.leftOffset), numberText(sheet.horizontalGap), numberText(sheet.verticalGap)};
 }
 
 QString describeLabelSheet(const LabelSheet& sheet)
 {
     return sheet.description + QLatin1Char('\n') + QString::number(sheet.across) + QStringLiteral(" across,")
-           + QString::number(sheet.down) + QStringLiteral(" down,") + numberText(sheet.height)
-           + QStringLiteral(" x ") + numberText(sheet.width);
+        + QString::number(sheet.down) + QStringLiteral(" down,") + numberText(sheet.height)
+        + QStringLiteral(" x ") + numberText(sheet.width);
 }
 
 QString labelPicturePath(const QString& folder, const LabelSheet& sheet)
@@ -152,7 +143,7 @@ QImage drawLabelSheetPicture(const LabelSheet& sheet)
     painter.setFont(font);
     painter.setPen(QColor(0x30, 0x30, 0x30));
     painter.drawText(QRect(0, cellsHeight, width, band), Qt::AlignCenter,
-                     QString::number(sheet.perSheet()) + QStringLiteral(" to a sheet"));
+        QString::number(sheet.perSheet()) + QStringLiteral(" to a sheet"));
     painter.end();
     return image;
 }
@@ -181,8 +172,10 @@ void resetLabelState()
 
 QPointF labelCellOrigin(const LabelSheet& sheet, double topOffset, double leftOffset, int column, int row)
 {
-    const double x = leftOffset * 1440 + (column - 1) * (sheet.width * 1440) + (column - 1) * (sheet.horizontalGap * 1440);
-    const double y = topOffset * 1440 + (row - 1) * (sheet.height * 1440) + (row - 1) * (sheet.verticalGap * 1440);
+    const double x = leftOffset * 1440 + (column - 1) * (sheet.width * 1440)
+        + (column - 1) * (sheet.horizontalGap * 1440);
+    const double y
+        = topOffset * 1440 + (row - 1) * (sheet.height * 1440) + (row - 1) * (sheet.verticalGap * 1440);
     return {x, y};
 }
 
@@ -202,7 +195,7 @@ bool advanceLabelCell(const LabelSheet& sheet, int& column, int& row)
 }
 
 PrintOutcome PrintLabels(const QTextDocument& labelTemplate, const QList<Addressee>& addressees,
-                         LabelRunState& state, QPagedPaintDevice& device)
+    LabelRunState& state, QPagedPaintDevice& device)
 {
     PrintOutcome outcome;
     if (addressees.isEmpty()) {
@@ -212,9 +205,7 @@ PrintOutcome PrintLabels(const QTextDocument& labelTemplate, const QList<Address
     // The offsets are the margins, handed over in inches to a routine that
     // counts twips: the edges stay at the printable area's corner and the
     // cells are placed from there, as the offsets were always measured.
-    auto geometryNow = [&] {
-        return SetupPage(device, int(state.leftOffset), int(state.topOffset), 0, 0);
-    };
+    auto geometryNow = [&] { return SetupPage(device, int(state.leftOffset), int(state.topOffset), 0, 0); };
     PageGeometry geometry = geometryNow();
     QPainter painter;
     if (!painter.begin(&device)) {

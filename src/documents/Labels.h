@@ -22,7 +22,8 @@ namespace pvardo::documents {
 
 // A sheet, as its definition file gives it: one value a line, numbers in
 // inches read by their leading digits. A missing file gives these values.
-struct LabelSheet {
+struct LabelSheet
+{
     QString description = QStringLiteral("Avery® 5160");
     QString picture; // base name of the sheet's picture in the labels folder, without ".bmp"
     int across = 3;
@@ -39,12 +40,14 @@ struct LabelSheet {
 
 // A sheet the catalogue offers: the caption of the list and the definition
 // file, relative to the labels folder.
-struct LabelSheetEntry {
+struct LabelSheetEntry
+{
     QString caption;
     QString fileName;
 };
 
-struct LabelCatalog {
+struct LabelCatalog
+{
     bool readable = false;
     QList<LabelSheetEntry> sheets;
 };
@@ -52,9 +55,18 @@ struct LabelCatalog {
 // The most sheets a catalogue offers; a count above is cut to it.
 constexpr int MaxLabelSheets = 10;
 
-inline QString labelCatalogName() { return QStringLiteral("catalog.txt"); }
-inline QString defaultLabelSheetFile() { return QStringLiteral("av5160.txt"); }
-inline QString labelTemplateName() { return QStringLiteral("lab.rtf"); }
+inline QString labelCatalogName()
+{
+    return QStringLiteral("catalog.txt");
+}
+inline QString defaultLabelSheetFile()
+{
+    return QStringLiteral("av5160.txt");
+}
+inline QString labelTemplateName()
+{
+    return QStringLiteral("lab.rtf");
+}
 inline QString labelCatalogMessage()
 {
     return QStringLiteral("Label definition file not found. A default label will be created.");
@@ -97,7 +109,8 @@ constexpr int labelPictureBandTwips = 170;
 QPoint labelCellAt(const LabelSheet& sheet, QPointF click, qreal pictureWidth, qreal pictureHeight);
 
 // The values a label run holds between the label window and the printing.
-struct LabelRunState {
+struct LabelRunState
+{
     LabelSheet sheet;
     double topOffset = sheet.topOffset;
     double leftOffset = sheet.leftOffset;
@@ -131,7 +144,7 @@ bool advanceLabelCell(const LabelSheet& sheet, int& column, int& row);
 // into the next one. A full sheet goes on on a new page. The state's next
 // cell is where the run stopped.
 PrintOutcome PrintLabels(const QTextDocument& labelTemplate, const QList<Addressee>& addressees,
-                         LabelRunState& state, QPagedPaintDevice& device);
+    LabelRunState& state, QPagedPaintDevice& device);
 
 // The label template of the labels folder, or the stand-in with "%nm", "%ad",
 // "%zp" and an empty line when it is missing or no RTF file. True when the

@@ -81,9 +81,11 @@ TEST_F(LabelsCommand, printsTheGoodRowsFromTheStartCellAndNamesTheBadOnes)
                            ",\r\n"
                            "Eve Last,\"3 Ash Ct, Colonie NY 12205\"\r\n";
     const QString pdf = out("labels.pdf");
-    const AdminRun run = labels({q("--sheet"), q("av5160.txt"), q("--start"), q("3,10"), q("--pdf"), pdf}, csv);
+    const AdminRun run
+        = labels({q("--sheet"), q("av5160.txt"), q("--start"), q("3,10"), q("--pdf"), pdf}, csv);
     ASSERT_EQ(run.code, 0) << run.err.toStdString();
-    EXPECT_TRUE(run.err.contains(q("line 3 has 4 fields where the header has 2; skipped"))) << run.err.toStdString();
+    EXPECT_TRUE(run.err.contains(q("line 3 has 4 fields where the header has 2; skipped")))
+        << run.err.toStdString();
     EXPECT_TRUE(run.err.contains(q("line 8 is not UTF-8 text; skipped")));
     EXPECT_TRUE(run.err.contains(q("line 9 has neither a name nor an address; skipped")));
     EXPECT_FALSE(run.err.contains(q("line 4")));
@@ -102,7 +104,8 @@ TEST_F(LabelsCommand, printsTheGoodRowsFromTheStartCellAndNamesTheBadOnes)
 TEST_F(LabelsCommand, refusesWhatCannotBePrinted)
 {
     const QByteArray one = "name,address\nAnn,1 Elm St\n";
-    AdminRun run = labels({q("--sheet"), q("av5162.txt"), q("--start"), q("3,1"), q("--pdf"), out("x.pdf")}, one);
+    AdminRun run
+        = labels({q("--sheet"), q("av5162.txt"), q("--start"), q("3,1"), q("--pdf"), out("x.pdf")}, one);
     EXPECT_EQ(run.code, 2);
     EXPECT_TRUE(run.err.contains(q("not on this sheet of 2 across and 7 down")));
 

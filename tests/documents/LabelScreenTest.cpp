@@ -15,7 +15,6 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
-
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -70,7 +69,7 @@ TEST_F(LabelScreen, withoutACatalogueTheDefaultSheetIsOfferedAfterAMessage)
     EXPECT_EQ(window.windowTitle(), q(" Labels"));
     ASSERT_EQ(scriptedPrompts().shown().size(), 1);
     EXPECT_EQ(scriptedPrompts().shown().first().text,
-              q("Label definition file not found. A default label will be created."));
+        q("Label definition file not found. A default label will be created."));
     auto* list = child<QListWidget>(window, "List1");
     ASSERT_EQ(list->count(), 1);
     EXPECT_EQ(list->item(0)->text(), q("Avery® 5160"));
@@ -93,8 +92,8 @@ TEST_F(LabelScreen, aClerkPicksASheetAStartCellAndOffsetsAndPrints)
         catalog << q("Sheet %1").arg(i) << q("sheet%1.txt").arg(i);
     }
     write(q("catalog.txt"), catalog);
-    write(q("sheet1.txt"), {q("Shipping"), q("sheet1"), q("2"), q("5"), q("2"), q("4"), q("0.5"), q("0.25"),
-                            q("0.19"), q("0")});
+    write(q("sheet1.txt"),
+        {q("Shipping"), q("sheet1"), q("2"), q("5"), q("2"), q("4"), q("0.5"), q("0.25"), q("0.19"), q("0")});
     // sheet2.txt is missing: the default values, without a message.
     LabelFrm window;
     EXPECT_TRUE(scriptedPrompts().shown().isEmpty());

@@ -1,7 +1,7 @@
-#include "PdfPages.h"
-
-#include "common/TextFiles.h"
 #include "documents/Labels.h"
+
+#include "PdfPages.h"
+#include "common/TextFiles.h"
 #include "documents/Merge.h"
 #include "documents/RtfReader.h"
 #include "support/Text.h"
@@ -11,7 +11,6 @@
 #include <QPdfWriter>
 #include <QTemporaryDir>
 #include <QTextDocument>
-
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -22,7 +21,8 @@ namespace {
 
 // Where each word stands on each page of a PDF, in points from the paper's
 // corner: the word's page and box.
-struct WordPlace {
+struct WordPlace
+{
     int page = -1;
     QRectF box;
 };
@@ -73,7 +73,8 @@ QList<Addressee> numbered(int count)
 {
     QList<Addressee> addressees;
     for (int i = 1; i <= count; ++i) {
-        addressees.append(SplitAddress(q("Name%1 Owner").arg(i), q("%1 Main Street, Albany NY 12207").arg(i)));
+        addressees.append(
+            SplitAddress(q("Name%1 Owner").arg(i), q("%1 Main Street, Albany NY 12207").arg(i)));
     }
     return addressees;
 }
@@ -131,8 +132,9 @@ TEST_F(Labels, definitionFilesGiveTheirValuesAndTheDefaultsWhereTheyLackThem)
     EXPECT_DOUBLE_EQ(missing.horizontalGap, 0.125);
     EXPECT_TRUE(missing.picture.isEmpty());
 
-    write(q("big.txt"), {q("Shipping 4 x 3-1/3"), q("big"), q("2 across"), q("3"), q("3.33\""), q("4 in"),
-                         q("0.5"), q("0.16"), q("0.19"), q("0")});
+    write(q("big.txt"),
+        {q("Shipping 4 x 3-1/3"), q("big"), q("2 across"), q("3"), q("3.33\""), q("4 in"), q("0.5"),
+            q("0.16"), q("0.19"), q("0")});
     const LabelSheet big = readLabelSheet(folder.filePath(q("big.txt")));
     EXPECT_EQ(describeLabelSheet(big), q("Shipping 4 x 3-1/3\n2 across,3 down,3.33 x 4"));
     EXPECT_EQ(labelPicturePath(folder.path(), big), folder.filePath(q("big.bmp")));
@@ -170,7 +172,8 @@ TEST_F(Labels, splitAddressMakesTheThreeLinesOfALabel)
 TEST_F(Labels, eachLabelStartsWhereTheSheetAndOffsetsPutItsCell)
 {
     const double tolerance = 72.0 / 32; // points
-    struct Case {
+    struct Case
+    {
         const char* name;
         LabelSheet sheet;
         int column;
@@ -204,7 +207,8 @@ TEST_F(Labels, eachLabelStartsWhereTheSheetAndOffsetsPutItsCell)
         int row = c.row;
         for (int i = 1; i <= count; ++i) {
             const WordPlace place = places.value(q("Name%1").arg(i));
-            const QPointF cell = labelCellOrigin(c.sheet, c.sheet.topOffset, c.sheet.leftOffset, column, row) / 20;
+            const QPointF cell
+                = labelCellOrigin(c.sheet, c.sheet.topOffset, c.sheet.leftOffset, column, row) / 20;
             const QRectF cellBox(cell, QSizeF(c.sheet.width * 72, c.sheet.height * 72));
             EXPECT_EQ(place.page, i > c.sheet.perSheet() - first + 1 ? 1 : 0) << i;
             EXPECT_NEAR(place.box.left(), cell.x(), tolerance) << i;

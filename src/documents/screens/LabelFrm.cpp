@@ -1,12 +1,11 @@
 #include "documents/screens/LabelFrm.h"
 
-#include "documents/PrintState.h"
-#include "documents/printer/DefaultPrinter.h"
-#include "documents/screens/Editor.h"
-
 #include "common/NumberText.h"
 #include "common/PromptService.h"
 #include "common/Session.h"
+#include "documents/PrintState.h"
+#include "documents/printer/DefaultPrinter.h"
+#include "documents/screens/Editor.h"
 #include "ui/TaskFrm.h"
 #include "ui/XPButton.h"
 
@@ -135,7 +134,8 @@ LabelFrm::LabelFrm(QWidget* parent)
     offsetForm->addRow(QStringLiteral("Left:"), m_left);
     left->addWidget(offset);
     for (QLineEdit* edit : {m_top, m_left}) {
-        connect(edit, &QLineEdit::editingFinished, edit, [edit] { edit->setText(checkMargins(edit->text())); });
+        connect(
+            edit, &QLineEdit::editingFinished, edit, [edit] { edit->setText(checkMargins(edit->text())); });
     }
 
     auto* right = new QVBoxLayout;
@@ -157,7 +157,8 @@ LabelFrm::LabelFrm(QWidget* parent)
     session().StopFlag = true;
     const LabelCatalog catalog = readLabelCatalog(m_folder);
     if (!catalog.readable) {
-        showMessage(labelCatalogMessage(), QStringLiteral(" Labels"), PromptButtons::Ok, PromptIcon::Exclamation);
+        showMessage(
+            labelCatalogMessage(), QStringLiteral(" Labels"), PromptButtons::Ok, PromptIcon::Exclamation);
     }
     m_entries = catalog.sheets;
     for (const LabelSheetEntry& entry : m_entries) {
@@ -262,8 +263,8 @@ bool printLabelRun(const QList<Addressee>& addressees)
     }
     if (!outcome.pdfPath.isEmpty()) {
         showMessage(QStringLiteral("No printer is set up on this computer. The labels were written to ")
-                        + QDir::toNativeSeparators(outcome.pdfPath) + QLatin1Char('.'),
-                    QStringLiteral(" Print"), PromptButtons::Ok, PromptIcon::Information);
+                + QDir::toNativeSeparators(outcome.pdfPath) + QLatin1Char('.'),
+            QStringLiteral(" Print"), PromptButtons::Ok, PromptIcon::Information);
     }
     return true;
 }
