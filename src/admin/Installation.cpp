@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QUrl>
 #include <QFileInfo>
 #include <QImage>
 #include <QTemporaryFile>
@@ -194,7 +195,7 @@ bool Installation::make(const QString& adminPassword)
         return false;
     }
     const QString databases = path(QStringLiteral("databases"));
-    for (const char* folder : {"wrk", "databases", "forms", "labels", "settings"}) {
+    for (const char* folder : {"wrk", "databases", "forms", "labels", "settings", "map"}) {
         makeFolder(QString::fromLatin1(folder));
     }
 
@@ -247,6 +248,11 @@ bool Installation::make(const QString& adminPassword)
     // from the definitions in place (the office's own included).
     copyShipped(QStringLiteral("labels"), QStringLiteral("labels"));
     makeLabelPictures();
+    // The map page the coordinates look-up opens, and the setting that
+    // points the look-up at it; an office may point it elsewhere.
+    copyShipped(QStringLiteral("map"), QStringLiteral("map"));
+    makeFile(QStringLiteral("settings/MAPHOST"),
+        QUrl::fromLocalFile(path(QStringLiteral("map"))).toString().toUtf8() + "/\n");
     return m_failures.isEmpty();
 }
 

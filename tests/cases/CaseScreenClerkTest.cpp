@@ -248,24 +248,16 @@ TEST_F(CaseClerkTest, CommandsWhoseScreensAreToComeSaySoInOneLine)
     prompts().clear();
     for (const char* button :
         {"ifees", "iMeetings", "iReview", "iSEQRA", "iBonds", "iActions", "iMaps", "iWetlands", "iAdjacents",
-            "iIssues", "iContinue", "iParcel", "IDoc", "IPic", "finda", "iSBLLoc"}) {
+            "iIssues", "iContinue", "iParcel", "IDoc", "IPic"}) {
         click(button);
         saysNotAvailable(button);
     }
     EXPECT_EQ(q("Fees is not available in this version."), ui::notAvailableText(q("Fees")));
-    find<QTabWidget>("SSTab1")->setCurrentIndex(1);
-    click("Image7");
-    saysNotAvailable("Image7");
     for (const char* action : {"monthlynumber", "exppermits", "expiringsoon",
              "lettersofexppermits", "reportfu", "hlpContents"}) {
         trigger(action);
         saysNotAvailable(action);
     }
-    // Control+F goes to the same finder.
-    screen->show();
-    QApplication::setActiveWindow(screen.get());
-    QTest::keyClick(screen.get(), Qt::Key_F, Qt::ControlModifier);
-    saysNotAvailable("Control+F");
 }
 
 TEST_F(CaseClerkTest, TheDeleteKeyIsNamedInTheMenuAndTheHelp)

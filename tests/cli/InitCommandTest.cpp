@@ -86,6 +86,10 @@ TEST(InitCommand, MakesACompleteInstallationThatStarts)
     EXPECT_TRUE(QFileInfo(home + QStringLiteral("/settings")).isDir());
     EXPECT_EQ(
         readTextLines(home + QStringLiteral("/def.txt"))->value(0), home + QStringLiteral("/databases"));
+    // The map look-up points at the page the installation got.
+    EXPECT_TRUE(QFile::exists(home + QStringLiteral("/map/gps.htm")));
+    EXPECT_EQ(readTextLines(home + QStringLiteral("/settings/MAPHOST"))->value(0),
+        QStringLiteral("file://") + home + QStringLiteral("/map/"));
 
     // The program starts on it without a word about missing databases.
     const QString workingFolder = QDir::currentPath();

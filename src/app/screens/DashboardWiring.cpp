@@ -4,6 +4,8 @@
 #include "app/screens/AboutScreen.h"
 #include "cases/screens/ZPermits.h"
 #include "common/PromptService.h"
+#include "parcels/screens/CCalc.h"
+#include "parcels/screens/SblFrm.h"
 #include "schedule/screens/Scheduler.h"
 
 namespace pvardo::app {
@@ -22,6 +24,8 @@ void wireDashboard(schedule::Scheduler& dashboard)
         prompts().exec(about);
     });
     dashboard.setMenuCommand(QStringLiteral("usermanage"), [window] { admin::showUserManager(window); });
+    dashboard.setMenuCommand(QStringLiteral("maplookup"), [window] { parcels::maplookup(window); });
+    dashboard.setMenuCommand(QStringLiteral("dosbl"), [window] { parcels::showParcelBrowser(window); });
     dashboard.setMenuCommand(QStringLiteral("changepsw"), [window] { admin::showChangePassword(window); });
 }
 

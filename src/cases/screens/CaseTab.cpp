@@ -3,8 +3,9 @@
 #include "cases/CaseStatus.h"
 #include "cases/ParcelFlags.h"
 #include "cases/screens/CaseForm.h"
+#include "parcels/ParcelService.h"
+#include "parcels/screens/ParcelLocator.h"
 #include "ui/DateInput.h"
-#include "ui/NotAvailable.h"
 #include "ui/XPButton.h"
 
 #include <QCheckBox>
@@ -84,11 +85,12 @@ CaseTab::CaseTab(CaseForm& form, QWidget* parent)
         QStringLiteral("finda"), QStringLiteral("Find"), QStringLiteral(" Find Specific SBL  "), parcel);
     grid->addWidget(sblLoc, 1, 5);
     grid->addWidget(finda, 1, 6);
-    // Both open the parcel finder, which comes with its own screen.
-    for (QPushButton* finder : {static_cast<QPushButton*>(sblLoc), static_cast<QPushButton*>(finda)}) {
-        connect(finder, &QPushButton::clicked, this,
-            [] { ui::showNotAvailable(QStringLiteral("The SBL finder")); });
-    }
+    // The finders fill the parcel, owner and location of the case being
+    // written, so they are off while the case is only shown.
+    form.addLockable(sblLoc);
+    form.addLockable(finda);
+    connect(sblLoc, &QPushButton::clicked, this, [this] { findParcel(parcels::ParcelLocator::Kind::BySbl); });
+    connect(finda, &QPushButton::clicked, this, [this] { findParcel(parcels::ParcelLocator::Kind::ByAddress); });
     grid->addWidget(CaseForm::makeCaption(QStringLiteral("Property Location:"), parcel), 2, 0);
     grid->addWidget(form.makeBox(7, parcel), 2, 1, 1, 6);
     grid->addWidget(CaseForm::makeCaption(QStringLiteral("Subdivision:"), parcel), 3, 0);
@@ -156,6 +158,21 @@ QCheckBox* CaseTab::makeCopy(const QString& name, const QString& caption, int fr
         m_form.setBoxText(target.telephone, m_form.boxText(source.telephone));
     });
     return check;
+}
+
+void CaseTab::findParcel(parcels::ParcelLocator::Kind kind)
+{
+    const auto picked = parcels::ParcelLocator::pick(kind, window());
+    if (!picked) {
+        return;
+    }
+    const parcels::SblBoxes boxes = parcels::mdb().ExtractSBL(picked->sbl);
+    for (int box = 2; box <= 6; ++box) {
+        m_form.setBoxText(box, boxes.box(box));
+    }
+    m_form.setBoxText(Owner.name, picked->association);
+    m_form.setBoxText(7, picked->location);
+    m_form.setBoxText(Owner.address, picked->mailing);
 }
 
 void CaseTab::resetCopies()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "parcels/screens/ParcelLocator.h"
+
 #include <QWidget>
 
 class QCheckBox;
@@ -19,6 +21,10 @@ public:
 
     // Clears the one-shot copy boxes, as each shown or cleared row does.
     void resetCopies();
+
+    // Runs a parcel finder and puts the chosen parcel's S-B-L, owner,
+    // location and mailing address into the case's inputs.
+    void findParcel(parcels::ParcelLocator::Kind kind);
 
 private:
     QCheckBox* makeCopy(const QString& name, const QString& caption, int from, int to);

@@ -3,9 +3,9 @@
 #include "cases/CaseLists.h"
 #include "cases/LotFigures.h"
 #include "cases/screens/CaseForm.h"
+#include "common/OutsidePrograms.h"
 #include "common/PromptService.h"
 #include "common/Session.h"
-#include "ui/NotAvailable.h"
 #include "ui/XPButton.h"
 
 #include <QCheckBox>
@@ -132,11 +132,28 @@ ProjectTab::ProjectTab(CaseForm& form, QWidget* parent)
     map->addWidget(m_providers, 0, 1);
     auto* mapButton
         = new ui::XPButton(QStringLiteral("Image7"), QStringLiteral("Map"), QStringLiteral(" Map "), this);
-    connect(mapButton, &QPushButton::clicked, this, [] { ui::showNotAvailable(QStringLiteral("The map")); });
+    connect(mapButton, &QPushButton::clicked, this, &ProjectTab::mapRequested);
     map->addWidget(mapButton, 0, 2);
+    m_pair = new QLabel(this);
+    m_pair->setObjectName(QStringLiteral("lblGISCOORD"));
+    map->addWidget(m_pair, 0, 3);
+    // A provider's page opens as soon as it is picked; the combo then goes
+    // back to its prompt, so the same provider can be picked again.
+    connect(m_providers, &QComboBox::activated, this, [this](int picked) {
+        const QString address = m_providers->itemData(picked).toString();
+        m_providers->setCurrentIndex(-1);
+        if (!address.trimmed().isEmpty()) {
+            OpenLink(address);
+        }
+    });
     map->setColumnStretch(1, 1);
     layout->addLayout(map);
     layout->addStretch();
+}
+
+void ProjectTab::showStoredPair(const QString& pair)
+{
+    m_pair->setText(pair);
 }
 
 void ProjectTab::calculateLot()

@@ -3,6 +3,7 @@
 #include <QWidget>
 
 class QComboBox;
+class QLabel;
 
 namespace pvardo::cases {
 
@@ -20,10 +21,17 @@ public:
     // Fills the four calculated lot figures from the others (Image5).
     void calculateLot();
     QComboBox* mapProviders() const { return m_providers; }
+    // Shows the case's stored coordinates beside the map button.
+    void showStoredPair(const QString& pair);
+
+signals:
+    // Image7 was pressed: the screen asks for coordinates.
+    void mapRequested();
 
 private:
     CaseForm& m_form;
     QComboBox* m_providers = nullptr;
+    QLabel* m_pair = nullptr;
 };
 
 } // namespace pvardo::cases

@@ -23,7 +23,9 @@
 #include "common/ScreenOpen.h"
 #include "common/Session.h"
 #include "common/Waiting.h"
+#include "parcels/Coordinates.h"
 #include "parcels/ParcelService.h"
+#include "parcels/screens/CCalc.h"
 #include "store/DatabaseLocation.h"
 #include "store/SqlSubset.h"
 #include "ui/DelconfirmDialog.h"
@@ -134,6 +136,7 @@ ZPermits::ZPermits(QWidget* parent)
     m_caseTab = new CaseTab(*m_form, m_tabs);
     m_projectTab = new ProjectTab(*m_form, m_tabs);
     m_structureTab = new StructureTab(*m_form, m_tabs);
+    connect(m_projectTab, &ProjectTab::mapRequested, this, &ZPermits::showMap);
     m_tabs->addTab(m_caseTab, QStringLiteral("Case"));
     m_tabs->addTab(m_projectTab, QStringLiteral("Project"));
     m_tabs->addTab(m_structureTab, QStringLiteral("Structure"));
@@ -562,6 +565,8 @@ void ZPermits::handleStoreError(const store::StoreStatus& status)
 
 void ZPermits::showRow()
 {
+    m_pendingPair.clear();
+    m_projectTab->showStoredPair(hasRow() ? m_rows->text(QStringLiteral("PBGISCOORD")) : QString());
     if (hasRow()) {
         m_form->showRow(*m_rows);
         // A row the file cannot give back is damage to report, not an empty case.
@@ -751,6 +756,12 @@ store::StoreStatus ZPermits::fillRow(store::Recordset& row, const CaseInputs& in
     store::StoreStatus status = m_form->writeOwnColumns(row);
     if (!status.ok()) {
         return status;
+    }
+    if (!m_pendingPair.isEmpty()) {
+        status = row.setValue(QStringLiteral("PBGISCOORD"), m_pendingPair);
+        if (!status.ok()) {
+            return status;
+        }
     }
     return CaseRecord::movefieldsintodb(
         m_map, row, [this](int box) { return m_form->boxText(box); }, inputs, session());
@@ -1085,6 +1096,34 @@ void ZPermits::loadMapProviders()
     for (const CaseLists::MapProvider& provider : CaseLists::loadMapProviders(session().DatabaseFolder)) {
         providers->addItem(provider.name, provider.address);
     }
+}
+
+void ZPermits::showMap()
+{
+    const bool newCase = m_mode == ui::RecordMode::New;
+    const QString stored = !m_pendingPair.isEmpty() ? m_pendingPair
+        : (hasRow() && !newCase)                    ? m_rows->text(QStringLiteral("PBGISCOORD"))
+                                                    : QString();
+    const parcels::CoordinateChoice choice = parcels::askCoordinates(stored, true, this);
+    if (choice.outcome != parcels::CCalc::Store) {
+        return;
+    }
+    const QString pair = parcels::Coordinates::storedPair(choice.latitude, choice.longitude);
+    m_projectTab->showStoredPair(pair);
+    // A case on file takes the pair at once; a new one, or one being
+    // edited, takes it with the rest of its inputs when it is written.
+    if (!newCase && m_mode != ui::RecordMode::Edit && hasRow()) {
+        store::StoreStatus status = m_rows->setValue(QStringLiteral("PBGISCOORD"), pair);
+        if (status.ok()) {
+            status = m_rows->Update();
+        }
+        if (!status.ok()) {
+            m_rows->CancelUpdate();
+            handleStoreError(status);
+        }
+        return;
+    }
+    m_pendingPair = pair;
 }
 
 void ZPermits::revealDelete()

@@ -140,6 +140,8 @@ private:
     void listSorted();
     void loadMapProviders();
     void revealDelete();
+    // Image7: the coordinates dialog on the case's stored pair.
+    void showMap();
     bool hasRow() const;
     store::StoreStatus fillRow(store::Recordset& row, const CaseInputs& inputs);
     // What the case's letters get: the case screen's PlugVars.
@@ -158,6 +160,7 @@ private:
     bool m_listShowing = false;
     bool m_resetting = false;
     CasePublished m_published;
+    QString m_pendingPair; // coordinates chosen for a case not yet written
     SubRecordOpener m_opener;
 
     CaseForm* m_form = nullptr;

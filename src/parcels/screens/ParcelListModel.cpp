@@ -1,0 +1,177 @@
+#include "parcels/screens/ParcelListModel.h"
+
+#include "store/Recordset.h"
+
+#include <QColor>
+
+namespace pvardo::parcels {
+
+namespace {
+
+// Rows kept read; past this the cache starts again. A screenful is a few
+// dozen rows, so scrolling reads each row once.
+constexpr int CachedRows = 2000;
+
+QColor markColour(ParcelMark mark)
+{
+    switch (mark) {
+    case ParcelMark::Other:
+        return QColor(0, 160, 255);
+    case ParcelMark::Failed:
+        return QColor(255, 200, 0);
+    case ParcelMark::Complaint:
+        return QColor(255, 0, 255);
+    case ParcelMark::Violation:
+        return QColor(255, 0, 0);
+    case ParcelMark::None:
+        break;
+    }
+    return {};
+}
+
+} // namespace
+
+QList<ParcelListModel::Column> ParcelListModel::browserColumns()
+{
+    // Each value under the heading that names it; the short form, the
+    // parcel as the tax map writes it, under " Grid ".
+    return {{QStringLiteral(" S-B-L "), QStringLiteral("SBLF")}, {QStringLiteral(" Name "), QStringLiteral("ASSOC")},
+        {QStringLiteral(" Location "), QStringLiteral("LOCN1")}, {QStringLiteral(" Permit "), QStringLiteral("PERMIT")},
+        {QStringLiteral(" Grid "), QString()}};
+}
+
+QList<ParcelListModel::Column> ParcelListModel::locatorColumns()
+{
+    return {{QStringLiteral(" S-B-L "), QStringLiteral("SBLF")}, {QStringLiteral(" Location "), QStringLiteral("LOCN1")},
+        {QStringLiteral(" Association "), QStringLiteral("ASSOC")}, {QStringLiteral(" Permit "), QStringLiteral("PERMIT")}};
+}
+
+ParcelListModel::ParcelListModel(QList<Column> columns, QObject* parent)
+    : QAbstractTableModel(parent)
+    , m_columns(std::move(columns))
+{
+}
+
+ParcelListModel::~ParcelListModel() = default;
+
+void ParcelListModel::setRows(std::unique_ptr<store::Recordset> rows)
+{
+    beginResetModel();
+    m_rows = std::move(rows);
+    m_count = m_rows ? std::max(0, m_rows->RecordCount()) : 0;
+    m_cache.clear();
+    endResetModel();
+}
+
+void ParcelListModel::refresh()
+{
+    beginResetModel();
+    if (m_rows) {
+        m_rows->Requery();
+        m_count = std::max(0, m_rows->RecordCount());
+    }
+    m_cache.clear();
+    endResetModel();
+}
+
+int ParcelListModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : m_count;
+}
+
+int ParcelListModel::columnCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_columns.size());
+}
+
+const ParcelListModel::RowTexts* ParcelListModel::rowTexts(int row) const
+{
+    if (!m_rows || row < 0 || row >= m_count) {
+        return nullptr;
+    }
+    if (auto found = m_cache.constFind(row); found != m_cache.cend()) {
+        return &found.value();
+    }
+    const int position = m_rows->AbsolutePosition();
+    if (position < 1) {
+        if (!m_rows->MoveFirst().ok()) {
+            return nullptr;
+        }
+        if (row > 0 && !m_rows->Move(row).ok()) {
+            return nullptr;
+        }
+    } else if (position - 1 != row && !m_rows->Move(row - (position - 1)).ok()) {
+        return nullptr;
+    }
+    if (m_rows->Eof() || m_rows->Bof()) {
+        return nullptr;
+    }
+    if (m_cache.size() >= CachedRows) {
+        m_cache.clear();
+    }
+    RowTexts texts;
+    const QVariant sbl = m_rows->value(QStringLiteral("SBLF"));
+    texts.sbl = sbl.toString();
+    for (const Column& column : m_columns) {
+        if (column.field.isEmpty()) {
+            texts.texts << (sbl.isNull() ? QStringLiteral("--") : m_parts.mysbl2SBL(sbl.toString()));
+        } else {
+            texts.texts << listText(m_rows->value(column.field));
+        }
+    }
+    texts.mark = parcelMarkOf(*m_rows);
+    return &m_cache.insert(row, texts).value();
+}
+
+QString ParcelListModel::sblAt(int row) const
+{
+    const RowTexts* texts = rowTexts(row);
+    if (!texts) {
+        return {};
+    }
+    return texts->sbl;
+}
+
+ParcelMark ParcelListModel::markAt(int row) const
+{
+    const RowTexts* texts = rowTexts(row);
+    return texts ? texts->mark : ParcelMark::None;
+}
+
+QVariant ParcelListModel::data(const QModelIndex& index, int role) const
+{
+    if (!index.isValid()) {
+        return {};
+    }
+    const RowTexts* texts = rowTexts(index.row());
+    if (!texts) {
+        return {};
+    }
+    switch (role) {
+    case Qt::DisplayRole:
+        return texts->texts.value(index.column());
+    case Qt::DecorationRole:
+        if (index.column() == 0) {
+            // Unmarked rows keep the mark's place, so the keys line up.
+            return texts->mark == ParcelMark::None ? QColor(Qt::transparent) : markColour(texts->mark);
+        }
+        return {};
+    case Qt::ToolTipRole:
+        if (index.column() == 0 && texts->mark != ParcelMark::None) {
+            return parcelMarkText(texts->mark);
+        }
+        return {};
+    default:
+        return {};
+    }
+}
+
+QVariant ParcelListModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation == Qt::Horizontal && role == Qt::DisplayRole && section >= 0 && section < m_columns.size()) {
+        return m_columns.at(section).heading;
+    }
+    return QAbstractTableModel::headerData(section, orientation, role);
+}
+
+} // namespace pvardo::parcels

@@ -1,0 +1,146 @@
+#include "CaseScreenFixture.h"
+
+#include "parcels/screens/ParcelListModel.h"
+#include "parcels/screens/ParcelLocator.h"
+
+#include "common/TextFiles.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QTest>
+#include <QTreeView>
+
+using namespace pvardo;
+using namespace pvardo::test;
+
+namespace {
+
+// Catches the web addresses the program hands to the desktop.
+class OpenedUrls : public QObject
+{
+    Q_OBJECT
+
+public:
+    OpenedUrls() { QDesktopServices::setUrlHandler(q("https"), this, "open"); }
+    ~OpenedUrls() override { QDesktopServices::unsetUrlHandler(q("https")); }
+    QStringList urls;
+
+public slots:
+    void open(const QUrl& url) { urls << url.toString(); }
+};
+
+// Picks the first listed row of a locator after a search for `typed` in `box`.
+void pickFirst(ScriptedPrompts& prompts, const char* locator, const char* box, const char* typed)
+{
+    prompts.onDialog(q(locator), [=](QDialog& dialog) {
+        dialog.findChild<QLineEdit*>(q(box))->setText(q(typed));
+        dialog.findChild<QPushButton*>(q("iLook"))->click();
+        auto& found = static_cast<parcels::ParcelLocator&>(dialog);
+        EXPECT_EQ(found.model().rowCount(), 1);
+        dialog.findChild<QTreeView*>(q("ListView1"))->setCurrentIndex(found.model().index(0, 0));
+        dialog.findChild<QPushButton*>(q("iContinue"))->click();
+        return dialog.result();
+    });
+}
+
+TEST_F(CaseScreenTest, FindersFillTheParcelOwnerAndLocationOfANewCase)
+{
+    seedParcel(q("12-34-0-1-5-1-0-0"));
+    seedParcel(q("40-0-0-2-0-0-0-0"));
+    {
+        store::StoreStatus status;
+        auto rows = store::openRecordsetAt(parcelPath, q("Select * from SBL"), &status);
+        ASSERT_TRUE(rows->FindKey(q("SBLF"), q("40-0-0-2-0-0-0-0")).ok());
+        rows->setValue(q("ASSOC"), q("MARY O'HARA"));
+        rows->setValue(q("LOCN1"), q("9 QUARRY RD"));
+        rows->setValue(q("MAILING"), q("PO BOX 12, ROSENDALE NY"));
+        ASSERT_TRUE(rows->Update().ok());
+    }
+    open();
+    EXPECT_FALSE(on("iSBLLoc")) << "the finders change inputs: off while a case is only shown";
+    click("INew");
+    pickFirst(prompts(), "sblloc", "Text1_2", "12.34");
+    click("iSBLLoc");
+    EXPECT_EQ(text(2), q("12.34"));
+    EXPECT_EQ(text(3), q("1"));
+    EXPECT_EQ(text(4), q("5"));
+    EXPECT_EQ(text(5), q("1"));
+    EXPECT_EQ(text(12), q("SOMEONE"));
+
+    pickFirst(prompts(), "adloc", "txtLookFor", "quarry");
+    click("finda");
+    EXPECT_EQ(text(2), q("40"));
+    EXPECT_EQ(text(3), q("2"));
+    EXPECT_EQ(text(4), QString());
+    EXPECT_EQ(text(5), QString()) << "a part of 0 leaves its box blank";
+    EXPECT_EQ(text(12), q("MARY O'HARA"));
+    EXPECT_EQ(text(7), q("9 QUARRY RD"));
+    EXPECT_EQ(text(13), q("PO BOX 12, ROSENDALE NY"));
+
+    // Closing a finder without a choice changes nothing; Control+F opens
+    // the address finder too.
+    prompts().onDialog(q("sblloc"), [](QDialog&) { return int(QDialog::Rejected); });
+    click("iSBLLoc");
+    EXPECT_EQ(text(2), q("40"));
+    prompts().onDialog(q("adloc"), [](QDialog&) { return int(QDialog::Rejected); });
+    screen->show();
+    QApplication::setActiveWindow(screen.get());
+    QTest::keyClick(screen.get(), Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(prompts().dialogsRun().count(q("adloc")), 2);
+    EXPECT_EQ(text(12), q("MARY O'HARA"));
+}
+
+TEST_F(CaseScreenTest, MapButtonStoresTheCoordinatesOfTheCaseShown)
+{
+    seedCase(q("12-207"), {{q("PBGISCOORD"), q("41.5,-74.1")}});
+    open();
+    prompts().onDialog(q("ccalc"), [](QDialog& dialog) {
+        EXPECT_EQ(dialog.findChild<QLineEdit*>(q("txtLatitude"))->text(), q("41.5"));
+        EXPECT_EQ(dialog.findChild<QLineEdit*>(q("txtLongitude"))->text(), q("-74.1"));
+        dialog.findChild<QLineEdit*>(q("txtLatitude"))->setText(q("41.9312345678"));
+        dialog.findChild<QLineEdit*>(q("txtLongitude"))->setText(q("-73.9912345678"));
+        dialog.findChild<QPushButton*>(q("Command2"))->click();
+        return dialog.result();
+    });
+    click("Image7");
+    EXPECT_EQ(caseOnDisk(q("12-207"))->text(q("PBGISCOORD")), q("41.9312345678,-73.99"));
+    EXPECT_EQ(label("lblGISCOORD"), q("41.9312345678,-73.99"));
+
+    // A new case takes its pair when it is written.
+    click("INew");
+    fillRequired();
+    prompts().onDialog(q("ccalc"), [](QDialog& dialog) {
+        EXPECT_TRUE(dialog.findChild<QLineEdit*>(q("txtLatitude"))->text().isEmpty());
+        dialog.findChild<QLineEdit*>(q("txtLatitude"))->setText(q("42"));
+        dialog.findChild<QLineEdit*>(q("txtLongitude"))->setText(q("-74"));
+        dialog.findChild<QPushButton*>(q("Command2"))->click();
+        return dialog.result();
+    });
+    click("Image7");
+    const QString number = text(1);
+    click("IAdd");
+    auto added = caseOnDisk(number);
+    ASSERT_TRUE(added);
+    EXPECT_EQ(added->text(q("PBGISCOORD")), q("42,-74"));
+    EXPECT_EQ(caseOnDisk(q("12-207"))->text(q("PBGISCOORD")), q("41.9312345678,-73.99"));
+}
+
+TEST_F(CaseScreenTest, ProviderListOpensThePickedProvidersPage)
+{
+    OpenedUrls opened;
+    // The count says five, the file holds two providers: the list holds two.
+    ASSERT_TRUE(replaceTextLines(joinPath(installation.databaseFolder(), q("\\GIS.txt")),
+        {q("5"), q("Providers"), q("County GIS"), q("https://gis.example.org/county"), q("State Parcels"),
+            q("https://parcels.example.org")}));
+    open();
+    auto* providers = find<QComboBox>("Combo9");
+    ASSERT_EQ(providers->count(), 2);
+    EXPECT_EQ(providers->currentText(), QString()) << "the prompt stands until a provider is picked";
+    QTest::keyClick(providers, Qt::Key_Down);
+    EXPECT_EQ(opened.urls, QStringList{q("https://gis.example.org/county")});
+    EXPECT_EQ(providers->currentIndex(), -1);
+}
+
+} // namespace
+
+#include "CaseParcelFinderTest.moc"
