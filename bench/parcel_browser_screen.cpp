@@ -47,9 +47,15 @@ void makeStore()
     for (int i = 0; i < count; ++i) {
         rows->AddNew();
         rows->setValue(QStringLiteral("SBLF"),
-            QStringLiteral("%1-%2-0-%3-%4-0-0-0").arg(i / 4000 + 1).arg(i % 7).arg(i / 40 % 100 + 1).arg(i % 40 + 1));
-        rows->setValue(QStringLiteral("ASSOC"), QStringLiteral("%1 %2").arg(QLatin1String(names[i % 8])).arg(i));
-        rows->setValue(QStringLiteral("LOCN1"), QStringLiteral("%1 %2").arg(i % 900 + 1).arg(QLatin1String(streets[i % 6])));
+            QStringLiteral("%1-%2-0-%3-%4-0-0-0")
+                .arg(i / 4000 + 1)
+                .arg(i % 7)
+                .arg(i / 40 % 100 + 1)
+                .arg(i % 40 + 1));
+        rows->setValue(
+            QStringLiteral("ASSOC"), QStringLiteral("%1 %2").arg(QLatin1String(names[i % 8])).arg(i));
+        rows->setValue(QStringLiteral("LOCN1"),
+            QStringLiteral("%1 %2").arg(i % 900 + 1).arg(QLatin1String(streets[i % 6])));
         rows->setValue(QStringLiteral("PERMIT"), i % 50 == 0 ? QStringLiteral("PB%1").arg(i) : QString());
         rows->setValue(QStringLiteral("OTHER"), 0);
         rows->setValue(QStringLiteral("FAILED"), i % 97 == 0 ? 1 : 0);

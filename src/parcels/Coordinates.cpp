@@ -148,12 +148,14 @@ QString mapAddress(const QString& host, const QString& latitude, const QString& 
 
 QString defaultMapHost(const QString& programFolder)
 {
-    return QUrl::fromLocalFile(QDir(programFolder).filePath(QStringLiteral("map"))).toString() + QLatin1Char('/');
+    return QUrl::fromLocalFile(QDir(programFolder).filePath(QStringLiteral("map"))).toString()
+        + QLatin1Char('/');
 }
 
 QString mapHost()
 {
-    return SettingGet(QStringLiteral("Map"), QStringLiteral("MAPHOST"), defaultMapHost(session().ProgramFolder));
+    return SettingGet(
+        QStringLiteral("Map"), QStringLiteral("MAPHOST"), defaultMapHost(session().ProgramFolder));
 }
 
 } // namespace pvardo::parcels::Coordinates

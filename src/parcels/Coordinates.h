@@ -20,7 +20,7 @@ struct Sexagesimal
 struct Converted
 {
     QStringList faults; // one line each, in the order checked; empty when converted
-    QString latitude;   // "##0.0#####"
+    QString latitude; // "##0.0#####"
     QString longitude;
 };
 

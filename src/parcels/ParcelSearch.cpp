@@ -10,7 +10,8 @@ namespace {
 
 QString likeAnywhere(const char* column, const QString& text)
 {
-    return QLatin1String(column) + QStringLiteral(" like ") + store::quotedText(QLatin1Char('%') + text + QLatin1Char('%'));
+    return QLatin1String(column) + QStringLiteral(" like ")
+        + store::quotedText(QLatin1Char('%') + text + QLatin1Char('%'));
 }
 
 int flagValue(const QVariant& value)
@@ -62,7 +63,8 @@ QString locate(ParcelService& parcels, const ParcelSearchFields& fields)
 QString crossReference(double east, double north)
 {
     const auto n = [](double value) { return QString::number(value, 'g', 15); };
-    return QStringLiteral("Select * from SBL where [NORTHCOORD] > 0 AND [EASTCOORD] > 0 AND (([NORTHCOORD] > ")
+    return QStringLiteral(
+               "Select * from SBL where [NORTHCOORD] > 0 AND [EASTCOORD] > 0 AND (([NORTHCOORD] > ")
         + n(north - 500) + QStringLiteral(" AND [NORTHCOORD] < ") + n(north + 500)
         + QStringLiteral(") AND ([EASTCOORD] > ") + n(east - 500) + QStringLiteral(" AND [EASTCOORD] < ")
         + n(east + 500) + QStringLiteral("))  order by [SBLF]");

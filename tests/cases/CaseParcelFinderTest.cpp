@@ -1,9 +1,7 @@
 #include "CaseScreenFixture.h"
-
+#include "common/TextFiles.h"
 #include "parcels/screens/ParcelListModel.h"
 #include "parcels/screens/ParcelLocator.h"
-
-#include "common/TextFiles.h"
 
 #include <QApplication>
 #include <QDesktopServices>

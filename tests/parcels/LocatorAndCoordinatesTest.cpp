@@ -1,5 +1,4 @@
 #include "ParcelScreensFixture.h"
-
 #include "common/SettingStore.h"
 #include "parcels/Coordinates.h"
 #include "parcels/screens/CCalc.h"
@@ -38,7 +37,8 @@ protected:
     {
         ParcelScreensTest::SetUp();
         seedParcel(q("12-34-0-1-5-1-0-0"),
-            {{q("ASSOC"), q("KATE O'BRIEN")}, {q("LOCN1"), q("14 OAK LANE")}, {q("MAILING"), q("PO BOX 9, ESOPUS NY")}});
+            {{q("ASSOC"), q("KATE O'BRIEN")}, {q("LOCN1"), q("14 OAK LANE")},
+                {q("MAILING"), q("PO BOX 9, ESOPUS NY")}});
         seedParcel(q("12-0-0-2-7-0-0-0"), {{q("LOCN1"), q("7 OAKWOOD DR")}, {q("VIOL"), 1}});
         seedParcel(q("30-0-0-4-1-0-0-0"), {{q("LOCN1"), q("2 RIVER RD")}});
     }
@@ -47,19 +47,21 @@ protected:
     std::optional<PickedParcel> locate(ParcelLocator::Kind kind, std::function<void(QDialog&)> type,
         const QString& pick, QStringList* listed)
     {
-        prompts().onDialog(kind == ParcelLocator::Kind::BySbl ? q("sblloc") : q("adloc"), [=](QDialog& dialog) {
-            auto& locator = static_cast<ParcelLocator&>(dialog);
-            type(dialog);
-            clickIn(dialog, "iLook");
-            for (int row = 0; row < locator.model().rowCount(); ++row) {
-                *listed << locator.model().sblAt(row);
-                if (locator.model().sblAt(row) == pick) {
-                    dialog.findChild<QTreeView*>(q("ListView1"))->setCurrentIndex(locator.model().index(row, 0));
+        prompts().onDialog(
+            kind == ParcelLocator::Kind::BySbl ? q("sblloc") : q("adloc"), [=](QDialog& dialog) {
+                auto& locator = static_cast<ParcelLocator&>(dialog);
+                type(dialog);
+                clickIn(dialog, "iLook");
+                for (int row = 0; row < locator.model().rowCount(); ++row) {
+                    *listed << locator.model().sblAt(row);
+                    if (locator.model().sblAt(row) == pick) {
+                        dialog.findChild<QTreeView*>(q("ListView1"))
+                            ->setCurrentIndex(locator.model().index(row, 0));
+                    }
                 }
-            }
-            clickIn(dialog, "iContinue");
-            return dialog.result();
-        });
+                clickIn(dialog, "iContinue");
+                return dialog.result();
+            });
         return ParcelLocator::pick(kind, nullptr);
     }
 };
@@ -67,7 +69,8 @@ protected:
 TEST_F(LocatorTest, SblLocatorFindsPartialKeysAndHandsBackTheParcel)
 {
     QStringList listed;
-    auto picked = locate(ParcelLocator::Kind::BySbl,
+    auto picked = locate(
+        ParcelLocator::Kind::BySbl,
         [](QDialog& dialog) {
             dialog.findChild<QLineEdit*>(q("Text1_2"))->setText(q("12.34"));
             dialog.findChild<QLineEdit*>(q("Text1_3"))->setText(q("1"));
@@ -82,8 +85,10 @@ TEST_F(LocatorTest, SblLocatorFindsPartialKeysAndHandsBackTheParcel)
     EXPECT_EQ(picked->mailing, q("PO BOX 9, ESOPUS NY"));
 
     listed.clear();
-    picked = locate(ParcelLocator::Kind::BySbl,
-        [](QDialog& dialog) { dialog.findChild<QLineEdit*>(q("Text1_2"))->setText(q("99")); }, QString(), &listed);
+    picked = locate(
+        ParcelLocator::Kind::BySbl,
+        [](QDialog& dialog) { dialog.findChild<QLineEdit*>(q("Text1_2"))->setText(q("99")); }, QString(),
+        &listed);
     EXPECT_TRUE(listed.isEmpty());
     EXPECT_FALSE(picked) << "nothing selected, nothing handed back";
     EXPECT_TRUE(prompts().shownTexts().contains(q("No matching SBL found.")));
@@ -92,7 +97,8 @@ TEST_F(LocatorTest, SblLocatorFindsPartialKeysAndHandsBackTheParcel)
 TEST_F(LocatorTest, AddressLocatorMatchesAnyPartOfTheLocationAndMarksFlags)
 {
     QStringList listed;
-    const auto picked = locate(ParcelLocator::Kind::ByAddress,
+    const auto picked = locate(
+        ParcelLocator::Kind::ByAddress,
         [](QDialog& dialog) { dialog.findChild<QLineEdit*>(q("txtLookFor"))->setText(q("oak")); },
         q("12-0-0-2-7-0-0-0"), &listed);
     EXPECT_EQ(listed, (QStringList{q("12-0-0-2-7-0-0-0"), q("12-34-0-1-5-1-0-0")}));
@@ -134,7 +140,8 @@ TEST(CoordinatesTest, ConvertsAndChecksInTheOrderGiven)
         EXPECT_FALSE(isNumber(q(text))) << text;
     }
     EXPECT_EQ(lookupFaults(q("41.2x"), q("")),
-        (QStringList{q("Latitude may not be a coordinate number."), q("Longitude may not be a coordinate number.")}));
+        (QStringList{
+            q("Latitude may not be a coordinate number."), q("Longitude may not be a coordinate number.")}));
     EXPECT_EQ(storeFaults(q(" "), q("")),
         (QStringList{q("Latitude field must have an entry."), q("Longitude field must have an entry.")}));
     EXPECT_EQ(storedPair(q("40.736944"), q("-73.9931134")), q("40.736944,-73.993113"));
@@ -196,7 +203,8 @@ TEST_F(CCalcTest, DialogFiltersKeysConvertsStoresAndLooksUp)
         return dialog.result();
     });
     maplookup(nullptr);
-    EXPECT_EQ(opened.urls, QStringList{q("https://maps.example.org/gps.htm?txtLat=40.5&txtLong=-73.99&txtZoom=17")});
+    EXPECT_EQ(opened.urls,
+        QStringList{q("https://maps.example.org/gps.htm?txtLat=40.5&txtLong=-73.99&txtZoom=17")});
     EXPECT_TRUE(prompts().shownTexts().contains(q("Latitude may not be a coordinate number.")));
 }
 

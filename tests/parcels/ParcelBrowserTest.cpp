@@ -1,5 +1,4 @@
 #include "ParcelScreensFixture.h"
-
 #include "parcels/ParcelSearch.h"
 #include "parcels/screens/ParcelListModel.h"
 #include "parcels/screens/SblFrm.h"
@@ -24,12 +23,16 @@ protected:
     void SetUp() override
     {
         ParcelScreensTest::SetUp();
-        seedParcel(q("12-34-0-1-5-1-0-0"), {{q("ASSOC"), q("O'BRIEN, KATE")}, {q("LOCN1"), q("14 MILL POND RD")},
-                                                {q("PERMIT"), q("PB12-207")}, {q("HISTORICAL"), q("*PB11-3*Z12-207")}});
-        seedParcel(q("12-0-0-2-7-0-0-0"), {{q("ASSOC"), q("HART")}, {q("LOCN1"), q("NULL")}, {q("OTHER"), 1}});
+        seedParcel(q("12-34-0-1-5-1-0-0"),
+            {{q("ASSOC"), q("O'BRIEN, KATE")}, {q("LOCN1"), q("14 MILL POND RD")},
+                {q("PERMIT"), q("PB12-207")}, {q("HISTORICAL"), q("*PB11-3*Z12-207")}});
+        seedParcel(
+            q("12-0-0-2-7-0-0-0"), {{q("ASSOC"), q("HART")}, {q("LOCN1"), q("NULL")}, {q("OTHER"), 1}});
         seedParcel(q("30-0-0-4-1-0-0-0"),
-            {{q("ASSOC"), q("OBRIENTAL LLC")}, {q("NOTES"), q("barking dog")}, {q("FAILED"), 2}, {q("VIOL"), 1}});
-        seedParcel(q("31-0-0-5-2-0-0-0"), {{q("ASSOC"), q("LOWE")}, {q("PERMIT"), q("PB09-1")}, {q("FAILED"), 1}});
+            {{q("ASSOC"), q("OBRIENTAL LLC")}, {q("NOTES"), q("barking dog")}, {q("FAILED"), 2},
+                {q("VIOL"), 1}});
+        seedParcel(
+            q("31-0-0-5-2-0-0-0"), {{q("ASSOC"), q("LOWE")}, {q("PERMIT"), q("PB09-1")}, {q("FAILED"), 1}});
     }
 
     SblFrm& open()
@@ -79,7 +82,8 @@ TEST(ParcelQueriesTest, BuildsTheSearchFromTheFilledFieldsOnly)
     fields.location = q("Mill");
     fields.notes = q("dog");
     EXPECT_EQ(ParcelQueries::locate(parcels, fields),
-        q("Select * from SBL where [ASSOC] like '%O''Brien%' AND [PERMIT] like '%PB%' AND [LOCN1] like '%Mill%' AND "
+        q("Select * from SBL where [ASSOC] like '%O''Brien%' AND [PERMIT] like '%PB%' AND [LOCN1] like "
+          "'%Mill%' AND "
           "[NOTES] like '%dog%' OR [HISTORICAL] like '%dog%' order by [SBLF]"));
     EXPECT_EQ(ParcelQueries::crossReference(1000, 250),
         q("Select * from SBL where [NORTHCOORD] > 0 AND [EASTCOORD] > 0 AND (([NORTHCOORD] > -250 AND "
@@ -108,7 +112,8 @@ TEST_F(ParcelBrowserTest, ListsTheStoreWithShortFormsMarksAndDashesForNothing)
     for (int column = 0; column < model.columnCount(); ++column) {
         headings << model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
     }
-    EXPECT_EQ(headings, (QStringList{q(" S-B-L "), q(" Name "), q(" Location "), q(" Permit "), q(" Grid ")}));
+    EXPECT_EQ(
+        headings, (QStringList{q(" S-B-L "), q(" Name "), q(" Location "), q(" Permit "), q(" Grid ")}));
     // In S-B-L order: 12-0-..., 12-34-..., 30-..., 31-...
     EXPECT_EQ(cell(0, 0), q("12-0-0-2-7-0-0-0"));
     EXPECT_EQ(cell(0, 4), q("12-2-7"));
@@ -139,14 +144,16 @@ TEST_F(ParcelBrowserTest, SearchesByEachFieldAndTheirCombinations)
         EXPECT_EQ(total(), QString::number(found.size()));
         return found;
     };
-    EXPECT_EQ(search({{"txtOwner", "o'brien"}}), QStringList{q("12-34-0-1-5-1-0-0")}) << "the apostrophe is searched";
+    EXPECT_EQ(search({{"txtOwner", "o'brien"}}), QStringList{q("12-34-0-1-5-1-0-0")})
+        << "the apostrophe is searched";
     EXPECT_EQ(search({{"txtOwner", "obrien"}}), QStringList{q("30-0-0-4-1-0-0-0")});
     // A section of 1 alone looks for its trimmed form 1-0-0 anywhere in the key.
     EXPECT_EQ(search({{"Text1_2", "1"}}),
         (QStringList{q("12-34-0-1-5-1-0-0"), q("30-0-0-4-1-0-0-0"), q("31-0-0-5-2-0-0-0")}));
     EXPECT_EQ(search({{"Text1_2", "12.34"}, {"Text1_3", "1"}}), QStringList{q("12-34-0-1-5-1-0-0")});
     EXPECT_EQ(search({{"txtPermit", "PB"}, {"txtLocation", "mill"}}), QStringList{q("12-34-0-1-5-1-0-0")});
-    EXPECT_EQ(search({{"txtNotes", "Z12-207"}}), QStringList{q("12-34-0-1-5-1-0-0")}) << "the trail is searched";
+    EXPECT_EQ(search({{"txtNotes", "Z12-207"}}), QStringList{q("12-34-0-1-5-1-0-0")})
+        << "the trail is searched";
     // The notes condition comes last with a bare OR: a match in the trail
     // stands on its own, whatever the other fields say; a match in the note
     // needs them.
@@ -256,7 +263,8 @@ TEST_F(ParcelBrowserTest, ParcelHandlerAddsOrUpdatesOnlyWhenAsked)
         clickIn(*browser, "IAdd");
     };
     handle("44", "", "");
-    EXPECT_TRUE(lastText().startsWith(q("Missing --Association/Owner\n--Property Location\n"))) << lastText().toStdString();
+    EXPECT_TRUE(lastText().startsWith(q("Missing --Association/Owner\n--Property Location\n")))
+        << lastText().toStdString();
     handle("44", "NEW OWNER", "9 ELM ST");
     EXPECT_EQ(total(), q("5"));
     auto row = parcelOnDisk(q("44-0-0-9-0-0-0-0"));
@@ -283,7 +291,8 @@ TEST_F(ParcelBrowserTest, CrossReferenceNeedsCoordinates)
     EXPECT_EQ(lastText(), q("Subject coordinates are zero."));
     select(q("53-0-0-1-0-0-0-0"));
     clickIn(*browser, "iXREF");
-    EXPECT_EQ(total(), q("0")) << "one zero coordinate can be looked around, and finds only parcels with both";
+    EXPECT_EQ(total(), q("0"))
+        << "one zero coordinate can be looked around, and finds only parcels with both";
     clickIn(*browser, "iReset");
     select(q("50-0-0-1-0-0-0-0"));
     clickIn(*browser, "iXREF");

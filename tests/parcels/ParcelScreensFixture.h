@@ -56,7 +56,8 @@ protected:
     std::unique_ptr<store::Recordset> parcelOnDisk(const QString& sbl)
     {
         store::StoreStatus status;
-        auto rows = store::openRecordsetAt(storePath, q("Select * from SBL where [SBLF] = '") + sbl + q("'"), &status);
+        auto rows = store::openRecordsetAt(
+            storePath, q("Select * from SBL where [SBLF] = '") + sbl + q("'"), &status);
         return rows && !rows->Eof() ? std::move(rows) : nullptr;
     }
 

@@ -1,5 +1,4 @@
 #include "ParcelScreensFixture.h"
-
 #include "parcels/screens/CCalc.h"
 #include "parcels/screens/ParcelEditors.h"
 #include "parcels/screens/ParcelListModel.h"
@@ -39,12 +38,13 @@ TEST_F(ParcelScreensTest, Screenshots)
         {"20-1-0-4-2-0-0-0", "TOWN OF ESOPUS", "RIVER RD", "", 0, 0, 0},
     };
     for (const auto& p : parcels) {
-        seedParcel(q(p.sbl), {{q("ASSOC"), q(p.owner)}, {q("LOCN1"), q(p.location)}, {q("PERMIT"), q(p.permit)},
-                                 {q("FAILED"), p.failed}, {q("VIOL"), p.viol}, {q("OTHER"), p.other},
-                                 {q("CONTACT"), q(p.owner)}, {q("MAILING"), q("PO BOX 7, ESOPUS NY 12429")},
-                                 {q("EASTCOORD"), 612345.0}, {q("NORTHCOORD"), 1104567.0},
-                                 {q("GISLINK"), q("41.84,-73.97")}, {q("HISTORICAL"), q("*Z12-207")},
-                                 {q("NOTES"), p.failed ? q("Footing inspection failed 3/1") : q("")}});
+        seedParcel(q(p.sbl),
+            {{q("ASSOC"), q(p.owner)}, {q("LOCN1"), q(p.location)}, {q("PERMIT"), q(p.permit)},
+                {q("FAILED"), p.failed}, {q("VIOL"), p.viol}, {q("OTHER"), p.other},
+                {q("CONTACT"), q(p.owner)}, {q("MAILING"), q("PO BOX 7, ESOPUS NY 12429")},
+                {q("EASTCOORD"), 612345.0}, {q("NORTHCOORD"), 1104567.0}, {q("GISLINK"), q("41.84,-73.97")},
+                {q("HISTORICAL"), q("*Z12-207")},
+                {q("NOTES"), p.failed ? q("Footing inspection failed 3/1") : q("")}});
     }
     const QString folder = qEnvironmentVariable("PVARDO_SCREENSHOT_DIR");
     auto save = [&](QWidget& widget, const char* name) {

@@ -5,6 +5,7 @@
 #include "cases/screens/ZPermits.h"
 #include "common/PromptService.h"
 #include "parcels/screens/CCalc.h"
+#include "parcels/screens/RollScreens.h"
 #include "parcels/screens/SblFrm.h"
 #include "schedule/screens/Scheduler.h"
 
@@ -26,6 +27,9 @@ void wireDashboard(schedule::Scheduler& dashboard)
     dashboard.setMenuCommand(QStringLiteral("usermanage"), [window] { admin::showUserManager(window); });
     dashboard.setMenuCommand(QStringLiteral("maplookup"), [window] { parcels::maplookup(window); });
     dashboard.setMenuCommand(QStringLiteral("dosbl"), [window] { parcels::showParcelBrowser(window); });
+    dashboard.setMenuCommand(QStringLiteral("updateparcel"), [window] { parcels::updateparcel(window); });
+    dashboard.setMenuCommand(QStringLiteral("viewparcel"), [window] { parcels::viewparcel(window); });
+    dashboard.setMenuCommand(QStringLiteral("syncSBL"), [window] { parcels::syncSBL(window); });
     dashboard.setMenuCommand(QStringLiteral("changepsw"), [window] { admin::showChangePassword(window); });
 }
 

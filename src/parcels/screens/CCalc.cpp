@@ -19,9 +19,12 @@ CCalc::CCalc(const QString& latitude, const QString& longitude, bool canStore, Q
     setObjectName(QStringLiteral("ccalc"));
     setWindowTitle(QStringLiteral(" Coordinates"));
     auto* layout = new QVBoxLayout(this);
-    auto* intro = new QLabel(QStringLiteral(
-        "To look up a parcel, please enter the latitude and longitude in decimal format. If you only have "
-        "sexagecimal info (i.e. Degrees, Minutes, and Seconds, use the tool below to convert it."), this);
+    auto* intro = new QLabel(
+        QStringLiteral(
+            "To look up a parcel, please enter the latitude and longitude in decimal format. If you only "
+            "have "
+            "sexagecimal info (i.e. Degrees, Minutes, and Seconds, use the tool below to convert it."),
+        this);
     intro->setWordWrap(true);
     layout->addWidget(intro);
 
@@ -37,8 +40,10 @@ CCalc::CCalc(const QString& latitude, const QString& longitude, bool canStore, Q
     decimal->addWidget(m_longitude, 1, 1);
     decimal->addWidget(new QLabel(QStringLiteral("(negative if West)"), this), 1, 2);
     layout->addLayout(decimal);
-    auto* note = new QLabel(QStringLiteral(
-        "Note: United States longitudes are in negative numbers since it is west of the meridian."), this);
+    auto* note = new QLabel(
+        QStringLiteral(
+            "Note: United States longitudes are in negative numbers since it is west of the meridian."),
+        this);
     note->setWordWrap(true);
     layout->addWidget(note);
 
@@ -56,14 +61,18 @@ CCalc::CCalc(const QString& latitude, const QString& longitude, bool canStore, Q
         m_dms[i]->installEventFilter(this);
         dms->addWidget(m_dms[i], 1 + i / 3, 1 + i % 3);
     }
-    auto* convert = new ui::XPButton(QStringLiteral("Command1"), QStringLiteral("Convert"), QStringLiteral(" Convert to decimal "), this);
+    auto* convert = new ui::XPButton(
+        QStringLiteral("Command1"), QStringLiteral("Convert"), QStringLiteral(" Convert to decimal "), this);
     dms->addWidget(convert, 1, 4, 2, 1);
     layout->addLayout(dms);
 
     auto* buttons = new QHBoxLayout;
-    auto* store = new ui::XPButton(QStringLiteral("Command2"), QStringLiteral("&Store"), QStringLiteral(" Store these coordinates "), this);
-    auto* lookUp = new ui::XPButton(QStringLiteral("Command3"), QStringLiteral("&Look up"), QStringLiteral(" Show on the map "), this);
-    auto* cancel = new ui::XPButton(QStringLiteral("ICancel"), QStringLiteral("&Cancel"), QStringLiteral(" Cancel "), this);
+    auto* store = new ui::XPButton(QStringLiteral("Command2"), QStringLiteral("&Store"),
+        QStringLiteral(" Store these coordinates "), this);
+    auto* lookUp = new ui::XPButton(
+        QStringLiteral("Command3"), QStringLiteral("&Look up"), QStringLiteral(" Show on the map "), this);
+    auto* cancel = new ui::XPButton(
+        QStringLiteral("ICancel"), QStringLiteral("&Cancel"), QStringLiteral(" Cancel "), this);
     store->setVisible(canStore);
     buttons->addStretch();
     buttons->addWidget(store);
@@ -86,7 +95,8 @@ bool CCalc::eventFilter(QObject* watched, QEvent* event)
         if (!text.isEmpty() && key->key() != Qt::Key_Backspace && key->key() != Qt::Key_Tab
             && key->key() != Qt::Key_Backtab) {
             const QChar c = text.at(0);
-            if (text.size() != 1 || !(c == QLatin1Char('-') || (c >= QLatin1Char('0') && c <= QLatin1Char('9')))) {
+            if (text.size() != 1
+                || !(c == QLatin1Char('-') || (c >= QLatin1Char('0') && c <= QLatin1Char('9')))) {
                 return true;
             }
         }
@@ -99,7 +109,8 @@ void CCalc::Command1()
     const Coordinates::Converted converted = Coordinates::convert({m_dms[0]->text(), m_dms[1]->text(),
         m_dms[2]->text(), m_dms[3]->text(), m_dms[4]->text(), m_dms[5]->text()});
     if (!converted.faults.isEmpty()) {
-        showMessage(converted.faults.join(QLatin1Char('\n')), windowTitle(), PromptButtons::Ok, PromptIcon::Exclamation);
+        showMessage(converted.faults.join(QLatin1Char('\n')), windowTitle(), PromptButtons::Ok,
+            PromptIcon::Exclamation);
         return;
     }
     m_latitude->setText(converted.latitude);
@@ -110,7 +121,8 @@ void CCalc::Command2()
 {
     const QStringList faults = Coordinates::storeFaults(m_latitude->text(), m_longitude->text());
     if (!faults.isEmpty()) {
-        showMessage(faults.join(QLatin1Char('\n')), windowTitle(), PromptButtons::Ok, PromptIcon::Exclamation);
+        showMessage(
+            faults.join(QLatin1Char('\n')), windowTitle(), PromptButtons::Ok, PromptIcon::Exclamation);
         return;
     }
     m_outcome = Store;
@@ -121,7 +133,8 @@ void CCalc::Command3()
 {
     const QStringList faults = Coordinates::lookupFaults(m_latitude->text(), m_longitude->text());
     if (!faults.isEmpty()) {
-        showMessage(faults.join(QLatin1Char('\n')), windowTitle(), PromptButtons::Ok, PromptIcon::Exclamation);
+        showMessage(
+            faults.join(QLatin1Char('\n')), windowTitle(), PromptButtons::Ok, PromptIcon::Exclamation);
         return;
     }
     m_outcome = LookUp;
@@ -140,8 +153,8 @@ QString CCalc::longitude() const
 
 CoordinateChoice askCoordinates(const QString& storedPair, bool canStore, QWidget* parent)
 {
-    const auto [latitude, longitude] = storedPair.isEmpty() ? std::pair<QString, QString>()
-                                                            : Coordinates::splitPair(storedPair);
+    const auto [latitude, longitude]
+        = storedPair.isEmpty() ? std::pair<QString, QString>() : Coordinates::splitPair(storedPair);
     CCalc dialog(latitude, longitude, canStore, parent);
     CoordinateChoice choice;
     if (prompts().exec(dialog) != QDialog::Accepted) {

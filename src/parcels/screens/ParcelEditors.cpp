@@ -75,8 +75,10 @@ SBLEdit::SBLEdit(const QString& sbl, QWidget* parent)
 
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
-    auto* save = new ui::XPButton(QStringLiteral("ILocate"), QStringLiteral("&Save"), QStringLiteral(" Save "), this);
-    auto* cancel = new ui::XPButton(QStringLiteral("ICancel"), QStringLiteral("&Cancel"), QStringLiteral(" Cancel "), this);
+    auto* save = new ui::XPButton(
+        QStringLiteral("ILocate"), QStringLiteral("&Save"), QStringLiteral(" Save "), this);
+    auto* cancel = new ui::XPButton(
+        QStringLiteral("ICancel"), QStringLiteral("&Cancel"), QStringLiteral(" Cancel "), this);
     buttons->addWidget(save);
     buttons->addWidget(cancel);
     layout->addLayout(buttons);
@@ -101,7 +103,8 @@ QString SBLEdit::warningText()
 {
     return QStringLiteral(
         "The tax parcel information below should not be edited unless you are absolutely sure of the values "
-        "required. GISLINK must follow the format of Latitude coma Longitude. West longitude must be preceded "
+        "required. GISLINK must follow the format of Latitude coma Longitude. West longitude must be "
+        "preceded "
         "with a negative sign. For example, a location in New York City might be 40.737104,-73.993113");
 }
 
@@ -161,8 +164,10 @@ Scan::Scan(QWidget* parent)
     m_location = line("txtLocation", "Associated Location / address:", 80);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
-    auto* add = new ui::XPButton(QStringLiteral("IAdd"), QStringLiteral("&Add"), QStringLiteral(" Add this S-B-L "), this);
-    auto* cancel = new ui::XPButton(QStringLiteral("ICancel"), QStringLiteral("&Cancel"), QStringLiteral(" Cancel "), this);
+    auto* add = new ui::XPButton(
+        QStringLiteral("IAdd"), QStringLiteral("&Add"), QStringLiteral(" Add this S-B-L "), this);
+    auto* cancel = new ui::XPButton(
+        QStringLiteral("ICancel"), QStringLiteral("&Cancel"), QStringLiteral(" Cancel "), this);
     buttons->addWidget(add);
     buttons->addWidget(cancel);
     layout->addLayout(buttons);
@@ -184,8 +189,8 @@ void Scan::IAdd()
         missing += QStringLiteral("--Property Location") + line;
     }
     if (!missing.isEmpty()) {
-        showMessage(QStringLiteral("Missing ") + missing + line + QStringLiteral("Please ensure required") + line
-                + QStringLiteral("fields are filled in correctly."),
+        showMessage(QStringLiteral("Missing ") + missing + line + QStringLiteral("Please ensure required")
+                + line + QStringLiteral("fields are filled in correctly."),
             QStringLiteral(" Missing Information"), PromptButtons::Ok, PromptIcon::Critical);
         return;
     }
@@ -200,8 +205,8 @@ void Scan::IAdd()
     const QString location = m_location->text().trimmed();
     store::StoreStatus status;
     if (parcels.SBLExists(sbl)) {
-        const PromptAnswer answer = showMessage(QStringLiteral("The Section, Block and Lot already exist.") + line
-                + QStringLiteral("Do you want to UPDATE the information instead?"),
+        const PromptAnswer answer = showMessage(QStringLiteral("The Section, Block and Lot already exist.")
+                + line + QStringLiteral("Do you want to UPDATE the information instead?"),
             QStringLiteral(" Duplicate SBL"), PromptButtons::YesNo, PromptIcon::Question);
         if (answer != PromptAnswer::Yes) {
             return;

@@ -35,15 +35,18 @@ QList<ParcelListModel::Column> ParcelListModel::browserColumns()
 {
     // Each value under the heading that names it; the short form, the
     // parcel as the tax map writes it, under " Grid ".
-    return {{QStringLiteral(" S-B-L "), QStringLiteral("SBLF")}, {QStringLiteral(" Name "), QStringLiteral("ASSOC")},
-        {QStringLiteral(" Location "), QStringLiteral("LOCN1")}, {QStringLiteral(" Permit "), QStringLiteral("PERMIT")},
-        {QStringLiteral(" Grid "), QString()}};
+    return {{QStringLiteral(" S-B-L "), QStringLiteral("SBLF")},
+        {QStringLiteral(" Name "), QStringLiteral("ASSOC")},
+        {QStringLiteral(" Location "), QStringLiteral("LOCN1")},
+        {QStringLiteral(" Permit "), QStringLiteral("PERMIT")}, {QStringLiteral(" Grid "), QString()}};
 }
 
 QList<ParcelListModel::Column> ParcelListModel::locatorColumns()
 {
-    return {{QStringLiteral(" S-B-L "), QStringLiteral("SBLF")}, {QStringLiteral(" Location "), QStringLiteral("LOCN1")},
-        {QStringLiteral(" Association "), QStringLiteral("ASSOC")}, {QStringLiteral(" Permit "), QStringLiteral("PERMIT")}};
+    return {{QStringLiteral(" S-B-L "), QStringLiteral("SBLF")},
+        {QStringLiteral(" Location "), QStringLiteral("LOCN1")},
+        {QStringLiteral(" Association "), QStringLiteral("ASSOC")},
+        {QStringLiteral(" Permit "), QStringLiteral("PERMIT")}};
 }
 
 ParcelListModel::ParcelListModel(QList<Column> columns, QObject* parent)
@@ -168,7 +171,8 @@ QVariant ParcelListModel::data(const QModelIndex& index, int role) const
 
 QVariant ParcelListModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (orientation == Qt::Horizontal && role == Qt::DisplayRole && section >= 0 && section < m_columns.size()) {
+    if (orientation == Qt::Horizontal && role == Qt::DisplayRole && section >= 0
+        && section < m_columns.size()) {
         return m_columns.at(section).heading;
     }
     return QAbstractTableModel::headerData(section, orientation, role);

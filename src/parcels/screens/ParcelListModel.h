@@ -6,7 +6,6 @@
 #include <QAbstractTableModel>
 #include <QHash>
 #include <QStringList>
-
 #include <memory>
 
 namespace pvardo::store {

@@ -30,9 +30,10 @@ ParcelLocator::ParcelLocator(Kind kind, QWidget* parent)
         m_boxes = new SblBoxInputs(this);
         layout->addWidget(m_boxes);
         connect(m_boxes, &SblBoxInputs::returnPressed, this, &ParcelLocator::iLook);
-        hint = new QLabel(QStringLiteral(
-            "Enter SBL to locate. The locator will accept partial searches. For example, an entry of 1 and 1 "
-            "for Section and Block will list all parcels beginning with the number 1 on the Section and Block"),
+        hint = new QLabel(QStringLiteral("Enter SBL to locate. The locator will accept partial searches. For "
+                                         "example, an entry of 1 and 1 "
+                                         "for Section and Block will list all parcels beginning with the "
+                                         "number 1 on the Section and Block"),
             this);
     } else {
         auto* row = new QHBoxLayout;
@@ -42,10 +43,11 @@ ParcelLocator::ParcelLocator(Kind kind, QWidget* parent)
         row->addWidget(m_lookFor, 1);
         layout->addLayout(row);
         connect(m_lookFor, &QLineEdit::returnPressed, this, &ParcelLocator::iLook);
-        hint = new QLabel(QStringLiteral(
-            "It is recommended that you be as general as possible. For example, instead of entering \"Oak Lane\" "
-            "simply enter \"Oak.\" This way, was the address entered slightly differently, the program still be "
-            "able to give you choices with similar"),
+        hint = new QLabel(QStringLiteral("It is recommended that you be as general as possible. For example, "
+                                         "instead of entering \"Oak Lane\" "
+                                         "simply enter \"Oak.\" This way, was the address entered slightly "
+                                         "differently, the program still be "
+                                         "able to give you choices with similar"),
             this);
     }
     hint->setObjectName(QStringLiteral("lblHint"));
@@ -62,12 +64,16 @@ ParcelLocator::ParcelLocator(Kind kind, QWidget* parent)
     m_list->setModel(m_model);
     m_list->header()->setStretchLastSection(true);
     layout->addWidget(m_list, 1);
-    connect(m_list, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) { choose(index.row()); });
+    connect(
+        m_list, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) { choose(index.row()); });
 
     auto* buttons = new QHBoxLayout;
-    auto* look = new ui::XPButton(QStringLiteral("iLook"), QStringLiteral("&Find"), QStringLiteral(" Find "), this);
-    auto* take = new ui::XPButton(QStringLiteral("iContinue"), QStringLiteral("&Select"), QStringLiteral(" Use this parcel "), this);
-    auto* cancel = new ui::XPButton(QStringLiteral("ICancel"), QStringLiteral("&Cancel"), QStringLiteral(" Cancel "), this);
+    auto* look
+        = new ui::XPButton(QStringLiteral("iLook"), QStringLiteral("&Find"), QStringLiteral(" Find "), this);
+    auto* take = new ui::XPButton(
+        QStringLiteral("iContinue"), QStringLiteral("&Select"), QStringLiteral(" Use this parcel "), this);
+    auto* cancel = new ui::XPButton(
+        QStringLiteral("ICancel"), QStringLiteral("&Cancel"), QStringLiteral(" Cancel "), this);
     buttons->addWidget(look);
     buttons->addStretch();
     buttons->addWidget(take);

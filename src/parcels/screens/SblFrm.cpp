@@ -11,10 +11,10 @@
 #include "parcels/ParcelService.h"
 #include "parcels/screens/ParcelEditors.h"
 #include "parcels/screens/ParcelListModel.h"
+#include "parcels/screens/RollScreens.h"
 #include "parcels/screens/SblBoxInputs.h"
 #include "store/Recordset.h"
 #include "ui/DelconfirmDialog.h"
-#include "ui/NotAvailable.h"
 #include "ui/PostitDialog.h"
 #include "ui/XPButton.h"
 
@@ -130,8 +130,10 @@ SblFrm::SblFrm(QWidget* parent)
             connect(button, &QPushButton::clicked, this, command.run);
         }
     }
-    connect(m_buttons.value(QStringLiteral("Import")), &QPushButton::clicked, this,
-        [] { ui::showNotAvailable(QStringLiteral("The roll import")); });
+    connect(m_buttons.value(QStringLiteral("Import")), &QPushButton::clicked, this, [this] {
+        updateparcel(this);
+        resetdb();
+    });
     bar->addStretch();
     layout->addLayout(bar);
     const Session& state = session();
@@ -402,8 +404,9 @@ void SblFrm::recinfod()
     const store::Recordset& row = *parcels.recordset();
     const QString trail = trailLines(row.text(QStringLiteral("HISTORICAL")));
     const QString notes = row.text(QStringLiteral("NOTES")).trimmed();
-    QString other = QStringLiteral("Associated Permits: \n") + (trail.isEmpty() ? QStringLiteral(" none ") : trail)
-        + QStringLiteral("\nAssociated Notes: ") + (notes.isEmpty() ? QStringLiteral(" none ") : notes);
+    QString other = QStringLiteral("Associated Permits: \n")
+        + (trail.isEmpty() ? QStringLiteral(" none ") : trail) + QStringLiteral("\nAssociated Notes: ")
+        + (notes.isEmpty() ? QStringLiteral(" none ") : notes);
     const QString shortForm = parcels.mysbl2SBL(sbl);
     const QString association = listText(row.value(QStringLiteral("ASSOC")));
     const QString location = listText(row.value(QStringLiteral("LOCN1")));
@@ -425,13 +428,14 @@ void SblFrm::recinfod()
     info.setObjectName(QStringLiteral("addrinfo"));
     info.setWindowTitle(QStringLiteral("Related Information"));
     auto* grid = new QGridLayout(&info);
-    const QPair<const char*, QString> lines[] = {{"SBL:", shortForm}, {"Association:", association},
-        {"Location:", location}, {"Other info:", other}};
+    const QPair<const char*, QString> lines[] = {
+        {"SBL:", shortForm}, {"Association:", association}, {"Location:", location}, {"Other info:", other}};
     int row_ = 0;
     for (const auto& [caption, value] : lines) {
         grid->addWidget(new QLabel(QString::fromLatin1(caption), &info), row_, 0, Qt::AlignTop);
         auto* text = new QLabel(value, &info);
-        text->setObjectName(QStringLiteral("lbl") + QString::fromLatin1(caption).chopped(1).remove(QLatin1Char(' ')));
+        text->setObjectName(
+            QStringLiteral("lbl") + QString::fromLatin1(caption).chopped(1).remove(QLatin1Char(' ')));
         text->setTextInteractionFlags(Qt::TextSelectableByMouse);
         grid->addWidget(text, row_++, 1);
     }
@@ -462,14 +466,18 @@ void SblFrm::iPrint()
     editor.setOrigin(QString());
     documents::Listing listing(editor.ReportBuffer(), 10);
     listing.append(QStringLiteral("S-B-L Repository\n\n"));
-    const QPair<const char*, QString> lines[] = {{"S-B-L:", shortForm},
-        {"Owner:", listText(row.value(QStringLiteral("ASSOC")))},
-        {"Location:", listText(row.value(QStringLiteral("LOCN1")))},
-        {"Mailing:", row.hasField(QStringLiteral("MAILING")) ? listText(row.value(QStringLiteral("MAILING"))) : QStringLiteral("--")},
-        {"Permit:", listText(row.value(QStringLiteral("PERMIT")))},
-        {"Flag:", parcelMarkText(parcelMarkOf(row))},
-        {"Permits:", trailLines(row.text(QStringLiteral("HISTORICAL"))).replace(QLatin1Char('\n'), QStringLiteral(", "))},
-        {"Notes:", row.text(QStringLiteral("NOTES"))}};
+    const QPair<const char*, QString> lines[]
+        = {{"S-B-L:", shortForm}, {"Owner:", listText(row.value(QStringLiteral("ASSOC")))},
+            {"Location:", listText(row.value(QStringLiteral("LOCN1")))},
+            {"Mailing:",
+                row.hasField(QStringLiteral("MAILING")) ? listText(row.value(QStringLiteral("MAILING")))
+                                                        : QStringLiteral("--")},
+            {"Permit:", listText(row.value(QStringLiteral("PERMIT")))},
+            {"Flag:", parcelMarkText(parcelMarkOf(row))},
+            {"Permits:",
+                trailLines(row.text(QStringLiteral("HISTORICAL")))
+                    .replace(QLatin1Char('\n'), QStringLiteral(", "))},
+            {"Notes:", row.text(QStringLiteral("NOTES"))}};
     for (const auto& [caption, value] : lines) {
         listing.append(padded(QString::fromLatin1(caption), 12) + value + QLatin1Char('\n'));
     }
@@ -518,6 +526,12 @@ void showParcelBrowser(QWidget* parent)
     if (!browser) {
         browser = new SblFrm(parent);
         browser->setAttribute(Qt::WA_DeleteOnClose);
+        // A synchronisation from the dashboard shows in the open browser.
+        setParcelStoreChanged([] {
+            if (browser) {
+                browser->resetdb();
+            }
+        });
     } else {
         browser->resetdb();
     }

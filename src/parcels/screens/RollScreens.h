@@ -1,0 +1,109 @@
+#pragma once
+
+#include "parcels/RpsImport.h"
+
+#include <QDialog>
+#include <functional>
+#include <memory>
+
+class QCheckBox;
+class QLabel;
+class QLineEdit;
+class QProgressBar;
+class QTreeView;
+
+namespace pvardo::parcels {
+
+class ParcelListModel;
+
+// The form `rps` of "Import Tax Parcels..": what the import reads, the
+// target SWIS, and the file to read, chosen in the dialog "Find Import
+// File". The chosen file goes to the preview.
+class RpsFrm : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit RpsFrm(QWidget* parent = nullptr);
+
+    // Asks for the file and runs the preview on it.
+    void iImport();
+    // Starts the office's own import program, when there is one.
+    void iCustom();
+
+private:
+    QLineEdit* m_target = nullptr;
+};
+
+// The preview `rpsimport`, "Data Preview": pass 1 over the file shows the
+// last record it could read and the confidence; iContinue runs pass 2 into
+// the roll with a progress bar, and iStop ends it between two records,
+// leaving the rows written until then.
+class RpsImportFrm : public QDialog
+{
+    Q_OBJECT
+
+public:
+    RpsImportFrm(const QString& filePath, const QString& targetSwis, QWidget* parent = nullptr);
+    ~RpsImportFrm() override;
+
+    // Pass 1; hides iContinue when nothing in the file could be read.
+    void analyse();
+    void iContinue();
+    void ICancel();
+    void iStop();
+
+    const RpsImportResult& lastResult() const { return m_result; }
+    // Heard after each record of a pass, once the screen shows it.
+    void setProgressObserver(std::function<void(const RpsImportProgress&)> observer)
+    {
+        m_observer = std::move(observer);
+    }
+
+    static QString warningText();
+
+private:
+    bool showProgress(const RpsImportProgress& progress);
+    void showPreview(const RpsPreview& preview);
+
+    RpsImport m_import;
+    RpsImportResult m_result;
+    bool m_stopAsked = false;
+    bool m_running = false;
+    int m_steps = 0;
+    std::function<void(const RpsImportProgress&)> m_observer;
+    QLabel* m_read = nullptr;
+    QLabel* m_processed = nullptr;
+    QLabel* m_confidence = nullptr;
+    QProgressBar* m_confidenceBar = nullptr;
+    QProgressBar* m_progress = nullptr;
+    QLineEdit* m_fields[7] = {};
+    QCheckBox* m_onlyTarget = nullptr;
+};
+
+// The roll viewer `viewRPS`, " View Tax Parcel Import File".
+class ViewRPS : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit ViewRPS(QWidget* parent = nullptr);
+    ~ViewRPS() override;
+
+    ParcelListModel& model() const { return *m_model; }
+
+private:
+    ParcelListModel* m_model = nullptr;
+    QLabel* m_count = nullptr;
+};
+
+// The dashboard's commands: "Import Tax Parcels..", "View Imported
+// Parcels" and "Synchronize SBL Repository".
+void updateparcel(QWidget* parent);
+void viewparcel(QWidget* parent);
+void syncSBL(QWidget* parent);
+
+// Tells the parcel browser, when it is open, to read the store again.
+void setParcelStoreChanged(std::function<void()> listener);
+
+} // namespace pvardo::parcels
