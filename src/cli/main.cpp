@@ -1,5 +1,6 @@
 // pvardo-admin: the administration tool of an installation. It links the
 // program's libraries and never shows a window.
+#include "app/ProgramFolder.h"
 #include "cli/AdminCommand.h"
 
 #include <QDir>
@@ -24,9 +25,11 @@ void printHelp(QTextStream& out)
     out << "Usage: pvardo-admin [--home DIR] [--quiet] COMMAND [ARGUMENTS]\n\n"
         << "Administers a pvardo installation folder without opening a window.\n\n"
         << "Options:\n"
-        << "  --home DIR   the installation folder (default: $PVARDO_HOME)\n"
+        << "  --home DIR   the installation folder (default: $PVARDO_HOME, else\n"
+        << "               ~/.local/share/pvardo when the tool is installed under /usr)\n"
         << "  --quiet      no progress on standard error\n"
-        << "  --help       this text\n\n"
+        << "  --help       this text\n"
+        << "  --version    the version of the tool\n\n"
         << "Commands:\n";
     QList<AdminCommand> sorted = commands();
     std::sort(sorted.begin(), sorted.end(),
@@ -60,7 +63,10 @@ int run(const QStringList& arguments)
 {
     QTextStream out(stdout);
     QTextStream err(stderr);
-    QString home = qEnvironmentVariable("PVARDO_HOME");
+    // PVARDO_HOME, or the user's own installation of the program installed
+    // from the package; a tool in a build or office folder needs --home.
+    const app::ProgramFolderChoice choice = app::programFolderChoice();
+    QString home = choice.origin == app::FolderOrigin::ProgramsOwn ? QString() : choice.folder;
     bool quiet = false;
     QStringList rest;
     for (qsizetype i = 0; i < arguments.size(); ++i) {
@@ -69,6 +75,9 @@ int run(const QStringList& arguments)
             rest.append(argument);
         } else if (argument == QLatin1String("--help") || argument == QLatin1String("-h")) {
             printHelp(out);
+            return ExitCode::Ok;
+        } else if (argument == QLatin1String("--version")) {
+            out << "pvardo-admin " << PVARDO_VERSION << Qt::endl;
             return ExitCode::Ok;
         } else if (argument == QLatin1String("--quiet")) {
             quiet = true;
