@@ -8,12 +8,17 @@
 #include "parcels/screens/RollScreens.h"
 #include "parcels/screens/SblFrm.h"
 #include "schedule/screens/Scheduler.h"
+#include "subrecords/screens/SubRecordScreens.h"
 
 namespace pvardo::app {
 
 std::function<QWidget*()> caseScreenFactory()
 {
-    return [] { return new cases::ZPermits; };
+    return [] {
+        auto* screen = new cases::ZPermits;
+        screen->setSubRecordOpener(subrecords::openSubRecordScreen);
+        return screen;
+    };
 }
 
 void wireDashboard(schedule::Scheduler& dashboard)

@@ -387,6 +387,14 @@ void ZPermits::buildMenus()
     m_fileMenu->setToolTipsVisible(true);
     connect(voiding, &QAction::triggered, this, &ZPermits::voidRecord);
     connect(addAction(m_fileMenu, "doprint", "&Print.."), &QAction::triggered, this, &ZPermits::doprint);
+    // The money receipt opens through the same opener as the sub-record screens.
+    connect(addAction(m_fileMenu, "printreceipt", "Print Receipt"), &QAction::triggered, this, [this] {
+        if (m_opener) {
+            m_opener(QStringLiteral("receipt"), *this);
+        } else {
+            ui::showNotAvailable(QStringLiteral("Print Receipt"));
+        }
+    });
     m_fileMenu->addSeparator();
     connect(addAction(m_fileMenu, "Quit", "&Exit Cases"), &QAction::triggered, this, &QWidget::close);
 
@@ -452,7 +460,7 @@ void ZPermits::registerModes()
     m_commands.addAction(m_actions.value(QStringLiteral("Quit")), {RecordMode::Browse, RecordMode::Empty});
     m_commands.addAction(m_actions.value(QStringLiteral("addr")), {});
     m_commands.addAction(m_actions.value(QStringLiteral("saver")), {});
-    for (const char* name : {"find", "delr", "doprint"}) {
+    for (const char* name : {"find", "delr", "doprint", "printreceipt"}) {
         m_commands.addAction(m_actions.value(QString::fromLatin1(name)), browseOnly);
     }
 }

@@ -1,0 +1,324 @@
+#include "cases/CaseScreenFixture.h"
+
+#include "common/Clock.h"
+#include "documents/PdfPages.h"
+#include "documents/PrintState.h"
+#include "documents/printer/DefaultPrinter.h"
+#include "documents/screens/Editor.h"
+#include "subrecords/FeeRules.h"
+#include "subrecords/screens/FeesFrm.h"
+#include "subrecords/screens/SubRecordScreens.h"
+
+#include <QCheckBox>
+#include <QCoreApplication>
+#include <QDialog>
+#include <QFocusEvent>
+#include <QRadioButton>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTextDocument>
+#include <QTreeWidget>
+
+namespace pvardo::test {
+
+namespace {
+
+class FeesScreen : public CaseScreenTest
+{
+protected:
+    void SetUp() override
+    {
+        CaseScreenTest::SetUp();
+        documents::resetPrintState();
+        ASSERT_TRUE(pdfFolder.isValid());
+        documents::Editor::setPdfFolder(pdfFolder.path());
+        documents::Editor::instance().clearBuffers();
+        session().TempFolder = pdfFolder.path();
+        setClockDay(QDate(2012, 3, 1));
+        feesPath = installation.createDatabase(store::Table::PBFEES);
+        seedCase(q("24-017"), {{q("PBAPPNAME1"), q("Ann Applicant")},
+                               {q("PBAPPADDR1"), q("1 Elm Rd, Elmford NY 12000")},
+                               {q("PBAPPTEL"), q("555-0101")},
+                               {q("PBAPPEMAIL"), q("ann@example.org")},
+                               {q("PBPROJNAME"), q("Mill Pond Subdivision")}});
+        seedCase(q("24-018"), {{q("PBPROJNAME"), q("Orchard Lots")}});
+    }
+    void TearDown() override
+    {
+        subrecords::closeSubRecordScreens();
+        setClockDay({});
+        documents::Editor::instance().hide();
+        documents::resetPrintState();
+        CaseScreenTest::TearDown();
+    }
+
+    subrecords::FeesFrm& openFees()
+    {
+        open().setSubRecordOpener(subrecords::openSubRecordScreen);
+        screen->findChild<QPushButton*>(q("ifees"))->click();
+        fees = qobject_cast<subrecords::FeesFrm*>(subrecords::subRecordScreen(q("feesfrm")));
+        EXPECT_TRUE(fees);
+        return *fees;
+    }
+    template <typename T = QWidget> T* in(const QString& name)
+    {
+        T* widget = fees->findChild<T*>(name);
+        EXPECT_TRUE(widget) << name.toStdString();
+        return widget;
+    }
+    void press(const char* name)
+    {
+        auto* button = in<QPushButton>(q(name));
+        ASSERT_TRUE(button->isEnabled()) << name << " is off";
+        button->click();
+    }
+    void enter(int box, const QString& text)
+    {
+        auto* input = in<QLineEdit>(q("Text1_") + QString::number(box));
+        input->setText(text);
+        // Leaving the input, as the clerk's tab key does.
+        QFocusEvent out(QEvent::FocusOut);
+        QCoreApplication::sendEvent(input, &out);
+    }
+    QString box(int number) { return in<QLineEdit>(q("Text1_") + QString::number(number))->text(); }
+    // A charge added through the screen.
+    void addCharge(const QString& description, const QString& charged, const QString& paid = {})
+    {
+        press("INew");
+        enter(1, description);
+        enter(2, charged);
+        enter(3, paid);
+        press("IAdd");
+    }
+    QStringList listColumn(int column)
+    {
+        QStringList texts;
+        auto* list = in<QTreeWidget>(q("ListView1"));
+        for (int i = 0; i < list->topLevelItemCount(); ++i) {
+            texts << list->topLevelItem(i)->text(column);
+        }
+        return texts;
+    }
+    std::unique_ptr<store::Recordset> feesOnDisk(const QString& where = {})
+    {
+        store::StoreStatus status;
+        return store::openRecordsetAt(feesPath, q("Select * from PBFEES") + where + q(" order by SEQ"), &status);
+    }
+    void shipTemplate(const QString& name)
+    {
+        QFile shipped(q(":/shipped/forms/") + name);
+        ASSERT_TRUE(shipped.open(QIODevice::ReadOnly)) << name.toStdString();
+        ASSERT_TRUE(replaceFile(session().FormsFolder + q("/") + name, shipped.readAll()));
+    }
+    void choose(const QString& caption)
+    {
+        prompts().onDialog(q("PrintFrm"), [=](QDialog& dialog) {
+            auto* types = dialog.findChild<QComboBox*>(q("Combo2"));
+            types->setCurrentIndex(types->findText(caption));
+            dialog.findChild<QCheckBox*>(q("Check1"))->setChecked(false);
+            dialog.findChild<QPushButton*>(q("iPrint"))->click();
+            return dialog.result();
+        });
+        fees->findChild<QAction*>(q("doprint"))->trigger();
+    }
+
+    QTemporaryDir pdfFolder;
+    QString feesPath;
+    subrecords::FeesFrm* fees = nullptr;
+};
+
+} // namespace
+
+TEST_F(FeesScreen, clerkChargesPaysVoidsAndDeletes)
+{
+    openFees();
+    EXPECT_EQ(in<QLabel>(q("lblCase"))->text(), q("Case # 24-017"));
+    EXPECT_EQ(in<QLabel>(q("lblPosition"))->text(), q("empty database"));
+    EXPECT_FALSE(screen->findChild<QPushButton*>(q("iMeetings"))->isEnabled()) << "one sub-record screen at a time";
+
+    // A charge of 100 paid 30 in part: the balance follows as plain text.
+    press("INew");
+    enter(1, q("Site plan review"));
+    enter(2, q("100"));
+    enter(3, q("30"));
+    EXPECT_EQ(box(4), q("70"));
+    in<QComboBox>(q("Combo11"))->setEditText(q("Check"));
+    enter(5, q("1042"));
+    press("IAdd");
+    addCharge(q("Escrow"), q("250.10"));
+
+    auto rows = feesOnDisk();
+    ASSERT_EQ(rows->RecordCount(), 2);
+    rows->MoveFirst();
+    EXPECT_EQ(rows->text(q("PBFCASE")), q("24-017"));
+    EXPECT_EQ(rows->text(q("PBFSTATUS")), q("A"));
+    EXPECT_EQ(subrecords::centsOf(rows->value(q("PBFBALDUE"))), 7000);
+    EXPECT_EQ(rows->text(q("PBFPAYMETHOD")), q("Check"));
+    EXPECT_EQ(rows->text(q("PBFPROJNAME")), q("Mill Pond Subdivision"));
+    EXPECT_EQ(rows->text(q("PBFPAIDMM")), q("03"));
+    EXPECT_EQ(rows->text(q("PBFPAIDYY")), q("12"));
+    EXPECT_EQ(rows->text(q("BYUSER")), q("clerk"));
+    EXPECT_TRUE(rows->value(q("TSTAMP")).toDateTime().isValid());
+    EXPECT_EQ(listColumn(3), (QStringList{q("   $100.00"), q("   $250.10")}));
+    EXPECT_EQ(in<QLabel>(q("lblTotals"))->text(),
+              q("  Grand Total $350.10   $30.00        Bal Due $320.10"));
+
+    // Pay the rest of the first charge.
+    press("IMoveFirst");
+    press("IEdit");
+    enter(3, q("100"));
+    EXPECT_EQ(box(4), q("0"));
+    press("ISave");
+    rows = feesOnDisk(q(" where [PBFBALDUE] = 0"));
+    EXPECT_EQ(rows->RecordCount(), 1);
+
+    // Void the escrow: the list marks it and the totals leave it out; voiding
+    // again restores it.
+    press("IMoveLast");
+    fees->findChild<QAction*>(q("delr"))->trigger();
+    EXPECT_EQ(feesOnDisk(q(" where [PBFSTATUS] = 'V'"))->RecordCount(), 1);
+    EXPECT_EQ(listColumn(2).last(), q("** VOIDED ** Escrow"));
+    EXPECT_TRUE(in<QLabel>(q("lblVoid"))->isVisible() || !fees->isVisible());
+    EXPECT_EQ(in<QLabel>(q("lblTotals"))->text(), q("  Grand Total $100.00   $100.00        Bal Due $.00"));
+    fees->findChild<QAction*>(q("delr"))->trigger();
+    EXPECT_EQ(listColumn(2).last(), q("Escrow"));
+
+    // An administrator deletes it for good behind the confirmation.
+    session().UserLevel = q("ADMIN");
+    prompts().onDialog(q("Delconfirm"), [](QDialog&) { return int(QDialog::Accepted); });
+    fees->iDelete();
+    EXPECT_EQ(feesOnDisk()->RecordCount(), 1);
+    EXPECT_EQ(listColumn(2), QStringList{q("Site plan review")});
+}
+
+TEST_F(FeesScreen, requiredInputsOverTypedBalanceAndSameAs)
+{
+    openFees();
+    press("INew");
+    press("IAdd");
+    EXPECT_EQ(lastTitle(), q(" Missing Information"));
+    EXPECT_TRUE(lastText().contains(q("--Description\n--Payment\n"))) << lastText().toStdString();
+    EXPECT_EQ(feesOnDisk()->RecordCount(), 0);
+    EXPECT_EQ(fees->mode(), ui::RecordMode::New) << "nothing typed is lost";
+
+    enter(1, q("Filing fee"));
+    enter(2, q("50"));
+    enter(3, q("10"));
+    enter(4, q("25")); // the clerk knows better: a credit from an earlier case
+    // The applicant is copied; the owner has nothing, so the party empties.
+    in<QRadioButton>(q("Option1_0"))->click();
+    EXPECT_EQ(box(6), q("Ann Applicant"));
+    EXPECT_EQ(box(7), q("1 Elm Rd, Elmford NY 12000"));
+    EXPECT_EQ(box(8), q("555-0101"));
+    EXPECT_EQ(box(9), q("ann@example.org"));
+    in<QRadioButton>(q("Option1_1"))->click();
+    EXPECT_EQ(box(6), QString());
+    EXPECT_EQ(box(7), QString());
+    in<QRadioButton>(q("Option1_0"))->click();
+    press("IAdd");
+    auto rows = feesOnDisk();
+    ASSERT_EQ(rows->RecordCount(), 1);
+    EXPECT_EQ(subrecords::centsOf(rows->value(q("PBFBALDUE"))), 2500);
+    EXPECT_EQ(rows->text(q("PBFAPPNAME1")), q("Ann Applicant"));
+}
+
+TEST_F(FeesScreen, followsTheCaseScreenToAnotherCase)
+{
+    openFees();
+    addCharge(q("Review"), q("75"));
+    ASSERT_EQ(listColumn(1), QStringList{q("24-017")});
+
+    // The clerk moves on in the case screen while the fees stay open.
+    screen->moveNext();
+    fees->activateScreen();
+    EXPECT_EQ(fees->ownerCase(), q("24-018"));
+    EXPECT_EQ(in<QLabel>(q("lblHeading"))->text(), q("Orchard Lots"));
+    EXPECT_TRUE(listColumn(1).isEmpty());
+    EXPECT_EQ(in<QLabel>(q("lblTotals"))->text(), QString());
+    addCharge(q("Review"), q("20"));
+    EXPECT_EQ(feesOnDisk(q(" where [PBFCASE] = '24-018'"))->RecordCount(), 1);
+
+    // Closing the fees turns the case screen's left pane on again.
+    fees->close();
+    EXPECT_TRUE(screen->findChild<QPushButton*>(q("iMeetings"))->isEnabled());
+}
+
+TEST_F(FeesScreen, listingAndReceiptPrintToTheCent)
+{
+    shipTemplate(q("feeshead.rtf"));
+    shipTemplate(q("receipt.rtf"));
+    openFees();
+    choose(q("Listing of Fees"));
+    QString report = documents::Editor::instance().ReportBuffer().toPlainText();
+    EXPECT_TRUE(report.contains(q("NO FEES FOUND FOR PROJECT Mill Pond Subdivision(24-017)")));
+    EXPECT_TRUE(report.contains(q("*TOTAL DUE: $.00")));
+
+    addCharge(q("Filing fee"), q("0.30"), q("0.10"));
+    addCharge(q("Copies"), q("12.5"), q("12.5"));
+    press("IMoveFirst");
+    press("IEdit");
+    enter(3, q("0.30")); // 0.30 - 0.10 - 0.20 paid in two goes
+    press("ISave");
+    choose(q("Listing of Fees"));
+    report = documents::Editor::instance().ReportBuffer().toPlainText();
+    EXPECT_TRUE(report.contains(q("FEES FOR PROJECT Mill Pond Subdivision(24-017)")));
+    EXPECT_TRUE(report.contains(q("Filing fee"))) << report.toStdString();
+    EXPECT_TRUE(report.contains(q("TOTAL FEES: $12.80")));
+    EXPECT_TRUE(report.contains(q("TOTAL PAID: $12.80")));
+    EXPECT_TRUE(report.contains(q("*TOTAL DUE: $.00")));
+
+    // The receipt of the paid copies, printed and read back; no table is touched.
+    press("IMoveLast");
+    auto copies = std::make_shared<QString>();
+    prompts().onDialog(q("receipt"), [copies](QDialog& dialog) {
+        *copies = dialog.findChild<QLineEdit*>(q("Text3"))->text();
+        dialog.findChild<QPushButton*>(q("iPrint"))->click();
+        return dialog.result();
+    });
+    fees->findChild<QAction*>(q("printreceipt"))->trigger();
+    EXPECT_EQ(*copies, q("12.50"));
+    EXPECT_EQ(feesOnDisk()->RecordCount(), 2);
+    if (!documents::defaultPrinterName().isEmpty()) {
+        GTEST_SKIP() << "a printer is set up on this machine";
+    }
+    const QStringList pages = pdfPageTexts(documents::Editor::instance().lastPdf());
+    ASSERT_FALSE(pages.isEmpty());
+    EXPECT_TRUE(pages.first().contains(q("$12.50")));
+    EXPECT_TRUE(pages.first().contains(q("Copies")));
+}
+
+TEST_F(FeesScreen, caseReceiptMasksTheAmountAndPrintsNoCopiesForZero)
+{
+    shipTemplate(q("receipt.rtf"));
+    open().setSubRecordOpener(subrecords::openSubRecordScreen);
+    auto seen = std::make_shared<QStringList>();
+    auto answer = [seen](const QString& amount, const QString& copies) {
+        return [=](QDialog& dialog) {
+            *seen << dialog.findChild<QLineEdit*>(q("Text4"))->text();
+            auto* text3 = dialog.findChild<QLineEdit*>(q("Text3"));
+            text3->setText(amount);
+            dialog.findChild<QLineEdit*>(q("Text5"))->setText(copies);
+            dialog.findChild<QPushButton*>(q("iPrint"))->click();
+            *seen << text3->text();
+            return dialog.result();
+        };
+    };
+    const QString lastPdf = documents::Editor::instance().lastPdf();
+    prompts().onDialog(q("receipt"), answer(q("1500000"), q("0")));
+    trigger("printreceipt");
+    EXPECT_EQ(*seen, (QStringList{q("PLANNING BOARD CASE # 24-017"), q("1500000.00")}));
+    EXPECT_EQ(documents::Editor::instance().lastPdf(), lastPdf) << "no copy asked, none printed";
+    EXPECT_EQ(documents::printState().receiptSlots[2], q("1500000.00"));
+
+    if (!documents::defaultPrinterName().isEmpty()) {
+        GTEST_SKIP() << "a printer is set up on this machine";
+    }
+    prompts().onDialog(q("receipt"), answer(q("1500000"), q("1")));
+    trigger("printreceipt");
+    const QStringList pages = pdfPageTexts(documents::Editor::instance().lastPdf());
+    ASSERT_FALSE(pages.isEmpty());
+    EXPECT_TRUE(pages.first().contains(q("$1,500,000.00"))) << pages.first().toStdString();
+    EXPECT_TRUE(pages.first().contains(q("Ann Applicant")));
+}
+
+} // namespace pvardo::test
