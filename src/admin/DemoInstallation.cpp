@@ -95,6 +95,79 @@ void DemoInstallation::writeLetters()
     }
 }
 
+void DemoInstallation::writeRollExtract()
+{
+    const QString relative = QStringLiteral("demo/RPS995T1");
+    const QString path = m_folder + QLatin1Char('/') + relative;
+    if (QFileInfo::exists(path)) {
+        m_kept << relative;
+        return;
+    }
+    // The roll's fixed columns: SWIS, S-B-L, grid east and north, street and
+    // number, two owner lines, mailing, town, zip, and the record type last.
+    auto record = [](const char* swis, const QString& sbl, int east, int north, int number,
+                      const char* street, const char* owner, int box) {
+        QByteArray line(460, ' ');
+        auto put = [&line](int column, int width, const QByteArray& text) {
+            line.replace(column - 1, width, text.leftJustified(width, ' ', true));
+        };
+        put(1, 6, swis);
+        put(65, 25, sbl.toLatin1());
+        put(90, 7, QByteArray::number(east));
+        put(97, 7, QByteArray::number(north));
+        put(108, 25, QByteArray(street).toUpper());
+        put(133, 9, QByteArray::number(number));
+        put(277, 25, QByteArray(owner).toUpper());
+        put(352, 25, "PO BOX " + QByteArray::number(box));
+        put(402, 25, "HOLLIS FERRY NY");
+        put(427, 9, "12999");
+        line.replace(458, 2, "14");
+        return line;
+    };
+    QByteArray extract;
+    int records = 0;
+    // Each case's parcel, as the cases name it, and the lots around it on
+    // its block, 80 feet of frontage apart.
+    for (int i = 0; i < kCases; ++i) {
+        const QString section
+            = QString::number(10 + (i * 7) % 60) + (i % 5 == 0 ? QStringLiteral(".2") : QString());
+        const int block = 1 + i % 4;
+        const int lot = 3 + (i * 11) % 47;
+        const int east = 612000 + (i * 7) % 60 * 900 + block * 200;
+        const int north = 1104000 + (i * 13) % 40 * 700;
+        for (int neighbour = -3; neighbour <= 4; ++neighbour) {
+            const int thisLot = lot + neighbour;
+            if (thisLot < 1) {
+                continue;
+            }
+            QString sbl = section + QLatin1Char('-') + QString::number(block) + QLatin1Char('-')
+                + QString::number(thisLot);
+            if (neighbour == 0 && i % 6 == 0) {
+                sbl += QStringLiteral(".1");
+            }
+            // The roll writes a subsection with a slash now and then.
+            sbl.replace(QLatin1Char('.'), i % 2 ? QLatin1Char('/') : QLatin1Char('.'));
+            const char* owner
+                = neighbour == 0 ? kPeople[(i % 12 + i / 12) % 12] : kPeople[(i + 7 * neighbour + 24) % 12];
+            extract += record(i % 9 == 8 ? "134289" : "134201", sbl, east + neighbour * 80,
+                           north + neighbour * 15, 20 + i * 37 % 900 + neighbour * 4, kStreets[(i * 5) % 12],
+                           owner, 100 + records)
+                + "\r\n";
+            ++records;
+        }
+        // A record of another type between the parcels, as the county's files have.
+        extract += QByteArray(120, 'X') + "21\r\n";
+    }
+    QDir().mkpath(m_folder + QStringLiteral("/demo"));
+    QString error;
+    if (replaceFile(path, extract, &error)) {
+        m_created << relative + QStringLiteral(": ") + QString::number(records)
+                + QStringLiteral(" parcels to import");
+    } else {
+        m_failures << relative + QStringLiteral(": ") + error;
+    }
+}
+
 void DemoInstallation::writeMunicipality()
 {
     const QString path = m_folder + QStringLiteral("/PVardo.ini");
@@ -316,6 +389,7 @@ bool DemoInstallation::make()
             QStringLiteral("Prudence Lattimore"), QStringLiteral("Gideon Schermerhorn"),
             QStringLiteral("Beatrix Oakley")});
     writeLetters();
+    writeRollExtract();
     if (writeCases()) {
         m_created << QStringLiteral("databases/pbproj.db: ") + QString::number(m_caseCount)
                 + QStringLiteral(" cases, with their parcels in databases/sbl.db");

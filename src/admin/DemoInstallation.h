@@ -36,6 +36,9 @@ public:
 private:
     void writeMunicipality();
     void writeLetters();
+    // demo/RPS995T1: a small assessment roll extract of the demonstration
+    // cases' parcels and their neighbours, with grid coordinates, to import.
+    void writeRollExtract();
     void writeListFile(const QString& fileName, const QStringList& lines);
     bool writeCases();
     bool writeMeetings();

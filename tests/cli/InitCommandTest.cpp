@@ -4,6 +4,7 @@
 #include "common/ProgramEnd.h"
 #include "common/Session.h"
 #include "common/TextFiles.h"
+#include "parcels/RpsImport.h"
 #include "store/Catalogue.h"
 #include "store/Recordset.h"
 #include "support/AdminTool.h"
@@ -11,6 +12,7 @@
 
 #include <QDir>
 #include <QTemporaryDir>
+
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -123,6 +125,19 @@ TEST(InitCommand, CompletesAnInstallationWithoutReplacingItsFiles)
         readTextLines(home + QStringLiteral("/PVardo.ini"))->value(1), QStringLiteral("Town of Example"));
     EXPECT_TRUE(QFile::exists(home + QStringLiteral("/databases/bonds.db")));
     EXPECT_TRUE(QFileInfo(home + QStringLiteral("/labels")).isDir());
+
+    // The roll extract of the demonstration reads whole, and its target
+    // SWIS narrows it.
+    parcels::RpsImport extract(home + QStringLiteral("/demo/RPS995T1"));
+    const parcels::RpsImportResult analysed = extract.ImportIn(1, nullptr, {});
+    EXPECT_TRUE(analysed.fileRead);
+    EXPECT_GE(analysed.processed, 250);
+    EXPECT_EQ(analysed.invalidSbl, 0);
+    EXPECT_GT(analysed.confidence, 150) << "the doubled confidence of a well-formed file";
+    EXPECT_EQ(parcels::RpsImport(home + QStringLiteral("/demo/RPS995T1"), QStringLiteral("134289"))
+                  .ImportIn(1, nullptr, {})
+                  .processed,
+        4 * 8) << "four cases lie in the other SWIS";
 }
 
 TEST(InitCommand, RefusesFoldersItCannotUse)
