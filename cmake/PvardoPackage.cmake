@@ -85,6 +85,8 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION misc)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# The program starts sensible-browser for links when no default browser is known.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "sensible-utils")
 # Letters are set in Times New Roman, Arial and Courier New, whose metric
 # equivalents come with the Liberation fonts; links and folders open through
 # xdg-open.
