@@ -20,7 +20,7 @@ namespace pvardo::admin {
 namespace {
 
 // The table of a database file name: the tables of the databases folder
-// first (sbl.db is the older parcel table there), then the seeds.
+// first (sbl.db is the older parcel table's name), then the seeds.
 const store::TableDef* tableOfFile(const QString& fileName)
 {
     for (const store::TableDef& table : store::allTables()) {
@@ -148,6 +148,12 @@ void Installation::makeDatabase(const QString& relative, const QString& fileName
         return;
     }
     const store::TableDef* table = tableOfFile(fileName);
+    // A new installation's parcel store is of the current format, so that the
+    // roll can be synchronised without a conversion first; wrk/sbl.db stays
+    // the older table that a conversion starts from.
+    if (table && table->id == store::Table::SBL && relative.startsWith(QLatin1String("databases/"))) {
+        table = &store::tableDef(store::Table::SBL18);
+    }
     if (!table) {
         m_failures << relative + QStringLiteral(": no table is known for this file");
         return;

@@ -5,6 +5,7 @@
 #include "common/DateText.h"
 #include "common/PromptService.h"
 #include "common/Session.h"
+#include "common/TextFiles.h"
 #include "parcels/ParcelService.h"
 #include "parcels/TextCuts.h"
 
@@ -188,22 +189,70 @@ StoreStatus CaseRecord::saveCase(store::Recordset& cases, const CaseInputs& inpu
     return status;
 }
 
-StoreStatus CaseRecord::voidCase(store::Recordset& caseRow, const QString& currentUser)
+StoreStatus CaseRecord::voidCase(
+    store::Recordset& caseRow, const QString& currentUser, const QString& databaseFolder)
 {
-    StoreStatus status = caseRow.setValue(QStringLiteral("PBSTATUS"), QStringLiteral("V"));
+    StoreStatus status = rememberStatusBeforeVoid(
+        databaseFolder, caseRow.text(QStringLiteral("PBCASE")), caseRow.text(QStringLiteral("PBSTATUS")));
+    if (!status.ok()) {
+        return status; // a void that could not be undone is no void
+    }
+    status = caseRow.setValue(QStringLiteral("PBSTATUS"), QStringLiteral("V"));
     if (status.ok()) {
         status = store::stampRow(caseRow, currentUser); // who voided it, and when
     }
     return status.ok() ? caseRow.Update() : status;
 }
 
-StoreStatus CaseRecord::restoreCase(store::Recordset& caseRow, const QString& currentUser)
+StoreStatus CaseRecord::restoreCase(store::Recordset& caseRow, const QString& currentUser, const QString& status)
 {
-    StoreStatus status = caseRow.setValue(QStringLiteral("PBSTATUS"), QString(QLatin1String("")));
-    if (status.ok()) {
-        status = store::stampRow(caseRow, currentUser);
+    StoreStatus written = caseRow.setValue(QStringLiteral("PBSTATUS"), status);
+    if (written.ok()) {
+        written = store::stampRow(caseRow, currentUser);
     }
-    return status.ok() ? caseRow.Update() : status;
+    return written.ok() ? caseRow.Update() : written;
+}
+
+namespace {
+
+QString voidedFile(const QString& databaseFolder)
+{
+    return joinPath(databaseFolder, QStringLiteral("\\voided.txt"));
+}
+
+} // namespace
+
+StoreStatus CaseRecord::rememberStatusBeforeVoid(
+    const QString& databaseFolder, const QString& caseNumber, const QString& status)
+{
+    const QString letter = status.trimmed();
+    if (letter.isEmpty() || letter == QLatin1String("V") || caseNumber.trimmed().isEmpty()) {
+        return StoreStatus::success();
+    }
+    QString error;
+    if (!appendTextLine(voidedFile(databaseFolder), caseNumber.trimmed() + QLatin1Char('\t') + letter, &error)) {
+        return StoreStatus::failure(store::StoreErrorNumber::WriteFailed,
+            QStringLiteral("The case's status cannot be noted in ") + voidedFile(databaseFolder)
+                + QStringLiteral(" (") + error + QStringLiteral("), so the case was not voided."));
+    }
+    return StoreStatus::success();
+}
+
+QString CaseRecord::statusBeforeVoid(const QString& databaseFolder, const QString& caseNumber)
+{
+    const std::optional<QStringList> lines = readTextLines(voidedFile(databaseFolder));
+    if (!lines) {
+        return {};
+    }
+    const QString wanted = caseNumber.trimmed() + QLatin1Char('\t');
+    for (auto it = lines->crbegin(); it != lines->crend(); ++it) {
+        if (it->startsWith(wanted)) {
+            const QString letter = it->mid(wanted.size()).trimmed();
+            // Only a status the list knows comes back.
+            return CaseStatus::statusVerbose(letter) != letter && letter != QLatin1String("V") ? letter : QString();
+        }
+    }
+    return {};
 }
 
 StoreStatus CaseRecord::deleteCase(store::Recordset& caseRow)

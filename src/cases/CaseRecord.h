@@ -81,11 +81,23 @@ public:
     static QString duplicatePermitTitle() { return QStringLiteral(" Duplicate Permit"); }
     static QString duplicatePermitText();
 
-    // "V" in the status, the row kept; restoring writes the empty status, so
-    // the earlier status must be chosen again. Both stamp the row with the
-    // user and the time, as every write of a case does.
-    static store::StoreStatus voidCase(store::Recordset& caseRow, const QString& currentUser);
-    static store::StoreStatus restoreCase(store::Recordset& caseRow, const QString& currentUser);
+    // "V" in the status, the row kept, stamped with the user and the time as
+    // every write of a case is. The status the case had goes first to
+    // \voided.txt in the database folder, so that restoring brings it back;
+    // when that file cannot be written the case is not voided.
+    static store::StoreStatus voidCase(
+        store::Recordset& caseRow, const QString& currentUser, const QString& databaseFolder);
+    // Writes `status` (a letter) back over the "V", stamped.
+    static store::StoreStatus restoreCase(
+        store::Recordset& caseRow, const QString& currentUser, const QString& status);
+    // Notes the status a case had before it was voided (\voided.txt: one
+    // line per void, the number, a tab, the letter). A case voided without a
+    // status, or already voided, notes nothing.
+    static store::StoreStatus rememberStatusBeforeVoid(
+        const QString& databaseFolder, const QString& caseNumber, const QString& status);
+    // The status noted at the case's last void; empty when none is known (a
+    // case voided before the notes were kept, or renamed since).
+    static QString statusBeforeVoid(const QString& databaseFolder, const QString& caseNumber);
     // The administrator's hard delete of the current row; the cursor moves on.
     static store::StoreStatus deleteCase(store::Recordset& caseRow);
 

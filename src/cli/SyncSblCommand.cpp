@@ -108,7 +108,10 @@ int runSyncSbl(CommandContext& context)
 }
 
 const CommandRegistration registration{
-    {"sync-sbl", "sync-sbl", "carries the tax parcel roll into the SBL Repository", true, &runSyncSbl}};
+    {"sync-sbl", "sync-sbl [--convert]",
+        "carries the tax parcel roll into the SBL Repository; --convert first converts a repository of the "
+        "older version (13 columns)",
+        true, &runSyncSbl}};
 
 } // namespace
 

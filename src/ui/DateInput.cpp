@@ -82,12 +82,17 @@ void DateInput::acceptTyped()
     if (typed == (m_date.isValid() ? m_date.toString(DateFormat) : QString())) {
         return;
     }
+    if (typed.isEmpty() && m_emptyAllowed) {
+        setDate(QDate());
+        return;
+    }
     const QDate date = readTyped(typed);
     if (!date.isValid()) {
         // Back to what was there before the message, so that leaving the
         // input again does not ask twice.
         setText(m_date.isValid() ? m_date.toString(DateFormat) : QString());
-        showMessage(typed + QStringLiteral(" is not a date. The date stays ")
+        showMessage((typed.isEmpty() ? QStringLiteral("The date cannot be left empty. The date stays ")
+                                     : typed + QStringLiteral(" is not a date. The date stays "))
                 + (m_date.isValid() ? m_date.toString(DateFormat) : QStringLiteral("empty"))
                 + QLatin1Char('.'),
             QStringLiteral(" Date"), PromptButtons::Ok, PromptIcon::Exclamation);

@@ -26,6 +26,10 @@ public:
     // Shows a date; an invalid one leaves the input empty.
     void setDate(const QDate& date);
 
+    // Whether the clerk may empty the input (a search by example, where an
+    // empty date looks for any date). Otherwise an empty text is refused.
+    void setEmptyAllowed(bool allowed) { m_emptyAllowed = allowed; }
+
     // The drop-down calendar, while it is open; nullptr otherwise.
     QCalendarWidget* calendar() const { return m_calendar; }
     // Drops the calendar down on the input's date.
@@ -46,6 +50,7 @@ private:
     void acceptTyped();
 
     QDate m_date;
+    bool m_emptyAllowed = false;
     QPointer<QCalendarWidget> m_calendar;
 };
 

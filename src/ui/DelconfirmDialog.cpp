@@ -18,6 +18,11 @@ QString DelconfirmDialog::warningText()
         "this record? (selecting \"Yes\"  removes the record permanently)");
 }
 
+QString DelconfirmDialog::leadText()
+{
+    return QStringLiteral("You are about to remove this record");
+}
+
 DelconfirmDialog::DelconfirmDialog(QWidget* parent)
     : QDialog(parent)
 {
@@ -28,11 +33,17 @@ DelconfirmDialog::DelconfirmDialog(QWidget* parent)
     auto* row = new QHBoxLayout;
     auto* icon = new QLabel(this);
     icon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(32, 32));
+    // The warning continues the sentence of the line above it.
+    auto* lead = new QLabel(leadText(), this);
+    lead->setObjectName(QStringLiteral("Label2"));
     auto* text = new QLabel(warningText(), this);
     text->setObjectName(QStringLiteral("Label1"));
     text->setWordWrap(true);
+    auto* texts = new QVBoxLayout;
+    texts->addWidget(lead);
+    texts->addWidget(text);
     row->addWidget(icon, 0, Qt::AlignTop);
-    row->addWidget(text, 1);
+    row->addLayout(texts, 1);
     auto* buttons = new QHBoxLayout;
     auto* yes = new XPButton(QStringLiteral("cmdYes"), QStringLiteral("Yes"), QString(), this);
     auto* no = new XPButton(QStringLiteral("cmdNo"), QStringLiteral("No"), QString(), this);

@@ -12,6 +12,8 @@ class DelconfirmDialog : public QDialog
 
 public:
     explicit DelconfirmDialog(QWidget* parent = nullptr);
+    // The first line names what goes; the warning continues its sentence.
+    static QString leadText();
     static QString warningText();
 };
 

@@ -92,7 +92,8 @@ TEST(PswFrm, LogsOnInAnyCaseOfLetters)
     click(screen, "cmdOK");
     EXPECT_EQ(screen.result(), QDialog::Accepted);
     EXPECT_TRUE(session().LoggedIn);
-    EXPECT_EQ(session().CurrentUser, QStringLiteral("member1"));
+    // Typed in small letters, stamped as the list spells it.
+    EXPECT_EQ(session().CurrentUser, QStringLiteral("MEMBER1"));
     EXPECT_EQ(session().UserLevel, QStringLiteral("MEMBER"));
     EXPECT_TRUE(scriptedPrompts().shown().isEmpty());
 }

@@ -279,12 +279,12 @@ TEST_F(CaseRecordTest, VoidRestoreDeleteAndRenameLeaveTheRestBehind)
     ASSERT_TRUE(cases->Find(q("[PBCASE] = '12-207'")).ok());
     cases->setValue(q("PBSTATUS"), q("A"));
     ASSERT_TRUE(cases->Update().ok());
-    ASSERT_TRUE(CaseRecord::voidCase(*cases, q("clerk")).ok());
+    ASSERT_TRUE(CaseRecord::voidCase(*cases, q("clerk"), session().DatabaseFolder).ok());
     EXPECT_TRUE(CaseStatus::isVoided(*cases));
-    ASSERT_TRUE(CaseRecord::restoreCase(*cases, q("clerk")).ok());
+    EXPECT_EQ(CaseRecord::statusBeforeVoid(session().DatabaseFolder, q("12-207")), q("A"));
+    ASSERT_TRUE(CaseRecord::restoreCase(*cases, q("clerk"), q("A")).ok());
     EXPECT_FALSE(CaseStatus::isVoided(*cases));
-    EXPECT_EQ(caseRow(q("12-207"))->text(q("PBSTATUS")), QString());
-    EXPECT_FALSE(caseRow(q("12-207"))->value(q("PBSTATUS")).isNull());
+    EXPECT_EQ(caseRow(q("12-207"))->text(q("PBSTATUS")), q("A"));
 
     // Rename: the fees stay under the old number, the parcel keeps its token.
     ASSERT_TRUE(CaseRecord::PostCaseToParcel(*parcels, inputs("12-300"), false).ok());

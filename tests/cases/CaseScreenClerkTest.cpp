@@ -205,7 +205,7 @@ TEST_F(CaseClerkTest, TheListOpensACaseOnDoubleClickAndGivesTheProjectTheRoom)
     seedCase(q("12-201"),
         {{q("PBPROJNAME"),
             q("Conversion of the old creamery on Route 9 into eight apartments with parking")}});
-    seedCase(q("12-202"));
+    seedCase(q("12-202"), {{q("PBSTATUS"), q("I")}});
     open();
     screen->resize(1366, 900);
     screen->show();
@@ -220,8 +220,9 @@ TEST_F(CaseClerkTest, TheListOpensACaseOnDoubleClickAndGivesTheProjectTheRoom)
     EXPECT_EQ(total, view->viewport()->width());
     EXPECT_GT(header->sectionSize(cases::CaseListModel::Project),
         2 * cases::CaseListModel::widthTwips(cases::CaseListModel::Project) / 15);
-    EXPECT_EQ(header->sectionSize(cases::CaseListModel::Status),
-        cases::CaseListModel::widthTwips(cases::CaseListModel::Status) / 15);
+    // The longest status word is shown whole.
+    EXPECT_GE(header->sectionSize(cases::CaseListModel::Status),
+        view->fontMetrics().horizontalAdvance(q("Initial Application")) + 8);
 
     const QRect line = view->visualRect(view->model()->index(1, cases::CaseListModel::Case));
     QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, line.center());
@@ -289,8 +290,61 @@ TEST_F(CaseClerkTest, VoidingAndRestoringStampTheRow)
     prompts().answer(q("already voided"), PromptAnswer::Yes);
     trigger("delr");
     row = caseOnDisk(q("12-200"));
-    EXPECT_EQ(row->text(q("PBSTATUS")), q(""));
+    EXPECT_EQ(row->text(q("PBSTATUS")), q("A")); // the status it had comes back
     EXPECT_EQ(row->text(q("BYUSER")), q("restorer"));
+    EXPECT_EQ(find<QComboBox>("Combo10")->currentText(), q("Approved"));
+    EXPECT_FALSE(find<QLabel>("lblVoid")->isVisible());
+}
+
+TEST_F(CaseClerkTest, ACaseIsNeverLeftWithoutAStatus)
+{
+    // Voided through the list, then restored from the menu: Pending again.
+    seedCase(q("12-200"), {{q("PBSTATUS"), q("P")}, {q("PBAPPNAME1"), q("ANN")}, {q("PBAPPADDR1"), q("1 ELM")},
+                              {q("PBLOCN1"), q("10 MAIN")}, {q("SEC"), q("12")}, {q("BLK"), q("1")}, {q("LOT"), q("5")}});
+    // Voided before anything noted its status.
+    seedCase(q("12-201"), {{q("PBSTATUS"), q("V")}, {q("PBAPPNAME1"), q("BEN")}, {q("PBAPPADDR1"), q("2 ELM")},
+                              {q("PBLOCN1"), q("11 MAIN")}, {q("SEC"), q("12")}, {q("BLK"), q("1")}, {q("LOT"), q("5")}});
+    open();
+    click("IEdit");
+    pick("Combo10", "Voided");
+    click("ISave");
+    ASSERT_EQ(caseOnDisk(q("12-200"))->text(q("PBSTATUS")), q("V")) << lastText().toStdString();
+    prompts().answer(q("already voided"), PromptAnswer::Yes);
+    trigger("delr");
+    EXPECT_EQ(caseOnDisk(q("12-200"))->text(q("PBSTATUS")), q("P"));
+
+    // An emptied status is refused on Save as on Add.
+    click("IEdit");
+    pick("Combo10", "");
+    click("ISave");
+    EXPECT_EQ(screen->mode(), RecordMode::Edit);
+    EXPECT_TRUE(lastText().contains(q("--Application Status"))) << lastText().toStdString();
+    EXPECT_EQ(caseOnDisk(q("12-200"))->text(q("PBSTATUS")), q("P"));
+    click("ICancel");
+
+    // No earlier status known: the clerk is asked to choose; Cancel keeps the
+    // void, Save without a choice is refused, a choice is written.
+    click("IMoveNext");
+    ASSERT_EQ(text(1), q("12-201"));
+    for (bool cancel : {true, false}) {
+        prompts().clear();
+        prompts().answer(q("already voided"), PromptAnswer::Yes);
+        trigger("delr");
+        EXPECT_TRUE(lastText().contains(q("not on record"))) << lastText().toStdString();
+        ASSERT_EQ(screen->mode(), RecordMode::Edit);
+        EXPECT_EQ(find<QComboBox>("Combo10")->currentText(), q("<select>"));
+        EXPECT_EQ(caseOnDisk(q("12-201"))->text(q("PBSTATUS")), q("V"));
+        if (cancel) {
+            click("ICancel");
+            EXPECT_EQ(caseOnDisk(q("12-201"))->text(q("PBSTATUS")), q("V"));
+            continue;
+        }
+        click("ISave");
+        EXPECT_EQ(screen->mode(), RecordMode::Edit);
+        pick("Combo10", "Denied");
+        click("ISave");
+        EXPECT_EQ(caseOnDisk(q("12-201"))->text(q("PBSTATUS")), q("D"));
+    }
 }
 
 TEST_F(CaseClerkTest, TheStatusListOffersTheWordsTheCaseShows)
@@ -355,4 +409,62 @@ TEST_F(CaseClerkTest, AnAutomaticallyResolvedOldNumberLeavesTheYearsSequenceAlon
     const auto zhi = readTextLines(joinPath(installation.databaseFolder(), q("\\zhi.txt")));
     ASSERT_TRUE(zhi);
     EXPECT_EQ(zhi->first(), q("252"));
+}
+
+TEST_F(CaseClerkTest, TheCommandsStayInPlaceAndAFailedSearchKeepsTheScreen)
+{
+    seedCase(q("12-200"), {{q("PBSTATUS"), q("A")}, {q("PBAPPNAME1"), q("ANN")}});
+    seedCase(q("12-201"), {{q("PBSTATUS"), q("P")}});
+    open();
+    screen->resize(1366, 900);
+    screen->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(screen.get()));
+    auto placeOf = [this](const char* name) {
+        QApplication::processEvents();
+        auto* widget = find<QWidget>(name);
+        return QRect(widget->mapTo(screen.get(), QPoint(0, 0)), widget->size());
+    };
+    const QRect exit = placeOf("mexit");
+    const QRect list = placeOf("iBrowse");
+    const QSize least = screen->minimumSizeHint();
+
+    // The VOID banner does not push the commands down.
+    prompts().answer(q("void this record"), PromptAnswer::Yes);
+    trigger("delr");
+    ASSERT_TRUE(find<QLabel>("lblVoid")->isVisible());
+    EXPECT_EQ(placeOf("mexit"), exit);
+    // Nor do the list, the other tabs or a read-only user's rights move them.
+    click("iBrowse");
+    EXPECT_EQ(placeOf("iBrowse"), list);
+    EXPECT_EQ(placeOf("mexit"), exit);
+    click("iBrowse");
+    find<QTabWidget>("SSTab1")->setCurrentIndex(1);
+    EXPECT_EQ(placeOf("mexit"), exit);
+    find<QTabWidget>("SSTab1")->setCurrentIndex(0);
+    session().ReadOnlyUser = true;
+    screen->activateScreen();
+    EXPECT_EQ(placeOf("mexit"), exit);
+    EXPECT_EQ(screen->minimumSizeHint(), least);
+    session().ReadOnlyUser = false;
+    screen->activateScreen();
+
+    // While "Unable to locate" is up, the search the clerk typed stays
+    // behind it, not an empty file with every command off.
+    click("ILocate");
+    type(8, q("NOBODY"));
+    QString behind;
+    QString typed;
+    bool commandsOn = false;
+    prompts().whileShown([&](const Prompt&) {
+        behind = label("recpos");
+        typed = text(8);
+        commandsOn = on("ICancel") && on("ILocate");
+    });
+    click("ILocate");
+    EXPECT_EQ(lastTitle(), q(" Record not Found"));
+    EXPECT_EQ(behind, q("enter data"));
+    EXPECT_EQ(typed, q("NOBODY"));
+    EXPECT_TRUE(commandsOn);
+    EXPECT_EQ(label("recpos"), q("Record 1 of 2"));
+    EXPECT_EQ(screen->mode(), RecordMode::Browse);
 }

@@ -175,38 +175,74 @@ TEST_F(CaseScreenTest, AnApostropheInAnyInputIsSearchedForAsTyped)
     EXPECT_EQ(label("recpos"), q("Record 3 of 3"));
 }
 
-TEST_F(CaseScreenTest, TheDatePickerMarksEverySearchAfterIt)
+TEST_F(CaseScreenTest, TheFilingDateMarkSearchesTheDateSetAndCanBeTakenAway)
 {
-    seedCase(q("12-200"), {{q("PBAPPNAME1"), q("ANN")}, {q("PBFILEDATE"), q("2012-02-03")}});
-    seedCase(q("12-201"), {{q("PBAPPNAME1"), q("ANN")}, {q("PBFILEDATE"), q("2012-05-05")}});
+    seedCase(q("12-200"), {{q("PBAPPNAME1"), q("O'BRIEN")}, {q("PBOWNRNAME1"), q("MARGUERITE")},
+                              {q("PBFILEDATE"), q("2012-02-03")}});
+    seedCase(q("12-201"), {{q("PBAPPNAME1"), q("ANN")}, {q("PBFILEDATE"), q("2012-05-05")},
+                              {q("PBLOCN1"), q("1 MAIN")}, {q("PBAPPADDR1"), q("1 ELM")}, {q("SEC"), q("1")},
+                              {q("BLK"), q("1")}, {q("LOT"), q("1")}, {q("PBSTATUS"), q("P")}});
     open();
     auto* mark = find<QLabel>("lblFileDateMark");
+    auto* date = find<ui::DateInput>("DTPicker3");
     click("ILocate");
     EXPECT_FALSE(mark->isVisibleTo(screen.get()));
-    find<ui::DateInput>("DTPicker3")->setDate(QDate(2012, 2, 3));
-    EXPECT_TRUE(mark->isVisibleTo(screen.get()));
-    EXPECT_EQ(mark->text(), q("Searching also by filing date 02/03/2012"));
+    EXPECT_EQ(date->text(), q("")); // a search starts from no date
     click("ICancel");
-    EXPECT_FALSE(mark->isVisibleTo(screen.get()));
-    click("ILocate");
-    // The mark stays for the run: the cleared form's date, today, is searched.
-    EXPECT_TRUE(mark->isVisibleTo(screen.get()));
-    EXPECT_EQ(
-        mark->text(), q("Searching also by filing date ") + QDate::currentDate().toString(q("MM/dd/yyyy")));
-    type(8, q("ANN"));
-    click("ILocate");
-    // Clearing for the search set the picker to today, and today's date is searched.
-    EXPECT_EQ(screen->lastBuiltQuery(),
-        q("Select * from PBPROJ where [PBAPPNAME1] like '%ANN%' AND[PBFILEDATE] = #")
-            + QDate::currentDate().toString(q("MM/dd/yyyy")) + q("# order by [PBCASE]"));
-    EXPECT_EQ(lastTitle(), q(" Record not Found"));
 
-    click("ILocate");
+    // A filing date changed while editing marks the searches after it: the
+    // search shows and carries that date, not today's.
+    click("IMoveLast");
+    click("IEdit");
+    date->setFocus();
+    date->selectAll();
+    QTest::keyClicks(date, q("2/28/28"));
+    QTest::keyClick(date, Qt::Key_Return);
+    click("ISave");
+    ASSERT_EQ(caseOnDisk(q("12-201"))->value(q("PBFILEDATE")).toDate(), QDate(2028, 2, 28));
+    for (int round = 0; round < 2; ++round) { // Cancel does not take the mark away
+        click("ILocate");
+        EXPECT_TRUE(mark->isVisibleTo(screen.get()));
+        EXPECT_EQ(mark->text(), q("Searching also by filing date 02/28/2028"));
+        EXPECT_EQ(date->text(), q("02/28/2028"));
+        if (round == 0) {
+            click("ICancel");
+        }
+    }
     type(8, q("ANN"));
-    find<ui::DateInput>("DTPicker3")->setDate(QDate(2012, 2, 3));
+    click("ILocate");
+    EXPECT_EQ(screen->lastBuiltQuery(),
+        q("Select * from PBPROJ where [PBAPPNAME1] like '%ANN%' AND[PBFILEDATE] = #02/28/2028# order by [PBCASE]"));
+    EXPECT_EQ(text(1), q("12-201"));
+
+    // Emptying the date of a search takes the mark away, with no complaint;
+    // owner and applicant are then found by themselves.
+    prompts().clear();
+    click("ILocate");
+    date->setFocus();
+    date->selectAll();
+    QTest::keyClick(date, Qt::Key_Delete);
+    QTest::keyClick(date, Qt::Key_Return);
+    EXPECT_TRUE(prompts().shown().isEmpty()) << lastText().toStdString();
+    EXPECT_FALSE(mark->isVisibleTo(screen.get()));
+    type(12, q("Marguerite"));
+    type(8, q("O'Brien"));
     click("ILocate");
     EXPECT_EQ(label("recpos"), q("Record 1 of 1"));
     EXPECT_EQ(text(1), q("12-200"));
+    click("ILocate");
+    EXPECT_EQ(date->text(), q("")); // gone for the next search too
+    click("ICancel");
+
+    // Outside a search an empty date is refused, and the message says so.
+    click("IEdit");
+    date->setFocus();
+    date->selectAll();
+    QTest::keyClick(date, Qt::Key_Delete);
+    QTest::keyClick(date, Qt::Key_Return);
+    EXPECT_EQ(lastText(), q("The date cannot be left empty. The date stays 02/03/2012."));
+    EXPECT_EQ(date->text(), q("02/03/2012"));
+    click("ICancel");
 }
 
 TEST_F(CaseScreenTest, TheLotCalculatorFillsItsFigures)

@@ -273,9 +273,9 @@ TEST_F(CaseScreenTest, VoidAndRestore)
     trigger("delr");
     EXPECT_EQ(lastText(),
         q("This record is already voided. Do you want to reset it?\nClicking 'Yes' will restore/unvoid it"));
-    EXPECT_EQ(caseOnDisk(q("12-200"))->text(q("PBSTATUS")), q(""));
+    EXPECT_EQ(caseOnDisk(q("12-200"))->text(q("PBSTATUS")), q("A"));
     EXPECT_FALSE(find<QLabel>("lblVoid")->isVisibleTo(screen.get()));
-    EXPECT_EQ(find<QComboBox>("Combo10")->currentText(), q(""));
+    EXPECT_EQ(find<QComboBox>("Combo10")->currentText(), q("Approved"));
 }
 
 TEST_F(CaseScreenTest, DeleteIsAnAdministratorsHiddenCommand)
@@ -293,8 +293,17 @@ TEST_F(CaseScreenTest, DeleteIsAnAdministratorsHiddenCommand)
     session().IsAdmin = true;
     QTest::keyClick(screen.get(), Qt::Key_U, Qt::ControlModifier);
     EXPECT_TRUE(erase->isVisible());
-    click("iDelete"); // Delconfirm unanswered: kept
+    QString warning;
+    prompts().onDialog(q("Delconfirm"), [&warning](QDialog& dialog) {
+        // The whole warning reads as one sentence, from its first line on.
+        warning = dialog.findChild<QLabel*>(q("Label2"))->text() + q(" ")
+            + dialog.findChild<QLabel*>(q("Label1"))->text();
+        return int(QDialog::Rejected);
+    });
+    click("iDelete"); // Delconfirm refused: kept
     EXPECT_EQ(prompts().dialogsRun(), QStringList{q("Delconfirm")});
+    EXPECT_TRUE(warning.startsWith(q("You are about to remove this record from the database. This option cannot be "
+                                     "reversed."))) << warning.toStdString();
     EXPECT_EQ(casesOnDisk(), 2);
     prompts().onDialog(q("Delconfirm"), [](QDialog&) { return int(QDialog::Accepted); });
     click("iDelete");

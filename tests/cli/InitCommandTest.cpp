@@ -63,7 +63,7 @@ TEST(InitCommand, MakesACompleteInstallationThatStarts)
     // Every database file, empty, with its table.
     for (const store::TableDef& table : store::allTables()) {
         const QString file = QString::fromLatin1(table.fileName);
-        // sbl.db holds the older parcel table; the newer one waits in wrk/.
+        // sbl.db holds the parcel table of the current format.
         const bool inDatabases
             = table.id != store::Table::SBL18 && (store::databaseFileNames().contains(file) || table.seeded);
         if (inDatabases) {
@@ -102,7 +102,9 @@ TEST(InitCommand, MakesACompleteInstallationThatStarts)
     EXPECT_TRUE(host.mainWindowShown);
     EXPECT_TRUE(test::scriptedPrompts().shown().isEmpty());
     EXPECT_EQ(session().DatabaseFolder, home + QStringLiteral("/databases"));
-    EXPECT_EQ(session().ParcelStoreVersion, 13);
+    EXPECT_EQ(session().ParcelStoreVersion, 18); // sync-sbl needs no conversion first
+    // An older store's conversion is named in the help.
+    EXPECT_TRUE(runAdmin({QStringLiteral("--help")}).out.contains(QLatin1String("sync-sbl [--convert]")));
 }
 
 TEST(InitCommand, CompletesAnInstallationWithoutReplacingItsFiles)

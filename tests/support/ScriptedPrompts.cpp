@@ -4,6 +4,8 @@
 
 #include <QDialog>
 
+#include <utility>
+
 namespace pvardo::test {
 
 namespace {
@@ -28,6 +30,10 @@ public:
 PromptAnswer ScriptedPrompts::message(const Prompt& prompt)
 {
     m_shown.append(prompt);
+    if (m_look) {
+        const auto look = std::exchange(m_look, nullptr);
+        look(prompt);
+    }
     for (qsizetype i = 0; i < m_answers.size(); ++i) {
         const Scripted& scripted = m_answers.at(i);
         if (prompt.title.trimmed().contains(scripted.match) || prompt.text.contains(scripted.match)) {
@@ -95,6 +101,7 @@ void ScriptedPrompts::clear()
     m_inputs.clear();
     m_shown.clear();
     m_dialogs.clear();
+    m_look = nullptr;
 }
 
 ScriptedPrompts& scriptedPrompts()

@@ -30,6 +30,8 @@ public:
     void answer(const QString& match, PromptAnswer answer);
     // Handles the next dialog with this object name.
     void onDialog(const QString& objectName, DialogHandler handler);
+    // Runs `look` while the next box is up, to see the screen behind it.
+    void whileShown(std::function<void(const Prompt&)> look) { m_look = std::move(look); }
     // Answers the next input box.
     void answerInput(const QString& text);
 
@@ -48,6 +50,7 @@ private:
     QStringList m_inputs;
     QList<Prompt> m_shown;
     QStringList m_dialogs;
+    std::function<void(const Prompt&)> m_look;
 };
 
 // The scripted service of the running test; installed fresh for every test.

@@ -101,7 +101,13 @@ void PswFrm::cmdOK_Click()
 {
     ValidateUser(m_text1->text(), m_text2->text());
     if (session().LoggedIn) {
-        session().CurrentUser = m_text1->text().trimmed();
+        // The name as the user list spells it, whatever case was typed: the
+        // rows stamped by this user all carry the one name.
+        const UserList& users = sessionUsers();
+        const int index = session().UserIndex;
+        session().CurrentUser = index >= 0 && index < users.entries.size()
+            ? users.entries.at(index).name.trimmed()
+            : m_text1->text().trimmed();
         accept();
         return;
     }

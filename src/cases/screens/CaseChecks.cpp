@@ -48,7 +48,9 @@ void CaseChecks::ValidateCaseInput(bool saving) const
     if (in.siteLocation.trimmed().isEmpty()) {
         missing += QStringLiteral("--Property Location") + line;
     }
-    if (in.statusText.startsWith(QLatin1Char('<'))) {
+    // A case restored without a known status shows an empty list: that is no
+    // status either.
+    if (in.statusText.trimmed().isEmpty() || in.statusText.startsWith(QLatin1Char('<'))) {
         missing += QStringLiteral("--Application Status") + line;
     }
     if (in.sbl.section.trimmed().isEmpty() || in.sbl.block.trimmed().isEmpty()

@@ -23,6 +23,7 @@ namespace pvardo::cases {
 namespace {
 
 bool g_fileDateMarked = false;
+QDate g_markedDate; // the filing date the clerk last set
 
 constexpr int SectionBox = 2;
 
@@ -36,6 +37,7 @@ bool CaseForm::fileDateMarked()
 void CaseForm::clearFileDateMark()
 {
     g_fileDateMarked = false;
+    g_markedDate = QDate();
 }
 
 CaseForm::CaseForm(const store::ColumnMap& map, QObject* parent)
@@ -141,8 +143,13 @@ ui::DateInput* CaseForm::makeFileDate(QWidget* parent)
         if (m_filling) {
             return;
         }
-        g_fileDateMarked = true;
-        m_fileDateText = date.toString(QStringLiteral("MM/dd/yyyy"));
+        // The date the clerk set is the one later searches carry; emptying
+        // the input (only a search allows that) takes the mark away.
+        g_fileDateMarked = date.isValid();
+        g_markedDate = date;
+        if (date.isValid()) {
+            m_fileDateText = date.toString(QStringLiteral("MM/dd/yyyy"));
+        }
         showDateMark();
     });
     return m_date;
@@ -160,6 +167,16 @@ QLabel* CaseForm::makeFileDateMark(QWidget* parent)
 void CaseForm::setSearching(bool searching)
 {
     m_searching = searching;
+    if (m_date) {
+        // A search starts from an empty date, or from the date the clerk last
+        // set while the mark is on: the input shows what is searched.
+        m_date->setEmptyAllowed(searching);
+        if (searching) {
+            m_filling = true;
+            m_date->setDate(g_fileDateMarked ? g_markedDate : QDate());
+            m_filling = false;
+        }
+    }
     showDateMark();
 }
 
@@ -170,7 +187,7 @@ void CaseForm::showDateMark()
     }
     // Once the filing date was changed in this run, every search carries it;
     // the clerk is told so, or a search that finds nothing is a puzzle.
-    const bool shown = m_searching && g_fileDateMarked && m_date;
+    const bool shown = m_searching && g_fileDateMarked && m_date && m_date->date().isValid();
     m_dateMark->setVisible(shown);
     m_dateMark->setText(shown ? QStringLiteral("Searching also by filing date ")
                 + m_date->date().toString(QStringLiteral("MM/dd/yyyy"))
@@ -223,7 +240,8 @@ void CaseForm::showRow(const store::Recordset& row)
         m_lists.value(it.key())->setEditText(stored.isEmpty() ? CaseStatus::placeholder() : stored);
     }
     if (QComboBox* status = m_lists.value(QStringLiteral("Combo10"))) {
-        status->setEditText(CaseStatus::statusVerbose(row.text(QStringLiteral("PBSTATUS"))));
+        const QString letter = row.text(QStringLiteral("PBSTATUS")).trimmed();
+        status->setEditText(letter.isEmpty() ? CaseStatus::placeholder() : CaseStatus::statusVerbose(letter));
     }
     for (auto it = m_checks.cbegin(); it != m_checks.cend(); ++it) {
         it.value()->setChecked(row.text(it.key()) == QLatin1String("1"));
@@ -257,6 +275,16 @@ void CaseForm::clear()
     if (m_void) {
         m_void->hide();
     }
+    m_filling = false;
+}
+
+void CaseForm::blankFileDate()
+{
+    m_filling = true;
+    if (m_date) {
+        m_date->setDate(QDate());
+    }
+    m_fileDateText.clear();
     m_filling = false;
 }
 
@@ -344,6 +372,11 @@ QList<QPair<QString, QString>> CaseForm::searchLists() const
         }
     }
     return lists;
+}
+
+bool CaseForm::searchesFileDate() const
+{
+    return g_fileDateMarked && m_date && m_date->date().isValid();
 }
 
 QDate CaseForm::fileDate() const

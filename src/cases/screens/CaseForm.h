@@ -71,6 +71,8 @@ public:
     // the date to today, "V  O  I  D" hidden.
     void clear();
     void setLocked(bool locked);
+    // Leaves the filing date empty (a row that cannot be read has none).
+    void blankFileDate();
 
     // The inputs the record's rules read.
     CaseInputs inputs() const;
@@ -79,9 +81,13 @@ public:
     // The search-by-example inputs; `fileDateMarked` is the sticky mark.
     QList<QPair<QString, QString>> searchLists() const;
     QDate fileDate() const;
+    // The search carries the filing date: the mark is on and the input holds
+    // a date.
+    bool searchesFileDate() const;
 
-    // Set once the clerk changes the filing date picker; never cleared during
-    // the run, and every later search carries the date.
+    // Set once the clerk changes the filing date; it stays for the run, and
+    // every later search starts from that date and carries it, until the
+    // clerk empties the date input of a search.
     static bool fileDateMarked();
     static void clearFileDateMark(); // a new run, as in tests
 

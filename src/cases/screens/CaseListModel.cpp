@@ -3,6 +3,7 @@
 #include "cases/CaseStatus.h"
 #include "store/Recordset.h"
 
+#include <QColor>
 #include <QDate>
 
 namespace pvardo::cases {
@@ -10,6 +11,11 @@ namespace pvardo::cases {
 CaseListRow CaseListRow::fromRow(const store::Recordset& row)
 {
     CaseListRow line;
+    if (!row.rowStatus().ok()) {
+        line.unreadable = true;
+        line.project = CaseListModel::unreadableText();
+        return line;
+    }
     line.caseNumber = row.text(QStringLiteral("PBCASE"));
     const QDate filed = row.value(QStringLiteral("PBFILEDATE")).toDate();
     line.date = filed.isValid() ? filed.toString(QStringLiteral("MM/dd/yy")) : QString();
@@ -32,10 +38,19 @@ int CaseListModel::columnCount(const QModelIndex& parent) const
 
 QVariant CaseListModel::data(const QModelIndex& index, int role) const
 {
-    if (!index.isValid() || role != Qt::DisplayRole) {
+    if (!index.isValid()) {
         return {};
     }
     const CaseListRow& row = m_rows.at(static_cast<size_t>(index.row()));
+    if (row.unreadable && role == Qt::ForegroundRole) {
+        return QColor(0xc0, 0, 0);
+    }
+    if (role != Qt::DisplayRole) {
+        return {};
+    }
+    if (row.unreadable && index.column() == Case) {
+        return QStringLiteral("?");
+    }
     switch (index.column()) {
     case Seq:
     case Case:
@@ -53,6 +68,11 @@ QVariant CaseListModel::data(const QModelIndex& index, int role) const
     default:
         return {};
     }
+}
+
+QString CaseListModel::unreadableText()
+{
+    return QStringLiteral("(cannot be read: the case file is damaged)");
 }
 
 QString CaseListModel::heading(int column)

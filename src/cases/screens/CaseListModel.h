@@ -19,6 +19,9 @@ struct CaseListRow
     QString applicant;
     QString phone;
     QString status; // the status word
+    // The row cannot be read from the file (a damaged page): the line says
+    // so and holds no case number, so that nothing opens another case.
+    bool unreadable = false;
 
     // The line of the row the cursor stands on.
     static CaseListRow fromRow(const store::Recordset& row);
@@ -47,6 +50,8 @@ public:
     const CaseListRow& line(int row) const { return m_rows.at(static_cast<size_t>(row)); }
 
     static QString heading(int column);
+    // What the line of an unreadable row says.
+    static QString unreadableText();
     // Widths in the office's units (twips).
     static int widthTwips(int column);
 

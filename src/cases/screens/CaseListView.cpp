@@ -1,5 +1,6 @@
 #include "cases/screens/CaseListView.h"
 
+#include "cases/CaseStatus.h"
 #include "cases/screens/CaseListModel.h"
 #include "store/Recordset.h"
 #include "ui/TaskFrm.h"
@@ -42,6 +43,13 @@ CaseListView::CaseListView(QWidget* parent)
     for (int column = 0; column < CaseListModel::ColumnCount; ++column) {
         m_view->setColumnWidth(column, std::max(1, CaseListModel::widthTwips(column) / TwipsPerPixel));
     }
+    // The status words are never cut ("Initial Application" is the longest).
+    int statusWidth = m_view->fontMetrics().horizontalAdvance(CaseListModel::heading(CaseListModel::Status));
+    for (const QString& word : CaseStatus::statusListTexts()) {
+        statusWidth = std::max(statusWidth, m_view->fontMetrics().horizontalAdvance(word));
+    }
+    m_view->setColumnWidth(CaseListModel::Status,
+        std::max(m_view->columnWidth(CaseListModel::Status), statusWidth + 2 * m_view->fontMetrics().averageCharWidth() + 8));
     // The project's name is the longest text: it takes whatever width the
     // other columns leave, so it is not cut while the list has room.
     header->setSectionResizeMode(CaseListModel::Project, QHeaderView::Stretch);

@@ -150,6 +150,10 @@ ZPermits::ZPermits(QWidget* parent)
     m_void = new QLabel(QStringLiteral("V  O  I  D"), central);
     m_void->setObjectName(QStringLiteral("lblVoid"));
     m_void->setStyleSheet(QStringLiteral("QLabel { color: #c00000; font-size: 18pt; font-weight: bold; }"));
+    // The banner keeps its room when hidden: nothing below it moves.
+    QSizePolicy bannerPolicy = m_void->sizePolicy();
+    bannerPolicy.setRetainSizeWhenHidden(true);
+    m_void->setSizePolicy(bannerPolicy);
     m_void->hide();
     m_form->setVoidLabel(m_void);
     banner->addStretch();
@@ -173,7 +177,7 @@ ZPermits::ZPermits(QWidget* parent)
     connect(m_list, &CaseListView::picked, this, &ZPermits::pickFromList);
     connect(m_list, &CaseListView::opened, this, [this](const QString& caseNumber) {
         pickFromList(caseNumber);
-        if (m_listShowing) {
+        if (m_listShowing && !caseNumber.isEmpty()) {
             iBrowse();
         }
     });
@@ -228,7 +232,7 @@ void ZPermits::PlugVars(QTextDocument& buffer)
 
 void ZPermits::printApplicationDetail()
 {
-    if (!hasRow()) {
+    if (!hasRow() || rowUnreadable()) {
         return;
     }
     documents::mergeAndShow(QDir(session().FormsFolder).filePath(caseDetailTemplate()), CaseScreenCode,
@@ -238,7 +242,7 @@ void ZPermits::printApplicationDetail()
 
 void ZPermits::doprint()
 {
-    if (!hasRow()) {
+    if (!hasRow() || rowUnreadable()) {
         return;
     }
     session().ScreenCode = CaseScreenCode;
@@ -356,6 +360,13 @@ void ZPermits::buildCommands(QWidget* bar)
             connect(widget, &QPushButton::clicked, this, command.run);
         }
     }
+    // A hidden command keeps its place, so that the others never move when
+    // the mode, the list or the user's rights hide some.
+    for (QWidget* widget : bar->findChildren<QWidget*>()) {
+        QSizePolicy policy = widget->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        widget->setSizePolicy(policy);
+    }
     button(QStringLiteral("iReset"))->hide();
     connect(button(QStringLiteral("mexit")), &QPushButton::clicked, this, &QWidget::close);
     // The documents and the pictures come with their own screens.
@@ -470,6 +481,11 @@ bool ZPermits::hasRow() const
     return m_rows && !store::dbisempty(*m_rows) && !m_rows->Bof() && !m_rows->Eof();
 }
 
+bool ZPermits::rowUnreadable() const
+{
+    return hasRow() && !m_rows->rowStatus().ok();
+}
+
 // Binds the screen to the case file over the whole table.
 void ZPermits::openTable()
 {
@@ -576,12 +592,21 @@ void ZPermits::showRow()
     m_pendingPair.clear();
     m_projectTab->showStoredPair(hasRow() ? m_rows->text(QStringLiteral("PBGISCOORD")) : QString());
     if (hasRow()) {
-        m_form->showRow(*m_rows);
-        // A row the file cannot give back is damage to report, not an empty case.
+        // A row the file cannot give back is damage to report, not an empty
+        // case, and none of another case's values may stay on the inputs.
         if (const store::StoreStatus read = m_rows->rowStatus(); !read.ok()) {
-            showMessage(read.description + QStringLiteral("\n") + session().DatabaseLabel, QStringLiteral(" Projects"),
-                PromptButtons::Ok, PromptIcon::Critical);
+            m_form->clear();
+            m_form->blankFileDate();
+            m_published = CasePublished{};
+            session().CurrentCase.clear();
+            redrawPosition();
+            showMessage(read.description.contains(session().DatabaseLabel)
+                    ? read.description
+                    : read.description + QStringLiteral("\n") + session().DatabaseLabel,
+                QStringLiteral(" Projects"), PromptButtons::Ok, PromptIcon::Critical);
+            return;
         }
+        m_form->showRow(*m_rows);
         m_caseTab->resetCopies();
         // What the other screens and the letters read about this case.
         parcels::ParcelService& parcels = parcels::mdb();
@@ -600,15 +625,18 @@ void ZPermits::showRow()
 
 void ZPermits::redrawPosition()
 {
+    // The mode's commands, which an unreadable row below may take away.
+    m_commands.apply(m_mode);
     const bool entering = m_mode == RecordMode::New || m_mode == RecordMode::Find;
     const bool any = hasRow();
     const int count = m_rows ? m_rows->RecordCount() : 0;
     const int position = any ? m_rows->AbsolutePosition() : 0;
+    const bool unreadable = !entering && rowUnreadable();
     if (entering) {
         m_position->setText(QStringLiteral("enter data"));
     } else if (any && count > 0) {
         m_position->setText(QStringLiteral("Record ") + QString::number(position) + QStringLiteral(" of ")
-            + QString::number(count));
+            + QString::number(count) + (unreadable ? QStringLiteral(" cannot be read") : QString()));
     } else {
         m_position->setText(QStringLiteral("empty database"));
     }
@@ -618,6 +646,22 @@ void ZPermits::redrawPosition()
     button(QStringLiteral("IMoveNext"))->setEnabled(moving && position < count);
     button(QStringLiteral("IMoveLast"))->setEnabled(moving && position < count);
     if (entering) {
+        return;
+    }
+    // Nothing of an unreadable row can be changed, voided, printed or opened.
+    for (const char* name : {"IEdit", "iDelete", "iNote", "recinfod", "IDoc", "IPic", "iPrint"}) {
+        if (ui::XPButton* command = button(QString::fromLatin1(name)); command && unreadable) {
+            command->setEnabled(false);
+        }
+    }
+    for (const char* name : {"delr", "doprint"}) {
+        if (QAction* action = m_actions.value(QString::fromLatin1(name)); action && unreadable) {
+            action->setEnabled(false);
+        }
+    }
+    if (unreadable) {
+        m_void->hide();
+        m_list->showPosition(position);
         return;
     }
     m_void->setVisible(any && CaseStatus::isVoided(*m_rows));
@@ -817,7 +861,7 @@ void ZPermits::IAdd()
 
 void ZPermits::IEdit()
 {
-    if (m_mode != RecordMode::Browse || !hasRow()) {
+    if (m_mode != RecordMode::Browse || !hasRow() || rowUnreadable()) {
         return;
     }
     rememberBookmark();
@@ -835,6 +879,17 @@ void ZPermits::ISave()
     if (session().StopFlag) {
         ui::TaskFrm::close();
         return;
+    }
+    // Voided through the status list: its earlier status is noted as the
+    // File menu's void notes it, so that restoring brings it back.
+    if (CaseStatus::letterOf(m_form->inputs().statusText) == QLatin1String("V")) {
+        const store::StoreStatus noted = CaseRecord::rememberStatusBeforeVoid(session().DatabaseFolder,
+            m_rows->text(QStringLiteral("PBCASE")), m_rows->text(QStringLiteral("PBSTATUS")));
+        if (!noted.ok()) {
+            ui::TaskFrm::close();
+            showMessage(noted.description, QStringLiteral(" Projects"), PromptButtons::Ok, PromptIcon::Critical);
+            return; // still editing
+        }
     }
     const store::StoreStatus status = CaseRecord::saveCase(*m_rows, m_form->inputs(),
         [this](store::Recordset& row, const CaseInputs& inputs) { return fillRow(row, inputs); });
@@ -880,7 +935,7 @@ void ZPermits::ILocate()
         example.caseNumber = m_form->boxText(CaseNumberBox);
         example.box = [this](int box) { return m_form->boxText(box); };
         example.lists = m_form->searchLists();
-        example.fileDateMarked = CaseForm::fileDateMarked();
+        example.fileDateMarked = m_form->searchesFileDate();
         example.fileDate = m_form->fileDate();
         const std::optional<QString> query = CaseQuery::build(m_map, example);
         if (!query) {
@@ -889,6 +944,16 @@ void ZPermits::ILocate()
         }
         session().HopTarget.clear();
         m_lastBuilt = *query;
+        // Nothing found: say so over the search as it stands, then the full
+        // set comes back; the screen never shows an empty file meanwhile.
+        store::StoreStatus probeStatus;
+        if (auto found = store::openRecordsetAt(m_path, *query, &probeStatus); found && found->RecordCount() == 0) {
+            showMessage(QStringLiteral("Unable to locate a matching record.\n")
+                    + QStringLiteral("Please check info for accuracy and try again."),
+                QStringLiteral(" Record not Found"), PromptButtons::Ok, PromptIcon::Critical);
+            iReset();
+            return;
+        }
         m_query = *query;
         if (!readRows()) {
             return;
@@ -990,7 +1055,7 @@ void ZPermits::moveLast()
 
 void ZPermits::voidRecord()
 {
-    if (m_mode != RecordMode::Browse || !hasRow()) {
+    if (m_mode != RecordMode::Browse || !hasRow() || rowUnreadable()) {
         return;
     }
     store::StoreStatus status;
@@ -1001,7 +1066,21 @@ void ZPermits::voidRecord()
             != PromptAnswer::Yes) {
             return;
         }
-        status = CaseRecord::restoreCase(*m_rows, session().CurrentUser);
+        const QString before = CaseRecord::statusBeforeVoid(session().DatabaseFolder, m_rows->text(QStringLiteral("PBCASE")));
+        if (before.isEmpty()) {
+            // Nothing says what the case was before: the clerk chooses it, and
+            // the case stays voided until Save writes the choice.
+            IEdit();
+            if (QComboBox* list = m_form->list(QStringLiteral("Combo10"))) {
+                list->setEditText(CaseStatus::placeholder());
+                list->setFocus();
+            }
+            showMessage(QStringLiteral("The status this case had before it was voided is not on record.\n")
+                    + QStringLiteral("Choose its status in the list and press Save; Cancel leaves it voided."),
+                QStringLiteral(" Record Void"), PromptButtons::Ok, PromptIcon::Information);
+            return;
+        }
+        status = CaseRecord::restoreCase(*m_rows, session().CurrentUser, before);
     } else {
         if (showMessage(QStringLiteral("Are you sure you want to void this record?\n")
                     + QStringLiteral("Clicking 'Yes' will void the record."),
@@ -1009,10 +1088,12 @@ void ZPermits::voidRecord()
             != PromptAnswer::Yes) {
             return;
         }
-        status = CaseRecord::voidCase(*m_rows, session().CurrentUser);
+        status = CaseRecord::voidCase(*m_rows, session().CurrentUser, session().DatabaseFolder);
     }
     if (!status.ok()) {
-        m_rows->CancelUpdate();
+        if (m_rows->isEditing()) {
+            m_rows->CancelUpdate();
+        }
         showMessage(status.description, QStringLiteral(" Projects"), PromptButtons::Ok, PromptIcon::Critical);
         return;
     }
@@ -1022,7 +1103,7 @@ void ZPermits::voidRecord()
 
 void ZPermits::iDelete()
 {
-    if (m_mode != RecordMode::Browse || !hasRow() || !ui::Delconfirm(this)) {
+    if (m_mode != RecordMode::Browse || !hasRow() || rowUnreadable() || !ui::Delconfirm(this)) {
         return;
     }
     ui::TaskFrm::open();
@@ -1049,7 +1130,7 @@ void ZPermits::iNote()
 
 void ZPermits::recinfod()
 {
-    if (!hasRow()) {
+    if (!hasRow() || rowUnreadable()) {
         return;
     }
     ui::showRecordInfo(
@@ -1081,6 +1162,13 @@ void ZPermits::leftPaneButton(const QString& screenName, const QString& caption)
 void ZPermits::pickFromList(const QString& caseNumber)
 {
     if (!m_rows || m_rows->RecordCount() == 0) {
+        return;
+    }
+    if (caseNumber.isEmpty()) {
+        // A line the file could not give: there is no case to show.
+        showMessage(QStringLiteral("This case cannot be read: ") + session().DatabaseLabel
+                + QStringLiteral(" is damaged. Restore the file from the last backup."),
+            QStringLiteral(" Projects"), PromptButtons::Ok, PromptIcon::Critical);
         return;
     }
     m_rows->MoveFirst();

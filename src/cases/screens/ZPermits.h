@@ -143,6 +143,8 @@ private:
     // Image7: the coordinates dialog on the case's stored pair.
     void showMap();
     bool hasRow() const;
+    // The cursor stands on a row the file cannot give back (a damaged page).
+    bool rowUnreadable() const;
     store::StoreStatus fillRow(store::Recordset& row, const CaseInputs& inputs);
     // What the case's letters get: the case screen's PlugVars.
     void PlugVars(QTextDocument& buffer);
