@@ -3,6 +3,7 @@
 // as logon.png and user-management.png.
 #include "admin/UserList.h"
 #include "admin/UserLogon.h"
+#include "admin/screens/PrefFrm.h"
 #include "admin/screens/PswFrm.h"
 #include "admin/screens/UserMgr.h"
 #include "common/Session.h"
@@ -10,6 +11,7 @@
 
 #include <QDir>
 #include <QLineEdit>
+#include <QTabWidget>
 #include <QTest>
 #include <QTreeWidget>
 #include <gtest/gtest.h>
@@ -56,4 +58,23 @@ TEST(UserScreensScreenshot, LogOnAndUserList)
     QTreeWidget* list = manager.findChild<QTreeWidget*>(QStringLiteral("ListView1"));
     list->setCurrentItem(list->topLevelItem(1));
     keep(manager, "user-management.png");
+}
+
+TEST(PrefFrmScreenshot, EachTab)
+{
+    test::TestInstallation installation;
+    installation.applyTo(session());
+    session().MasterDatabaseFolder = session().DatabaseFolder;
+    session().MunicipalityName = QStringLiteral("Town of Elmford");
+    session().MunicipalityAddress = QStringLiteral("12 Orchard Road");
+    session().MunicipalityCity = QStringLiteral("Elmford");
+    session().MunicipalityState = QStringLiteral("NY");
+    session().MunicipalityZip = QStringLiteral("12000");
+    session().MunicipalityPhone = QStringLiteral("518-555-0100");
+    PrefFrm screen;
+    QTabWidget* tabs = screen.findChild<QTabWidget*>(QStringLiteral("SSTab1"));
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        keep(screen, QStringLiteral("preferences-%1.png").arg(tab + 1).toLatin1().constData());
+    }
 }

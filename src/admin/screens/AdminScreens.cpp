@@ -1,6 +1,7 @@
 #include "admin/screens/AdminScreens.h"
 
 #include "admin/UserLogon.h"
+#include "admin/screens/PrefFrm.h"
 #include "admin/screens/UserMgr.h"
 #include "admin/screens/hasVARDO.h"
 #include "common/PromptService.h"
@@ -60,6 +61,12 @@ void showChangePassword(QWidget* parent)
     if (!session().StopFlag) {
         screen.writeList();
     }
+}
+
+void showPreferences(QWidget* parent)
+{
+    PrefFrm screen(parent);
+    prompts().exec(screen);
 }
 
 bool askShareParcelStore(QWidget* parent)

@@ -14,6 +14,9 @@ void showUserManager(QWidget* parent);
 // screen on the logged-on user's own entry, written at once on OK.
 void showChangePassword(QWidget* parent);
 
+// The Admin menu's defaults: the preferences screen, modal.
+void showPreferences(QWidget* parent);
+
 // The question of a new settings file when the sibling program is installed;
 // true to share its parcel store.
 bool askShareParcelStore(QWidget* parent);

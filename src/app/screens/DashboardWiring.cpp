@@ -35,6 +35,7 @@ void wireDashboard(schedule::Scheduler& dashboard)
     dashboard.setMenuCommand(QStringLiteral("updateparcel"), [window] { parcels::updateparcel(window); });
     dashboard.setMenuCommand(QStringLiteral("viewparcel"), [window] { parcels::viewparcel(window); });
     dashboard.setMenuCommand(QStringLiteral("syncSBL"), [window] { parcels::syncSBL(window); });
+    dashboard.setMenuCommand(QStringLiteral("defaults"), [window] { admin::showPreferences(window); });
     dashboard.setMenuCommand(QStringLiteral("changepsw"), [window] { admin::showChangePassword(window); });
 }
 

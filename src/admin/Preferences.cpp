@@ -1,0 +1,191 @@
+#include "admin/Preferences.h"
+
+#include "common/BoardMembers.h"
+#include "common/ReplacingFile.h"
+#include "common/Session.h"
+#include "common/Settings.h"
+#include "common/TextFiles.h"
+#include "store/DatabaseLocation.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace pvardo::admin {
+
+namespace {
+
+QString numberText(double value)
+{
+    return QString::number(value, 'g', 6);
+}
+
+QString firstLineOf(const QString& path)
+{
+    const std::optional<QStringList> lines = readTextLines(path);
+    return lines && !lines->isEmpty() ? lines->constFirst() : QString();
+}
+
+QByteArray linesBytes(const QStringList& lines)
+{
+    QByteArray bytes;
+    for (const QString& line : lines) {
+        bytes += line.toUtf8();
+        bytes += '\n';
+    }
+    return bytes;
+}
+
+// One file of a save: its new bytes, and its old ones to put back.
+struct Staged
+{
+    QString path;
+    QByteArray bytes;
+    bool existed = false;
+    QByteArray before;
+    std::unique_ptr<ReplacingFile> file;
+};
+
+void putBack(const Staged& staged)
+{
+    if (staged.existed) {
+        replaceFile(staged.path, staged.before);
+    } else {
+        QFile::remove(staged.path);
+    }
+}
+
+} // namespace
+
+Preferences loadPreferences(const Session& state)
+{
+    Preferences p;
+    p.masterDatabaseFolder = state.MasterDatabaseFolder;
+    p.municipalityName = state.MunicipalityName;
+    p.municipalityAddress = state.MunicipalityAddress;
+    p.municipalityCity = state.MunicipalityCity;
+    p.municipalityState = state.MunicipalityState;
+    p.municipalityZip = state.MunicipalityZip;
+    p.municipalityPhone = state.MunicipalityPhone;
+    p.backupMode = state.BackupMode;
+    p.shareParcelStore = state.ShareParcelStore;
+    p.editorFontName = state.EditorFontName;
+    p.editorFontSize = numberText(state.EditorFontSize);
+
+    if (const auto def = readTextLines(joinPath(state.ProgramFolder, QStringLiteral("\\def.txt")))) {
+        p.backupFolder = def->value(1).trimmed();
+        p.onlineCodesLink = def->value(2);
+        p.localCodesLink = def->value(3);
+    }
+    if (p.backupFolder.isEmpty()) {
+        // The root of the program's drive: on this system the first folder
+        // of its path, as a mounted disk usually is.
+        const QString program = QDir::cleanPath(state.ProgramFolder);
+        const qsizetype cut = program.indexOf(QLatin1Char('/'), 1);
+        p.backupFolder = (cut < 0 ? QString() : program.left(cut)) + QStringLiteral("/backup");
+    }
+    p.boardMembers = BoardMembers::read(state.DatabaseFolder);
+    const QString pnb = firstLineOf(joinPath(state.DatabaseFolder, QStringLiteral("\\pnb.txt")));
+    p.letComputerDecide = pnb.trimmed() == QLatin1String("-1");
+    if (!p.letComputerDecide) {
+        p.beginNumbering = pnb;
+    }
+    if (const auto browser = readTextLines(joinPath(state.ProgramFolder, QStringLiteral("\\browser.txt")))) {
+        p.localGisLink = browser->value(0);
+        p.useDefaultBrowser = browser->size() > 1 && browser->at(1) != QLatin1String("F");
+    }
+    return p;
+}
+
+QStringList settingsFileLines(const Preferences& p)
+{
+    QStringList lines = Settings::defaultLines(p.masterDatabaseFolder, p.shareParcelStore);
+    lines[1] = p.municipalityName;
+    lines[2] = p.municipalityAddress;
+    lines[3] = p.municipalityCity;
+    lines[4] = p.municipalityState;
+    lines[5] = p.municipalityZip;
+    lines[6] = p.municipalityPhone;
+    lines[7] = QString::number(p.backupMode);
+    lines[9] = p.editorFontSize;
+    lines[10] = p.editorFontName;
+    return lines;
+}
+
+QString databaseFolderAfterSave(const Session& state, const Preferences& preferences, bool switchFolder)
+{
+    if (!switchFolder) {
+        return state.DatabaseFolder;
+    }
+    const QString wanted = preferences.masterDatabaseFolder.trimmed();
+    if (store::holdsAnyDatabase(wanted)) {
+        return wanted;
+    }
+    return joinPath(state.ProgramFolder, QStringLiteral("databases"));
+}
+
+bool writePreferences(
+    const Session& state, const Preferences& p, const QString& databaseFolderAfter, QString* error)
+{
+    std::vector<Staged> files;
+    auto stage = [&files](const QString& path, const QStringList& lines) {
+        Staged staged;
+        staged.path = path;
+        staged.bytes = linesBytes(lines);
+        files.push_back(std::move(staged));
+    };
+    stage(joinPath(state.ProgramFolder, QStringLiteral("\\PVardo.ini")), settingsFileLines(p));
+    stage(joinPath(state.DatabaseFolder, QStringLiteral("\\pnb.txt")),
+        {p.letComputerDecide ? QStringLiteral("-1") : p.beginNumbering.trimmed()});
+    stage(BoardMembers::fileOf(databaseFolderAfter), p.boardMembers);
+    stage(joinPath(state.ProgramFolder, QStringLiteral("\\def.txt")),
+        {databaseFolderAfter, p.backupFolder.trimmed(), p.onlineCodesLink.trimmed(),
+            p.localCodesLink.trimmed()});
+    if (!p.localGisLink.trimmed().isEmpty()) {
+        stage(joinPath(state.ProgramFolder, QStringLiteral("\\browser.txt")),
+            {p.localGisLink.trimmed(), p.useDefaultBrowser ? QStringLiteral("T") : QStringLiteral("F")});
+    }
+
+    auto fail = [error](const QString& reason) {
+        if (error) {
+            *error = reason + QStringLiteral(". No settings were changed.");
+        }
+        return false;
+    };
+
+    // Every file is written beside its name before any is put in place.
+    for (Staged& staged : files) {
+        QFile old(staged.path);
+        staged.existed = old.exists();
+        if (staged.existed) {
+            if (!old.open(QIODevice::ReadOnly)) {
+                return fail(QStringLiteral("%1 cannot be read: %2")
+                                .arg(QDir::toNativeSeparators(staged.path), old.errorString()));
+            }
+            staged.before = old.readAll();
+        }
+        staged.file = std::make_unique<ReplacingFile>(staged.path);
+        if (!staged.file->open(QIODevice::WriteOnly)
+            || staged.file->write(staged.bytes) != staged.bytes.size()
+            || !staged.file->errorText().isEmpty()) {
+            const QString reason
+                = staged.file->errorText().isEmpty() ? staged.file->errorString() : staged.file->errorText();
+            return fail(reason);
+        }
+    }
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (!files[i].file->commit()) {
+            const QString reason = files[i].file->errorText();
+            for (std::size_t j = 0; j < i; ++j) {
+                putBack(files[j]);
+            }
+            return fail(reason);
+        }
+    }
+    return true;
+}
+
+} // namespace pvardo::admin

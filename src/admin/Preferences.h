@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace pvardo {
+struct Session;
+}
+
+namespace pvardo::admin {
+
+// Everything the preferences screen shows and writes back: PVardo.ini, the
+// backup and code links of def.txt, the GIS link of browser.txt, the case
+// numbering of pnb.txt and the board members of Inspectors.txt.
+struct Preferences
+{
+    QString masterDatabaseFolder;
+    QString municipalityName;
+    QString municipalityAddress;
+    QString municipalityCity;
+    QString municipalityState;
+    QString municipalityZip;
+    QString municipalityPhone;
+    int backupMode = 0; // 0 prompt, 1 automatic, 2 manual
+    bool shareParcelStore = false;
+    QString editorFontName;
+    QString editorFontSize;
+    QString backupFolder;
+    QString onlineCodesLink;
+    QString localCodesLink;
+    QString localGisLink;
+    bool useDefaultBrowser = false;
+    bool letComputerDecide = true; // pnb.txt holds "-1"
+    QString beginNumbering;
+    QStringList boardMembers;
+};
+
+// The preferences as the session has them, with def.txt, browser.txt, pnb.txt
+// and Inspectors.txt read anew. An empty backup folder is proposed as backup
+// under the root of the program's drive.
+Preferences loadPreferences(const Session& state);
+
+// The fourteen lines of PVardo.ini for these preferences.
+QStringList settingsFileLines(const Preferences& preferences);
+
+// Where the databases will be after a save: the new folder when the user
+// switches to it and it holds databases, else the installation's own
+// databases folder; without a switch the session's folder stays.
+QString databaseFolderAfterSave(const Session& state, const Preferences& preferences, bool switchFolder);
+
+// Writes every settings file at once: PVardo.ini and def.txt in the program
+// folder, pnb.txt in the session's database folder, Inspectors.txt in the
+// folder the databases will be in (def.txt names it), browser.txt only when a
+// GIS link is given. All are written beside their names first and put in
+// place only when every one was written whole; a file put in place before a
+// later one failed is put back. Gives false, with the reason, when the files
+// are as they were before.
+bool writePreferences(const Session& state, const Preferences& preferences,
+    const QString& databaseFolderAfter, QString* error = nullptr);
+
+} // namespace pvardo::admin
