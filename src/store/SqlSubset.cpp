@@ -1,5 +1,8 @@
 #include "store/SqlSubset.h"
 
+#include "common/Clock.h"
+#include "common/DateText.h"
+
 #include <QRegularExpression>
 
 namespace pvardo::store {
@@ -631,8 +634,10 @@ bool parseDateLiteral(const QString& text, QDate* date, QTime* time, bool* hasDa
             month = match.captured(1).toInt();
             day = match.captured(2).toInt();
             year = match.captured(3).toInt();
+            // A short year reads as everywhere else in the program: within 50
+            // years before or 49 after today.
             if (match.captured(3).size() <= 2) {
-                year += year < 30 ? 2000 : 1900;
+                year = FullYear(year, todaysDate());
             }
         } else {
             year = match.captured(4).toInt();

@@ -1,5 +1,7 @@
 #include "store/SqlSubset.h"
 
+#include "common/Clock.h"
+
 #include <gtest/gtest.h>
 
 using namespace pvardo::store;
@@ -76,13 +78,38 @@ TEST(SqlSubset, DatesBetweenHashesReadAsTheOfficeWritesThem)
     EXPECT_EQ(date, QDate(2012, 2, 3));
     ASSERT_TRUE(parseDateLiteral(QStringLiteral("2/3/2012"), &date, &time, &hasDate, &hasTime));
     EXPECT_EQ(date, QDate(2012, 2, 3));
-    ASSERT_TRUE(parseDateLiteral(QStringLiteral("12/25/45"), &date, &time, &hasDate, &hasTime));
-    EXPECT_EQ(date, QDate(1945, 12, 25));
+    ASSERT_TRUE(parseDateLiteral(QStringLiteral("12/25/85"), &date, &time, &hasDate, &hasTime));
+    EXPECT_EQ(date, QDate(1985, 12, 25));
     ASSERT_TRUE(parseDateLiteral(QStringLiteral("3/7/2012 2:05 PM"), &date, &time, &hasDate, &hasTime));
     EXPECT_TRUE(hasTime);
     EXPECT_EQ(time, QTime(14, 5));
     EXPECT_FALSE(parseDateLiteral(QStringLiteral("2/30/2012"), &date, &time, &hasDate, &hasTime));
     EXPECT_FALSE(parseDateLiteral(QStringLiteral("soon"), &date, &time, &hasDate, &hasTime));
+}
+
+TEST(SqlSubset, AShortYearSlidesWithTodayAsTypedDatesDo)
+{
+    QDate date;
+    QTime time;
+    bool hasDate = false;
+    bool hasTime = false;
+    const struct {
+        QDate today;
+        const char* literal;
+        QDate meant;
+    } cases[] = {
+        {QDate(2026, 11, 23), "1/2/29", QDate(2029, 1, 2)},  // a fixed pivot of 30 agreed here
+        {QDate(2026, 11, 23), "1/2/45", QDate(2045, 1, 2)},  // and read 1945 here
+        {QDate(2026, 11, 23), "1/2/77", QDate(1977, 1, 2)},
+        {QDate(2060, 6, 1), "1/2/29", QDate(2029, 1, 2)},
+        {QDate(2060, 6, 1), "1/2/05", QDate(2105, 1, 2)},
+        {QDate(2060, 6, 1), "1/2/2005", QDate(2005, 1, 2)}, // four digits stand
+    };
+    for (const auto& c : cases) {
+        pvardo::ScopedClockDay day(c.today);
+        ASSERT_TRUE(parseDateLiteral(QString::fromLatin1(c.literal), &date, &time, &hasDate, &hasTime));
+        EXPECT_EQ(date, c.meant) << c.literal << " on " << c.today.toString(Qt::ISODate).toStdString();
+    }
 }
 
 TEST(SqlSubset, NestingIsBounded)
