@@ -26,7 +26,16 @@ void DatabaseHealthCheck::start()
         return;
     }
     const QString folder = m_folder;
-    m_thread = QThread::create([this, folder] { m_result = store::damagedFilesMessage(store::verifyDatabaseFolder(folder)); });
+    m_thread = QThread::create([this, folder] {
+        const QList<store::FileVerdict> verdicts = store::verifyDatabaseFolder(folder);
+        QStringList notices;
+        for (const store::FileVerdict& verdict : verdicts) {
+            notices << verdict.notices;
+        }
+        QStringList messages{store::damagedFilesMessage(verdicts), store::keyIndexMessage(notices)};
+        messages.removeAll(QString());
+        m_result = messages.join(QStringLiteral("\n\n"));
+    });
     connect(m_thread, &QThread::finished, this, [this] {
         m_message = m_result;
         m_finished = true;

@@ -220,6 +220,14 @@ bool Startup::SetDefaults()
         // A damaged list: nobody can log on, and Cancel leaves.
     }
 
+    // A named folder that did not connect ends the start, as the admin
+    // commands stop: nothing is made in it, nor in the installation's own.
+    if (const QString unreachable = store::unreachableFolderMessage(state.DatabaseFolder, state.ProgramFolder);
+        !unreachable.isEmpty()) {
+        showMessage(unreachable, QStringLiteral(" Database Folder"), PromptButtons::Ok, PromptIcon::Critical);
+        EndProgram(1);
+        return false;
+    }
     const store::CheckResult checked = store::CheckDatabases(state);
     if (checked.fellBackToDefault && !state.ShareParcelStore) {
         // The parcel store goes with the databases to the default folder.

@@ -43,18 +43,20 @@ int runCheckDatabases(CommandContext& context)
         context.err << "pvardo-admin check-databases: " << store::databaseFolderProblem(choice) << Qt::endl;
         return ExitCode::Failed;
     }
+    // A named folder without databases stops the program's start: the check
+    // stops too, rather than fill the installation's own folder.
+    if (const QString unreachable = store::unreachableFolderMessage(choice.named, context.home);
+        !unreachable.isEmpty()) {
+        context.err << "pvardo-admin check-databases: " << unreachable.simplified() << Qt::endl;
+        return ExitCode::Failed;
+    }
     state.MasterDatabaseFolder = choice.named;
     state.DatabaseFolder = state.MasterDatabaseFolder;
-    const QString named = state.DatabaseFolder;
 
     const store::CheckResult result = store::CheckDatabases(state);
 
     QTextStream& out = context.out;
     out << "Database folder: " << QDir::toNativeSeparators(state.DatabaseFolder) << '\n';
-    if (result.fellBackToDefault && QDir::cleanPath(named) != QDir::cleanPath(state.DatabaseFolder)) {
-        out << "The folder named in PVardo.ini (" << QDir::toNativeSeparators(named)
-            << ") holds no database; the default folder was used.\n";
-    }
     out << "Forms folder: " << QDir::toNativeSeparators(state.FormsFolder) << '\n';
     if (result.seeded.isEmpty()) {
         out << "No seeded database was missing.\n";
@@ -66,6 +68,11 @@ int runCheckDatabases(CommandContext& context)
     }
     out << "Parcel store version: " << state.ParcelStoreVersion << '\n';
     int code = ExitCode::Ok;
+    const QStringList keyNotices = store::keyIndexNotices(state.DatabaseFolder);
+    for (const QString& notice : keyNotices) {
+        context.err << notice << Qt::endl;
+        code = ExitCode::Failed;
+    }
     if (verify) {
         const QList<store::FileVerdict> verdicts = store::verifyDatabaseFolder(state.DatabaseFolder);
         int sound = 0;

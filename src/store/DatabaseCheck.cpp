@@ -78,8 +78,83 @@ FileVerdict verifyDatabaseFile(const QString& path, const TableDef& table)
     if (!missing.isEmpty()) {
         verdict.problems << QStringLiteral("the table %1 lacks the columns %2")
                                 .arg(QString::fromLatin1(table.tableName), missing.join(QStringLiteral(", ")));
+        return verdict;
+    }
+    if (const QString notice = keyIndexNotice(path, table); !notice.isEmpty()) {
+        verdict.notices << notice;
     }
     return verdict;
+}
+
+QString keyIndexNotice(const QString& path, const TableDef& table)
+{
+    if (!table.uniqueColumn) {
+        return {};
+    }
+    Connection connection;
+    if (sqlite3_open_v2(QFile::encodeName(path).constData(), &connection.db, SQLITE_OPEN_READONLY, nullptr)
+        != SQLITE_OK) {
+        return {};
+    }
+    sqlite3_busy_timeout(connection.db, 5000);
+    const QString tableName = QString::fromLatin1(table.tableName);
+    const QString key = QString::fromLatin1(table.uniqueColumn);
+    auto count = [&connection](const QString& sql, const QString& bound) {
+        sqlite3_stmt* statement = nullptr;
+        qint64 found = -1;
+        if (sqlite3_prepare_v2(connection.db, sql.toUtf8().constData(), -1, &statement, nullptr) == SQLITE_OK) {
+            const QByteArray bytes = bound.toUtf8();
+            if (!bound.isEmpty()) {
+                sqlite3_bind_text(statement, 1, bytes.constData(), static_cast<int>(bytes.size()), SQLITE_TRANSIENT);
+            }
+            if (sqlite3_step(statement) == SQLITE_ROW) {
+                found = sqlite3_column_int64(statement, 0);
+            }
+        }
+        sqlite3_finalize(statement);
+        return found;
+    };
+    const qint64 indexes = count(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'index' AND name = ? "
+                                                "COLLATE NOCASE"),
+                                 tableName + QLatin1Char('_') + key + QStringLiteral("_key"));
+    if (indexes != 0) {
+        return {};
+    }
+    const qint64 blanks
+        = count(QStringLiteral("SELECT count(*) FROM %1 WHERE ifnull(%2, '') = ''").arg(quoted(tableName), quoted(key)),
+                QString());
+    if (blanks < 2) {
+        return {};
+    }
+    return QStringLiteral("%1: %2 rows of the table %3 have no %4, so the file cannot be kept from taking a second "
+                          "row with a %4 it already holds. Give those rows their %4 (or remove the empty ones) with "
+                          "the program; the file is made safe the next time it is opened.")
+        .arg(QDir::toNativeSeparators(path), QString::number(blanks), tableName, key);
+}
+
+QStringList keyIndexNotices(const QString& folder)
+{
+    QStringList notices;
+    for (const TableDef& table : allTables()) {
+        if (table.id == Table::SBL18) {
+            continue;
+        }
+        const QString path = joinPath(folder, QString::fromLatin1(table.fileName));
+        if (QFileInfo::exists(path)) {
+            if (const QString notice = keyIndexNotice(path, table); !notice.isEmpty()) {
+                notices << notice;
+            }
+        }
+    }
+    return notices;
+}
+
+QString keyIndexMessage(const QStringList& notices)
+{
+    if (notices.isEmpty()) {
+        return {};
+    }
+    return QStringLiteral("These tables can take the same number twice:\n\n") + notices.join(QLatin1Char('\n'));
 }
 
 QList<FileVerdict> verifyDatabaseFolder(const QString& folder)

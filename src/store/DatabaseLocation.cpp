@@ -132,6 +132,23 @@ QString formsFolderFor(const QString& databaseFolder, const QString& programFold
     return databaseFolder.left(cut) + QStringLiteral("/forms");
 }
 
+QString unreachableFolderMessage(const QString& namedFolder, const QString& programFolder)
+{
+    const QString own = joinPath(programFolder, QStringLiteral("\\databases"));
+    if (namedFolder.trimmed().isEmpty() || QDir::cleanPath(namedFolder) == QDir::cleanPath(own)
+        || holdsAnyDatabase(namedFolder)) {
+        return {};
+    }
+    const bool missing = !QFileInfo(namedFolder).isDir();
+    return QStringLiteral("The database folder %1, named in the program's settings, %2.\n\n"
+                          "If the databases are on a shared folder, make sure it is connected, then start the "
+                          "program again. The program does not use its own folder %3 instead, so that no work goes "
+                          "into databases the other workstations do not see. Nothing was written.")
+        .arg(QDir::toNativeSeparators(namedFolder),
+             missing ? QStringLiteral("is not there") : QStringLiteral("holds no database"),
+             QDir::toNativeSeparators(own));
+}
+
 QString missingDatabasesMessage()
 {
     return QStringLiteral("One or more database pointed by your preferences cannot be located. The program will use "

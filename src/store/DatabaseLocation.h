@@ -63,6 +63,13 @@ bool holdsAnyDatabase(const QString& folder);
 // installation's databases are expected; empty when all is well.
 QString databaseFolderProblem(const DatabaseFolderChoice& choice);
 
+// What the program says, and then ends, when the database folder its
+// settings name is not its own databases folder and holds no database: most
+// often a shared folder that did not connect. It never falls back to its own
+// folder then, so that no day's work goes into databases nobody else sees;
+// empty when the named folder is the installation's own or holds databases.
+QString unreachableFolderMessage(const QString& namedFolder, const QString& programFolder);
+
 // The message CheckDatabases shows when something was missing.
 QString missingDatabasesMessage();
 

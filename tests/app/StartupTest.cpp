@@ -195,19 +195,37 @@ TEST(Startup, CancelledLogOnEndsWithoutBackupOrVersion)
     }
 }
 
-TEST(Startup, ANamedFolderWithoutDatabasesFallsBackWithTheParcelStore)
+TEST(Startup, ANamedFolderWithoutDatabasesEndsTheStartAndNamesIt)
 {
     TestInstallation installation;
     WorkingFolderKeeper keeper;
-    writeLines(installation.path(QStringLiteral("PVardo.ini")),
-        settingsLines(installation.programFolder() + QStringLiteral("/no/such/folder")));
-    RecordingHost host;
-    app::Startup startup(host, installation.programFolder());
-    ASSERT_TRUE(startup.run());
-    EXPECT_EQ(session().DatabaseFolder, installation.databaseFolder());
-    EXPECT_EQ(session().ParcelDatabasePath, installation.databaseFolder() + QStringLiteral("/sbl.db"));
-    EXPECT_EQ(session().ParcelStoreVersion, fieldCountOf(session().ParcelDatabasePath));
-    EXPECT_EQ(scriptedPrompts().shown().size(), 1);
+    installation.createDatabase(store::Table::PBPROJ); // the installation's own folder holds databases
+    const QString share = installation.programFolder() + QStringLiteral("/share");
+    for (const bool connected : {false, true}) {
+        // A share that is not there, then one that is there and empty.
+        if (connected) {
+            QDir().mkpath(share);
+        }
+        scriptedPrompts().clear();
+        writeLines(installation.path(QStringLiteral("PVardo.ini")), settingsLines(share));
+        ProgramEndRecorder end;
+        RecordingHost host;
+        app::Startup startup(host, installation.programFolder());
+        EXPECT_FALSE(startup.run());
+        EXPECT_EQ(end.calls(), 1);
+        EXPECT_FALSE(host.calls.contains(QStringLiteral("log-on")));
+        ASSERT_EQ(scriptedPrompts().shown().size(), 1);
+        const Prompt& said = scriptedPrompts().shown().first();
+        EXPECT_EQ(said.title, QStringLiteral(" Database Folder"));
+        EXPECT_TRUE(said.text.contains(share + QStringLiteral(", named in the program's settings, ")
+                                       + (connected ? QStringLiteral("holds no database") : QStringLiteral("is not there"))))
+            << said.text.toStdString();
+        // Nothing made there, nor in the installation's own folder.
+        EXPECT_FALSE(QFile::exists(installation.path(QStringLiteral("databases/meeting.db"))));
+        if (connected) {
+            EXPECT_TRUE(QDir(share).isEmpty());
+        }
+    }
 }
 
 TEST(InstanceGuard, OnePerInstallationFolder)

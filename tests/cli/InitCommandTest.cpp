@@ -190,15 +190,19 @@ TEST(CheckDatabasesCommand, ReportsWhatItPutInPlace)
     EXPECT_EQ(run.code, 0);
     EXPECT_TRUE(run.out.contains(QLatin1String("No seeded database was missing.")));
 
-    // A settings file that names an empty folder: the default folder is used.
+    // A settings file that names an empty folder (a share that did not
+    // connect): said, as the program says it, and nothing made anywhere.
     QStringList settings = *readTextLines(home + QStringLiteral("/PVardo.ini"));
     settings[0] = home + QStringLiteral("/elsewhere");
     QDir().mkpath(settings[0]);
     ASSERT_TRUE(replaceTextLines(home + QStringLiteral("/PVardo.ini"), settings));
+    QFile::remove(home + QStringLiteral("/databases/meeting.db"));
     run = runAdmin({QStringLiteral("--home"), home, QStringLiteral("check-databases")});
-    EXPECT_EQ(run.code, 0);
-    EXPECT_TRUE(run.out.contains(QLatin1String("holds no database; the default folder was used")))
-        << run.out.toStdString();
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(run.err.contains(settings[0] + QStringLiteral(", named in the program's settings, holds no database")))
+        << run.err.toStdString();
+    EXPECT_TRUE(QDir(settings[0]).isEmpty());
+    EXPECT_FALSE(QFile::exists(home + QStringLiteral("/databases/meeting.db")));
 
     run = runAdmin({QStringLiteral("--home"), dir.filePath(QStringLiteral("elsewhere")),
         QStringLiteral("check-databases")});
