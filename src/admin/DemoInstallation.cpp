@@ -246,15 +246,27 @@ bool DemoInstallation::writeCases()
             return false;
         }
         cases->AddNew();
-        const QString applicant = QString::fromLatin1(kPeople[(k + 5) % 12]);
+        const QString applicant = i % 2 ? QString::fromLatin1(kPeople[(k + 5) % 12]) : inputs.ownerName;
+        const QString applicantAddress
+            = QString::number(5 + i) + QStringLiteral(" Church Street, Hollis Ferry, NY 12999");
+        // The letters of forms/0custom.txt go to the contact: an engineer
+        // acts for every third applicant, the applicant for the others.
+        const bool agent = i % 3 == 2;
+        const QString contact = agent ? QStringLiteral("Kinderhook Survey & Engineering") : applicant;
+        const QString contactAddress
+            = agent ? QStringLiteral("14 Depot Street, Valatie, NY 12184") : applicantAddress;
         const QList<QPair<const char*, QString>> columns = {
             {"PBLOCN1", inputs.siteLocation},
             {"PBOWNRNAME1", inputs.ownerName},
             {"PBOWNRADDR1", inputs.siteLocation + QStringLiteral(", Hollis Ferry, NY 12999")},
             {"PBOWNTEL", QStringLiteral("(518) 555-") + QString::number(1100 + i * 13)},
-            {"PBAPPNAME1", i % 2 ? applicant : inputs.ownerName},
-            {"PBAPPADDR1", QString::number(5 + i) + QStringLiteral(" Church Street, Hollis Ferry, NY 12999")},
+            {"PBAPPNAME1", applicant},
+            {"PBAPPADDR1", applicantAddress},
             {"PBAPPTEL", QStringLiteral("(518) 555-") + QString::number(2200 + i * 7)},
+            {"PBPROXYNAME1", agent ? contact : QString()},
+            {"PBPROXYADDR1", agent ? contactAddress : QString()},
+            {"PBCONTACTNAME1", contact},
+            {"PBCONTACTADDR1", contactAddress},
             {"PBPROJNAME", QString::fromLatin1(kProjects[k])},
             {"PBPROJDESC",
                 QString::fromLatin1(kProjects[k]) + QStringLiteral(" at ") + inputs.siteLocation

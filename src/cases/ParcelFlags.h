@@ -22,9 +22,11 @@ struct ParcelFlag
     QColor colour; // invalid for Plain: the system's button colour
     QString toolTip;
 
-    // Nothing when the parcel is not in the store: the input keeps what it shows.
+    // Nothing when the parcel is not in the store.
     static std::optional<ParcelFlag> of(parcels::ParcelService& parcels, const QString& sbl);
     static QString caseNumberTip() { return QStringLiteral(" Case Number "); }
+    // The tip of a case whose parcel is not in the parcel store.
+    static QString notInStoreTip() { return QStringLiteral(" Case Number (its S-B-L is not in the parcel store) "); }
 };
 
 } // namespace pvardo::cases

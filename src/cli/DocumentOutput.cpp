@@ -70,11 +70,8 @@ int printPages(CommandContext& context, const char* command, const documents::Pa
     if (!pdf.isEmpty()) {
         return printToPdf(context, command, job, title, pdf);
     }
-    QString fallback = QDir::current().absoluteFilePath(title + QStringLiteral(".pdf"));
-    for (int n = 1; QFileInfo::exists(fallback) && n < 1000; ++n) {
-        fallback = QDir::current().absoluteFilePath(QStringLiteral("%1-%2.pdf").arg(title).arg(n));
-    }
-    const documents::PrinterOutcome outcome = documents::printOnDefaultPrinter(job, fallback, title);
+    const documents::PrinterOutcome outcome
+        = documents::printOnDefaultPrinter(job, documents::outputPdfPath(title), title);
     if (!outcome.ok) {
         context.err << "pvardo-admin " << command << ": " << outcome.error << Qt::endl;
         return ExitCode::Failed;

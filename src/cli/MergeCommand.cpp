@@ -1,4 +1,4 @@
-// pvardo-admin --home DIR merge TEMPLATE.rtf --case NUMBER [--pdf OUT.pdf | --rtf OUT.rtf]:
+// pvardo-admin --home DIR merge TEMPLATE.rtf --case NUMBER [--to PARTY] [--pdf OUT.pdf | --rtf OUT.rtf]:
 // merges a letter template for one case of the installation, as the case
 // screen's print command does, and prints it, or writes the merged letter.
 #include "cases/CaseLetters.h"
@@ -6,6 +6,7 @@
 #include "cli/DocumentOutput.h"
 #include "common/Session.h"
 #include "common/TextFiles.h"
+#include "documents/FormDefinitions.h"
 #include "documents/Merge.h"
 #include "documents/PrintRichText.h"
 #include "documents/PrintState.h"
@@ -23,9 +24,12 @@ namespace pvardo::cli {
 
 namespace {
 
-const char* const usage = "usage: pvardo-admin --home DIR merge TEMPLATE.rtf --case NUMBER [--pdf OUT.pdf | --rtf OUT.rtf]\n"
+const char* const usage = "usage: pvardo-admin --home DIR merge TEMPLATE.rtf --case NUMBER [--to PARTY] [--pdf OUT.pdf | --rtf OUT.rtf]\n"
                           "  TEMPLATE.rtf     a letter template; a bare name is looked for in the forms folder\n"
                           "  --case NUMBER    the case whose data fills the letter\n"
+                          "  --to PARTY       whom %nm, %ad and %zp address: contact (the default, as for the\n"
+                          "                   office's letters), applicant (the default for pbappd.rtf, the\n"
+                          "                   detail page) or owner\n"
                           "  --pdf OUT.pdf    print the letter to a PDF file instead of the default printer\n"
                           "  --rtf OUT.rtf    write the merged letter as RTF";
 
@@ -37,6 +41,28 @@ QString formsFolderOf(const Session& state)
         return databases.filePath(QStringLiteral("forms"));
     }
     return QDir(state.ProgramFolder).filePath(QStringLiteral("forms"));
+}
+
+// The parties a case's letter can go to: the name and address columns of each.
+struct Party {
+    const char* word;
+    const char* nameColumn;
+    const char* addressColumn;
+};
+constexpr Party parties[] = {
+    {"contact", "PBCONTACTNAME1", "PBCONTACTADDR1"},
+    {"applicant", "PBAPPNAME1", "PBAPPADDR1"},
+    {"owner", "PBOWNRNAME1", "PBOWNRADDR1"},
+};
+
+const Party* partyNamed(const QString& word)
+{
+    for (const Party& party : parties) {
+        if (word.compare(QLatin1String(party.word), Qt::CaseInsensitive) == 0) {
+            return &party;
+        }
+    }
+    return nullptr;
 }
 
 QString templatePath(const QString& name, const QString& formsFolder)
@@ -53,6 +79,7 @@ int runMerge(CommandContext& context)
     QString caseNumber;
     QString pdf;
     QString rtf;
+    QString to;
     const QStringList& args = context.args;
     for (qsizetype i = 0; i < args.size(); ++i) {
         const QString& arg = args.at(i);
@@ -62,6 +89,13 @@ int runMerge(CommandContext& context)
             pdf = args.at(++i);
         } else if (arg == QLatin1String("--rtf") && i + 1 < args.size()) {
             rtf = args.at(++i);
+        } else if (arg == QLatin1String("--to") && i + 1 < args.size()) {
+            to = args.at(++i).trimmed();
+            if (!partyNamed(to)) {
+                context.err << "pvardo-admin merge: --to takes contact, applicant or owner, not " << to << '\n'
+                            << usage << Qt::endl;
+                return ExitCode::BadUsage;
+            }
         } else if (!arg.startsWith(QLatin1Char('-')) && input.isEmpty()) {
             input = arg;
         } else {
@@ -108,13 +142,28 @@ int runMerge(CommandContext& context)
     }
 
     const QString path = templatePath(input, state.FormsFolder);
+    // The detail page goes to the applicant and loses its empty lines, as
+    // from the case screen; every other letter goes to the contact.
+    const bool detailPage = QFileInfo(path).fileName().compare(cases::caseDetailTemplate(), Qt::CaseInsensitive) == 0;
+    const Party& party = *partyNamed(!to.isEmpty() ? to : detailPage ? QStringLiteral("applicant") : QStringLiteral("contact"));
+    state.CurrentCase = row->text(QStringLiteral("PBCASE")).trimmed();
     documents::registerPlugVars(documents::ScreenCodes::Case, [&row](QTextDocument& buffer) {
         cases::plugCaseValues(buffer, *row, cases::caseFixedWords(*row));
     });
     QTextDocument letter;
-    const documents::FormLoad load
-        = documents::mergeTemplate(letter, path, documents::ScreenCodes::Case, cases::caseContact(*row));
+    const documents::FormLoad load = documents::mergeTemplate(
+        letter, path, documents::ScreenCodes::Case,
+        documents::SplitAddress(row->text(QLatin1String(party.nameColumn)),
+                                row->text(QLatin1String(party.addressColumn))),
+        QLatin1String(party.word), detailPage ? documents::EmptyLines::DropEmpty : documents::EmptyLines::Keep);
     documents::unregisterPlugVars(documents::ScreenCodes::Case);
+    if (load.noAddressee) {
+        context.err << "pvardo-admin merge: " << QDir::toNativeSeparators(path) << " is addressed to the "
+                    << party.word << " (%nm, %ad, %zp), and case " << caseNumber << " has no " << party.word
+                    << " name (" << party.nameColumn << " is empty). Fill it in, or address the letter to "
+                    << "another party with --to contact|applicant|owner. Nothing was written." << Qt::endl;
+        return ExitCode::Failed;
+    }
     if (!load.ok) {
         context.err << "pvardo-admin merge: " << QDir::toNativeSeparators(path)
                     << " cannot be read as a letter template (missing, unreadable or not RTF)" << Qt::endl;
@@ -143,13 +192,22 @@ int runMerge(CommandContext& context)
     settings.bottomMargin = print.bottomMargin;
     settings.pageCounter = &print.pageCounter;
     settings.expandPrintTokens = [](QTextDocument& document) { documents::ExpandPrintTokens(document); };
-    const QString title = QFileInfo(path).completeBaseName() + QLatin1Char(' ') + caseNumber;
+    // Named as on the case screen: the caption the office gave the letter.
+    QString caption = detailPage ? QStringLiteral("Application Detail") : QFileInfo(path).completeBaseName();
+    const documents::FormDefinitions letters = documents::readFormDefinitions(
+        QDir(state.FormsFolder).filePath(documents::customFileName(documents::ScreenCodes::Case)));
+    for (const documents::FormEntry& entry : letters.entries) {
+        if (QFileInfo(QString(entry.fileName).replace(QLatin1Char('\\'), QLatin1Char('/'))).fileName().compare(QFileInfo(path).fileName(), Qt::CaseInsensitive) == 0) {
+            caption = entry.caption;
+        }
+    }
+    const QString title = caption + QLatin1Char(' ') + state.CurrentCase;
 
     return printDocument(context, "merge", letter, settings, title, pdf);
 }
 
 const CommandRegistration registration{
-    {"merge", "merge TEMPLATE.rtf --case NUMBER [--pdf OUT.pdf | --rtf OUT.rtf]",
+    {"merge", "merge TEMPLATE.rtf --case NUMBER [--to PARTY] [--pdf OUT.pdf | --rtf OUT.rtf]",
      "merge a letter template for a case and print it, or write the merged RTF", true, &runMerge}};
 
 } // namespace

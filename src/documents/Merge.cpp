@@ -14,6 +14,8 @@
 #include <QHash>
 #include <QImage>
 #include <QLocale>
+#include <QRegularExpression>
+#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
@@ -382,15 +384,102 @@ FormLoad loadFormFile(QTextDocument& buffer, const QString& path, int screenCode
     return load;
 }
 
-FormLoad mergeTemplate(QTextDocument& buffer, const QString& path, int screenCode, const Addressee& addressee)
+namespace {
+
+// What a line of a template says without its placeholders.
+class LineWithPlaceholders : public QTextBlockUserData
+{
+public:
+    explicit LineWithPlaceholders(QString withoutPlaceholders)
+        : words(std::move(withoutPlaceholders))
+    {
+    }
+    QString words;
+};
+
+const QRegularExpression& placeholderPattern()
+{
+    static const QRegularExpression pattern(QStringLiteral("%[$@&~]?[A-Za-z][A-Za-z0-9]*|##"));
+    return pattern;
+}
+
+void markLinesWithPlaceholders(QTextDocument& buffer)
+{
+    for (QTextBlock block = buffer.begin(); block.isValid(); block = block.next()) {
+        const QString text = block.text();
+        if (!text.contains(placeholderPattern())) {
+            continue;
+        }
+        block.setUserData(new LineWithPlaceholders(QString(text).remove(placeholderPattern()).simplified()));
+    }
+}
+
+void dropLinesLeftEmpty(QTextDocument& buffer)
+{
+    QTextBlock block = buffer.begin();
+    while (block.isValid()) {
+        const QTextBlock next = block.next();
+        const auto* mark = dynamic_cast<const LineWithPlaceholders*>(block.userData());
+        if (mark && block.text().simplified() == mark->words && next.isValid()) {
+            QTextCursor line(block);
+            line.movePosition(QTextCursor::NextBlock, QTextCursor::KeepAnchor);
+            line.removeSelectedText();
+        } else if (mark && block.text().simplified() == mark->words) {
+            // The last line: its text goes, the document's end stays.
+            QTextCursor line(block);
+            line.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+            line.removeSelectedText();
+        }
+        block = next;
+    }
+}
+
+} // namespace
+
+bool namesAddressee(const QTextDocument& buffer)
+{
+    for (const char* token : {"%nm", "%ad", "%zp"}) {
+        if (!buffer.find(QString::fromLatin1(token)).isNull()) {
+            return true;
+        }
+    }
+    return false;
+}
+
+QString noAddresseeMessage(const QString& caseNumber, const QString& party)
+{
+    const QString which = caseNumber.trimmed().isEmpty() ? QStringLiteral("this case")
+                                                          : QStringLiteral("case ") + caseNumber.trimmed();
+    return QStringLiteral("This letter is addressed to the %1 of the case, and %2 has no %1 name.\n"
+                          "Fill in the %1 of the case, then print the letter again.")
+        .arg(party, which);
+}
+
+FormLoad mergeTemplate(QTextDocument& buffer, const QString& path, int screenCode, const Addressee& addressee,
+                       const QString& party, EmptyLines lines)
 {
     FormLoad load = loadFormFile(buffer, path, screenCode);
     if (!load.ok) {
         return load;
     }
+    // "Dear :" on a letter with no address would go out unseen: the letter is
+    // not made.
+    if (addressee.name.trimmed().isEmpty() && namesAddressee(buffer)) {
+        buffer.clear();
+        load.ok = false;
+        load.noAddressee = true;
+        load.message = noAddresseeMessage(session().CurrentCase, party);
+        return load;
+    }
+    if (lines == EmptyLines::DropEmpty) {
+        markLinesWithPlaceholders(buffer);
+    }
     printState().addressee = addressee;
     runPlugVars(screenCode, buffer);
     printState().reportHeading.clear();
+    if (lines == EmptyLines::DropEmpty) {
+        dropLinesLeftEmpty(buffer);
+    }
     return load;
 }
 
@@ -401,7 +490,8 @@ FormLoad mergeFormFile(QTextDocument& buffer, const QString& fileName, int scree
     if (letterContact()) {
         std::tie(name, address) = letterContact()();
     }
-    return mergeTemplate(buffer, formsPath(fileName), screenCode, SplitAddress(name, address));
+    return mergeTemplate(buffer, formsPath(fileName), screenCode, SplitAddress(name, address),
+                         QStringLiteral("contact"));
 }
 
 QByteArray defaultLabelRtf()

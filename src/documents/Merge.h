@@ -109,7 +109,18 @@ struct FormLoad {
     bool ok = false;
     QString path;
     QString message; // the message for the user when not ok
+    // The template names its addressee ("%nm", "%ad", "%zp") and the party it
+    // goes to has no name: no letter was made.
+    bool noAddressee = false;
 };
+
+// True when the text of `buffer` holds "%nm", "%ad" or "%zp", in any case.
+bool namesAddressee(const QTextDocument& buffer);
+
+// The message when a letter that names its addressee goes to a party without
+// a name: `party` is the word for it ("contact", "applicant").
+QString noAddresseeMessage(const QString& caseNumber, const QString& party);
+inline QString noAddresseeTitle() { return QStringLiteral(" No Addressee"); }
 
 // Loads `path` into `buffer`, replacing what it held.
 FormLoad loadFormFile(QTextDocument& buffer, const QString& path, int screenCode);
@@ -117,11 +128,19 @@ FormLoad loadFormFile(QTextDocument& buffer, const QString& path, int screenCode
 // The merge of a custom letter: loads `fileName` (relative to the forms
 // folder) into `buffer`, addresses it to the case's contact and runs the
 // PlugVars of `screenCode`, then of the case; the report heading is cleared.
+// A letter that names its addressee is not made for a case without a
+// contact (noAddressee).
 FormLoad mergeFormFile(QTextDocument& buffer, const QString& fileName, int screenCode);
 
 // The same with a template of the caller's and a given addressee, as the
-// detail pages take the applicant.
-FormLoad mergeTemplate(QTextDocument& buffer, const QString& path, int screenCode, const Addressee& addressee);
+// detail pages take the applicant; `party` names the addressee's role in the
+// message when it has no name.
+// A detail page (`lines` DropEmpty) loses each line whose placeholders all
+// came out empty, label and all, so that a case without an agent prints no
+// "Agent" line with nothing behind it.
+enum class EmptyLines { Keep, DropEmpty };
+FormLoad mergeTemplate(QTextDocument& buffer, const QString& path, int screenCode, const Addressee& addressee,
+                       const QString& party = QStringLiteral("addressee"), EmptyLines lines = EmptyLines::Keep);
 
 // The label and notice template of the print state's template name, loaded
 // from the program folder's "labels" ("lab..." names) or "forms" folder.

@@ -11,6 +11,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QFile>
+#include <QMenu>
 #include <QTemporaryDir>
 #include <QTextDocument>
 #include <QTest>
@@ -200,6 +201,104 @@ TEST_F(CaseLetters, labelForMailingGoesToTheOwnerFromTheCellPicked)
     }
     EXPECT_NEAR(olive.left(), (0.2 + 2.63 + 0.125) * 72, 72.0 / 32);
     EXPECT_NEAR(olive.top(), (0.6 + 2) * 72, 72.0 / 32);
+}
+
+TEST_F(CaseLetters, theOfficesLettersAreOfferedByThePrintButtonAndTheReportsMenu)
+{
+    shipTemplate(q("pbappd.rtf"));
+    shipTemplate(q("hearing.rtf"), q("demo"));
+    shipTemplate(q("0custom.txt"), q("demo"));
+    open();
+    // The Print button now asks, on the detail page.
+    auto opened = std::make_shared<QString>();
+    auto offered = std::make_shared<QStringList>();
+    auto answer = [this, opened, offered](const QString& pick) {
+        prompts().onDialog(q("PrintFrm"), [=](QDialog& dialog) {
+            auto* types = dialog.findChild<QComboBox*>(q("Combo2"));
+            *opened = types->currentText();
+            offered->clear();
+            for (int i = 0; i < types->count(); ++i) {
+                *offered << types->itemText(i);
+            }
+            if (!pick.isEmpty()) {
+                types->setCurrentIndex(types->findText(pick));
+            }
+            dialog.findChild<QPushButton*>(q("iPrint"))->click();
+            return dialog.result();
+        });
+    };
+    answer(q("Notice of Public Hearing"));
+    click("iPrint");
+    EXPECT_EQ(*opened, q("Application Detail"));
+    EXPECT_TRUE(offered->contains(q("Incomplete Application")));
+    EXPECT_TRUE(report().contains(q("Dear Carl Contact:"))) << report().toStdString();
+
+    // The Reports menu lists each letter, and the print dialog opens on it.
+    auto* reports = find<QMenu>("mnuReports");
+    emit reports->aboutToShow();
+    auto* letter = find<QAction>("customLetter2");
+    ASSERT_TRUE(letter);
+    EXPECT_EQ(letter->text(), q("Incomplete Application"));
+    auto* hearing = find<QAction>("customLetter1");
+    answer(QString());
+    hearing->trigger();
+    EXPECT_EQ(*opened, q("Notice of Public Hearing"));
+    EXPECT_TRUE(report().contains(q("public hearing")));
+    // The list is read again when the office changes it.
+    ASSERT_TRUE(replaceFile(session().FormsFolder + q("/0custom.txt"), QByteArray("1\nHearing notice\nhearing.rtf\n")));
+    emit reports->aboutToShow();
+    EXPECT_EQ(find<QAction>("customLetter1")->text(), q("Hearing notice"));
+    EXPECT_EQ(screen->findChild<QAction*>(q("customLetter2")), nullptr);
+    answer(q("Application Detail"));
+    find<QAction>("rptprint")->trigger();
+    EXPECT_TRUE(report().contains(q("APPLICATION DETAIL")));
+}
+
+TEST_F(CaseLetters, aLetterToACaseWithoutAContactIsNotMade)
+{
+    shipTemplate(q("hearing.rtf"), q("demo"));
+    shipTemplate(q("0custom.txt"), q("demo"));
+    seedCase(q("24-018"), {{q("PBAPPNAME1"), q("Ann Applicant")}, {q("PBAPPADDR1"), q("1 Elm Rd, Elmford")}});
+    open();
+    click("IMoveNext");
+    ASSERT_EQ(text(1), q("24-018"));
+    choose(q("Notice of Public Hearing"));
+    EXPECT_FALSE(documents::Editor::instance().isVisible());
+    EXPECT_EQ(lastTitle(), q(" No Addressee"));
+    EXPECT_TRUE(lastText().contains(q("case 24-018 has no contact name"))) << lastText().toStdString();
+    EXPECT_FALSE(report().contains(q("Dear")));
+    EXPECT_FALSE(ui::TaskFrm::isOpen());
+}
+
+TEST_F(CaseLetters, theDetailPageLeavesOutWhatTheCaseDoesNotHold)
+{
+    shipTemplate(q("pbappd.rtf"));
+    open();
+    click("iPrint");
+    const QString text = report();
+    EXPECT_TRUE(text.contains(q("Applicant\tAnn Applicant"))) << text.toStdString();
+    EXPECT_TRUE(text.contains(q("Contact\tCarl Contact")));
+    EXPECT_TRUE(text.contains(q("Estimated cost\t$250,000.00")));
+    // No agent, no owner, no setbacks, no telephone: not a line of them.
+    for (const char* gone : {"Agent", "Owner", "setback", "Tel.", "Value"}) {
+        EXPECT_FALSE(text.contains(q(gone))) << gone << "\n" << text.toStdString();
+    }
+    for (const QString& line : text.split(QLatin1Char('\n'))) {
+        EXPECT_FALSE(line.endsWith(q("\t"))) << line.toStdString();
+    }
+
+    // Without a printer the pages go to a file named after the report and the
+    // case, and a second print keeps the first.
+    if (!documents::defaultPrinterName().isEmpty()) {
+        GTEST_SKIP() << "a printer is set up on this machine";
+    }
+    documents::Editor& editor = documents::Editor::instance();
+    editor.findChild<QPushButton*>(q("iPrint"))->click();
+    EXPECT_EQ(editor.lastPdf(), pdfFolder.filePath(q("Application Detail 24-017.pdf")));
+    EXPECT_TRUE(lastText().contains(QDir::toNativeSeparators(editor.lastPdf()))) << lastText().toStdString();
+    editor.findChild<QPushButton*>(q("iPrint"))->click();
+    EXPECT_EQ(editor.lastPdf(), pdfFolder.filePath(q("Application Detail 24-017 (2).pdf")));
+    EXPECT_TRUE(QFile::exists(pdfFolder.filePath(q("Application Detail 24-017.pdf"))));
 }
 
 // Draws the print dialog, the report window with a merged letter and the

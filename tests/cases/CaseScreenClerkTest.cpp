@@ -468,3 +468,53 @@ TEST_F(CaseClerkTest, TheCommandsStayInPlaceAndAFailedSearchKeepsTheScreen)
     EXPECT_EQ(label("recpos"), q("Record 1 of 2"));
     EXPECT_EQ(screen->mode(), RecordMode::Browse);
 }
+
+TEST_F(CaseClerkTest, TheCaseNumbersColourIsAlwaysThatOfTheCaseShown)
+{
+    seedParcel(q("2-0-0-1-1-0-0-0"), q("dog"), 1);
+    seedCase(q("12-200"), {{q("SEC"), q("2")}, {q("BLK"), q("1")}, {q("LOT"), q("1")}});
+    seedCase(q("12-201"), {{q("SEC"), q("9")}, {q("BLK"), q("9")}, {q("LOT"), q("9")}}); // no such parcel
+    open();
+    auto* number = find<QLineEdit>("Text1_1");
+    const QColor plain = QApplication::palette().color(QPalette::Base);
+    EXPECT_EQ(number->palette().color(QPalette::Base), QColor(255, 0, 0));
+    click("IMoveNext");
+    EXPECT_EQ(text(1), q("12-201"));
+    EXPECT_EQ(number->palette().color(QPalette::Base), plain);
+    EXPECT_TRUE(number->toolTip().contains(q("not in the parcel store"))) << number->toolTip().toStdString();
+    click("IMovePrev");
+    EXPECT_EQ(number->palette().color(QPalette::Base), QColor(255, 0, 0));
+    // A jump to the end as well.
+    click("IMoveLast");
+    EXPECT_EQ(number->palette().color(QPalette::Base), plain);
+}
+
+TEST_F(CaseClerkTest, AClerkWhoMayOnlyReadSeesReadOnlyInputsUntilASearch)
+{
+    seedCase(q("12-200"), {{q("PBLOCN1"), q("10 Main St")}});
+    session().UserLevel = q("USER");
+    session().ReadOnlyUser = true;
+    open();
+    screen->show();
+    const QColor window = QApplication::palette().color(QPalette::Window);
+    const QColor editable = QApplication::palette().color(QPalette::Base);
+    for (const char* name : {"Text1_1", "Text1_7", "Text1_12"}) {
+        auto* input = find<QLineEdit>(name);
+        EXPECT_TRUE(input->isReadOnly()) << name;
+        EXPECT_EQ(input->palette().color(QPalette::Base), window) << name;
+    }
+    EXPECT_EQ(find<QWidget>("DTPicker3")->palette().color(QPalette::Base), window);
+    // A search is typed: the inputs look as open as they are.
+    click("ILocate");
+    EXPECT_FALSE(find<QLineEdit>("Text1_7")->isReadOnly());
+    EXPECT_EQ(find<QLineEdit>("Text1_7")->palette().color(QPalette::Base), editable);
+    click("ICancel");
+    EXPECT_EQ(find<QLineEdit>("Text1_7")->palette().color(QPalette::Base), window);
+
+    // Everybody else reads and edits on the usual white.
+    screen.reset();
+    session().UserLevel = q("MEMBER");
+    session().ReadOnlyUser = false;
+    open();
+    EXPECT_EQ(find<QLineEdit>("Text1_7")->palette().color(QPalette::Base), editable);
+}

@@ -130,3 +130,63 @@ TEST_F(MergeCommand, refusesWhatItCannotMerge)
 
     EXPECT_EQ(merge({q("pbappd.rtf")}).code, 2); // no case named
 }
+
+TEST_F(MergeCommand, theDemonstrationsLettersFindTheirAddresseeOnEveryCase)
+{
+    store::StoreStatus status;
+    auto rows = store::openRecordsetAt(home + q("/databases/pbproj.db"), q("Select * from PBPROJ"), &status);
+    ASSERT_TRUE(rows);
+    int cases = 0;
+    for (; !rows->Eof(); rows->MoveNext(), ++cases) {
+        EXPECT_FALSE(rows->text(q("PBCONTACTNAME1")).trimmed().isEmpty()) << rows->text(q("PBCASE")).toStdString();
+        EXPECT_TRUE(rows->text(q("PBCONTACTADDR1")).contains(q(","))) << rows->text(q("PBCASE")).toStdString();
+    }
+    EXPECT_GT(cases, 0);
+}
+
+TEST_F(MergeCommand, aLetterToAPartyWithoutANameIsRefusedAndAnotherPartyCanBeChosen)
+{
+    QTemporaryDir other;
+    const QString office = other.filePath(q("office"));
+    ASSERT_EQ(runAdmin({q("--home"), office, q("init")}).code, 0);
+    ASSERT_TRUE(QFile::copy(home + q("/forms/hearing.rtf"), office + q("/forms/hearing.rtf")));
+    {
+        store::StoreStatus status;
+        auto rows = store::openRecordsetAt(office + q("/databases/pbproj.db"), q("Select * from PBPROJ"), &status);
+        ASSERT_TRUE(rows);
+        rows->AddNew();
+        rows->setValue(q("PBCASE"), q("26-201"));
+        rows->setValue(q("PBAPPNAME1"), q("Ann Applicant"));
+        rows->setValue(q("PBAPPADDR1"), q("1 Elm Rd, Elmford NY 12000"));
+        ASSERT_TRUE(rows->Update().ok());
+    }
+    auto mergeAt = [&](const QStringList& words) { return runAdmin(QStringList{q("--home"), office, q("merge")} + words); };
+
+    // The office's letter goes to the contact, and this case has none.
+    const QString pdf = other.filePath(q("hearing.pdf"));
+    AdminRun run = mergeAt({q("hearing.rtf"), q("--case"), q("26-201"), q("--pdf"), pdf});
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(run.err.contains(q("has no contact name"))) << run.err.toStdString();
+    EXPECT_TRUE(run.err.contains(q("--to"))) << run.err.toStdString();
+    EXPECT_FALSE(QFile::exists(pdf));
+    run = mergeAt({q("hearing.rtf"), q("--case"), q("26-201"), q("--to"), q("owner"), q("--rtf"), other.filePath(q("x.rtf"))});
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(run.err.contains(q("has no owner name"))) << run.err.toStdString();
+    EXPECT_EQ(mergeAt({q("hearing.rtf"), q("--case"), q("26-201"), q("--to"), q("neighbour")}).code, 2);
+
+    run = mergeAt({q("hearing.rtf"), q("--case"), q("26-201"), q("--to"), q("applicant"), q("--pdf"), pdf});
+    ASSERT_EQ(run.code, 0) << run.err.toStdString();
+    const QStringList pages = test::pdfPageTexts(pdf);
+    ASSERT_EQ(pages.size(), 1);
+    EXPECT_TRUE(pages.first().contains(q("Dear Ann Applicant:"))) << pages.first().toStdString();
+    EXPECT_TRUE(pages.first().contains(q("Elmford NY 12000")));
+
+    // The detail page names nobody by %nm: it prints, without the lines of
+    // the parties the case lacks.
+    run = mergeAt({q("pbappd.rtf"), q("--case"), q("26-201"), q("--pdf"), pdf});
+    ASSERT_EQ(run.code, 0) << run.err.toStdString();
+    const QString detail = test::pdfPageTexts(pdf).join(q("\n"));
+    EXPECT_TRUE(detail.contains(q("Ann Applicant")));
+    EXPECT_FALSE(detail.contains(q("Agent"))) << detail.toStdString();
+    EXPECT_FALSE(detail.contains(q("setback"))) << detail.toStdString();
+}

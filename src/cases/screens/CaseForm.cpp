@@ -9,6 +9,7 @@
 #include "ui/DateInput.h"
 #include "ui/RecordMode.h"
 
+#include <QApplication>
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
@@ -308,6 +309,33 @@ void CaseForm::setLocked(bool locked)
     ui::setInputLocked(m_date, locked);
     for (QWidget* input : std::as_const(m_lockables)) {
         ui::setInputLocked(input, locked);
+    }
+}
+
+QPalette CaseForm::plainPalette() const
+{
+    QPalette palette = QApplication::palette();
+    if (m_readOnlyLook) {
+        palette.setColor(QPalette::Base, palette.color(QPalette::Window));
+    }
+    return palette;
+}
+
+void CaseForm::setReadOnlyLook(bool readOnly)
+{
+    if (readOnly == m_readOnlyLook) {
+        return;
+    }
+    const QColor before = plainPalette().color(QPalette::Base);
+    m_readOnlyLook = readOnly;
+    const QPalette plain = plainPalette();
+    QList<QWidget*> inputs = m_boxes.values();
+    inputs << m_date;
+    for (QWidget* input : std::as_const(inputs)) {
+        // A colour of its own (the parcel's flags on the case number) stays.
+        if (input && input->palette().color(QPalette::Base) == before) {
+            input->setPalette(plain);
+        }
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include <QMap>
 #include <QObject>
+#include <QPalette>
 #include <QString>
 
 class QCheckBox;
@@ -73,6 +74,12 @@ public:
     void setLocked(bool locked);
     // Leaves the filing date empty (a row that cannot be read has none).
     void blankFileDate();
+    // Gives the text inputs and the filing date the window's colour, so that
+    // a clerk who may only read sees at once that nothing can be typed.
+    void setReadOnlyLook(bool readOnly);
+    // The palette a text input has when nothing marks it: the program's, or
+    // the read-only one.
+    QPalette plainPalette() const;
 
     // The inputs the record's rules read.
     CaseInputs inputs() const;
@@ -108,6 +115,7 @@ private:
     QLabel* m_void = nullptr;
     QList<QWidget*> m_lockables;
     bool m_filling = false;
+    bool m_readOnlyLook = false;
 };
 
 } // namespace pvardo::cases

@@ -237,17 +237,45 @@ void ZPermits::printApplicationDetail()
     }
     documents::mergeAndShow(QDir(session().FormsFolder).filePath(caseDetailTemplate()), CaseScreenCode,
                             documents::SplitAddress(boxOfColumn(QStringLiteral("PBAPPNAME1")),
-                                                    boxOfColumn(QStringLiteral("PBAPPADDR1"))));
+                                                    boxOfColumn(QStringLiteral("PBAPPADDR1"))),
+                            QStringLiteral("applicant"), QStringLiteral("Application Detail"),
+                            documents::EmptyLines::DropEmpty);
 }
 
-void ZPermits::doprint()
+namespace {
+
+const QStringList& caseReportTypes()
+{
+    static const QStringList types{QStringLiteral("Application Detail"), QStringLiteral("Label for Mailing")};
+    return types;
+}
+
+// The captions of the letters of 0custom.txt that the print dialog offers.
+QStringList officeLetters(int screenCode)
+{
+    const documents::FormDefinitions custom = documents::readFormDefinitions(
+        QDir(session().FormsFolder).filePath(documents::customFileName(screenCode)));
+    return documents::makeReportList(caseReportTypes(), custom.entries).mid(caseReportTypes().size());
+}
+
+} // namespace
+
+void ZPermits::printCurrentProject()
+{
+    if (officeLetters(CaseScreenCode).isEmpty()) {
+        printApplicationDetail();
+    } else {
+        doprint(QStringLiteral("Application Detail"));
+    }
+}
+
+void ZPermits::doprint(const QString& preselected)
 {
     if (!hasRow() || rowUnreadable()) {
         return;
     }
     session().ScreenCode = CaseScreenCode;
-    const documents::PrintChoice choice = documents::doprint(
-        CaseScreenCode, {QStringLiteral("Application Detail"), QStringLiteral("Label for Mailing")}, this);
+    const documents::PrintChoice choice = documents::doprint(CaseScreenCode, caseReportTypes(), this, preselected);
     if (!choice.chosen || !choice.customFile.isEmpty()) {
         return;
     }
@@ -260,6 +288,27 @@ void ZPermits::doprint()
         documents::printMailingLabels({documents::SplitAddress(boxOfColumn(QStringLiteral("PBOWNRNAME1")),
                                                                boxOfColumn(QStringLiteral("PBOWNRADDR1")))},
                                       this);
+    }
+}
+
+void ZPermits::refreshLetterEntries()
+{
+    for (QAction* entry : std::as_const(m_letterEntries)) {
+        m_reportsMenu->removeAction(entry);
+        delete entry;
+    }
+    m_letterEntries.clear();
+    const QStringList letters = officeLetters(CaseScreenCode);
+    if (letters.isEmpty()) {
+        return;
+    }
+    m_letterEntries << m_reportsMenu->addSeparator();
+    for (qsizetype i = 0; i < letters.size(); ++i) {
+        const QString caption = letters.at(i);
+        QAction* entry = m_reportsMenu->addAction(caption);
+        entry->setObjectName(QStringLiteral("customLetter%1").arg(i + 1));
+        connect(entry, &QAction::triggered, this, [this, caption] { doprint(caption); });
+        m_letterEntries << entry;
     }
 }
 
@@ -346,7 +395,7 @@ void ZPermits::buildCommands(QWidget* bar)
         {"iReset", "Reset", " Reread the entire database", &ZPermits::iReset},
         {"iNote", "Notes", " Notepad", &ZPermits::iNote},
         {"recinfod", "Info", " Record Info ", &ZPermits::recinfod},
-        {"iPrint", "Print", " Print Current Project", &ZPermits::printApplicationDetail},
+        {"iPrint", "Print", " Print Current Project", &ZPermits::printCurrentProject},
         {"IDoc", "Docs", " Documents ", nullptr},
         {"IPic", "Pictures", " Pictures ", nullptr},
         {"mexit", "Exit", " Exit", nullptr},
@@ -397,7 +446,7 @@ void ZPermits::buildMenus()
     voiding->setToolTip(caseDeleteHint());
     m_fileMenu->setToolTipsVisible(true);
     connect(voiding, &QAction::triggered, this, &ZPermits::voidRecord);
-    connect(addAction(m_fileMenu, "doprint", "&Print.."), &QAction::triggered, this, &ZPermits::doprint);
+    connect(addAction(m_fileMenu, "doprint", "&Print.."), &QAction::triggered, this, [this] { doprint(); });
     // The money receipt opens through the same opener as the sub-record screens.
     connect(addAction(m_fileMenu, "printreceipt", "Print Receipt"), &QAction::triggered, this, [this] {
         if (m_opener) {
@@ -421,6 +470,13 @@ void ZPermits::buildMenus()
         const QString name = report->text();
         connect(report, &QAction::triggered, this, [name] { ui::showNotAvailable(name); });
     }
+    // One case: its detail page and the office's letters, as from the Print
+    // button.
+    m_reportsMenu->addSeparator();
+    connect(addAction(m_reportsMenu, "rptprint", "&Print Current Project.."), &QAction::triggered, this,
+        [this] { doprint(); });
+    connect(m_reportsMenu, &QMenu::aboutToShow, this, &ZPermits::refreshLetterEntries);
+    refreshLetterEntries();
 
     m_helpMenu = menuBar()->addMenu(QStringLiteral("&Help"));
     m_helpMenu->setObjectName(QStringLiteral("mnuHelp"));
@@ -674,11 +730,18 @@ void ZPermits::redrawPosition()
 void ZPermits::showParcelFlags()
 {
     auto* number = qobject_cast<QLineEdit*>(m_form->box(CaseNumberBox));
-    const auto flag = ParcelFlag::of(parcels::mdb(), parcels::mdb().MakeSBL(m_form->inputs().sbl));
-    if (!flag || !number) {
-        return; // the colours stay
+    if (!number) {
+        return;
     }
-    QPalette palette = number->palette();
+    const auto flag = ParcelFlag::of(parcels::mdb(), parcels::mdb().MakeSBL(m_form->inputs().sbl));
+    QPalette palette = m_form->plainPalette();
+    if (!flag) {
+        // Nothing of the case shown before may stay: its parcel's colour
+        // would be read as this one's.
+        number->setPalette(palette);
+        number->setToolTip(ParcelFlag::notInStoreTip());
+        return;
+    }
     palette.setColor(QPalette::Base,
         flag->colour.isValid() ? flag->colour : QApplication::palette().color(QPalette::Button));
     number->setPalette(palette);
@@ -699,6 +762,8 @@ void ZPermits::enterMode(RecordMode mode)
 void ZPermits::lock(bool locked)
 {
     m_form->setLocked(locked);
+    // Locked inputs of a clerk who may only read never open: they look it.
+    m_form->setReadOnlyLook(locked && session().ReadOnlyUser);
 }
 
 void ZPermits::rememberBookmark()
@@ -740,6 +805,7 @@ void ZPermits::applyUserRights()
         }
     }
     m_commands.apply(m_mode);
+    m_form->setReadOnlyLook(readOnly && (m_mode == RecordMode::Browse || m_mode == RecordMode::Empty));
     redrawPosition();
 }
 
@@ -793,7 +859,7 @@ void ZPermits::INew()
     m_form->clear();
     m_caseTab->resetCopies();
     if (auto* number = qobject_cast<QLineEdit*>(m_form->box(CaseNumberBox))) {
-        number->setPalette(QApplication::palette());
+        number->setPalette(m_form->plainPalette());
         number->setToolTip(ParcelFlag::caseNumberTip());
     }
     enterMode(RecordMode::New);

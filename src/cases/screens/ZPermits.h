@@ -71,8 +71,12 @@ public:
     void voidRecord(); // the File menu's "&Void Record"
     // Prints the case shown: its detail page, addressed to the applicant.
     void printApplicationDetail();
-    // The File menu's "&Print..": the detail page or a letter of 0custom.txt.
-    void doprint();
+    // The File menu's "&Print..": the detail page or a letter of 0custom.txt;
+    // `preselected` is the caption the print dialog opens on.
+    void doprint(const QString& preselected = QString());
+    // The Print button: the detail page at once, or, when the office keeps
+    // letters of its own in 0custom.txt, the print dialog that offers them.
+    void printCurrentProject();
     void moveFirst();
     void movePrevious();
     void moveNext();
@@ -116,6 +120,9 @@ private:
     void buildCommands(QWidget* bar);
     QWidget* buildLeftPane();
     void buildMenus();
+    // The Reports menu's entries for the letters of 0custom.txt, read again
+    // each time the menu opens.
+    void refreshLetterEntries();
     void buildKeys();
     ui::XPButton* addButton(
         const QString& name, const QString& caption, const QString& toolTip, QWidget* parent);
@@ -178,6 +185,7 @@ private:
     QHash<QString, QAction*> m_actions;
     QMenu* m_fileMenu = nullptr;
     QMenu* m_reportsMenu = nullptr;
+    QList<QAction*> m_letterEntries;
     QMenu* m_helpMenu = nullptr;
 };
 

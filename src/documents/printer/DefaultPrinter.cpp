@@ -1,12 +1,43 @@
 #include "documents/printer/DefaultPrinter.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QPageSize>
 #include <QPdfWriter>
 #include <QPrinter>
 #include <QPrinterInfo>
+#include <QStandardPaths>
 #include <QTextDocument>
 
 namespace pvardo::documents {
+
+QString outputPdfPath(const QString& title, const QString& folder)
+{
+    QString where = folder;
+    if (where.isEmpty()) {
+        where = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+        if (where.isEmpty() || !QDir().mkpath(where)) {
+            where = QDir::homePath();
+        }
+    }
+    QString name;
+    for (const QChar c : title.simplified()) {
+        name += c.isPrint() && !QStringLiteral("/\\:*?\"<>|").contains(c) ? c : QLatin1Char('-');
+    }
+    name = name.left(120).trimmed();
+    while (name.startsWith(QLatin1Char('.'))) {
+        name.remove(0, 1);
+    }
+    if (name.isEmpty()) {
+        name = QStringLiteral("Report");
+    }
+    const QDir dir(where);
+    QString path = dir.absoluteFilePath(name + QStringLiteral(".pdf"));
+    for (int n = 2; QFileInfo::exists(path) && n < 100000; ++n) {
+        path = dir.absoluteFilePath(QStringLiteral("%1 (%2).pdf").arg(name).arg(n));
+    }
+    return path;
+}
 
 QString defaultPrinterName()
 {

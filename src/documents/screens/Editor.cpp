@@ -19,7 +19,6 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLineEdit>
-#include <QStandardPaths>
 #include <QTextEdit>
 #include <QVBoxLayout>
 
@@ -31,23 +30,6 @@ QString& pdfFolder()
 {
     static QString folder;
     return folder;
-}
-
-QString freePdfPath(const QString& baseName = QStringLiteral("Report"))
-{
-    QString folder = pdfFolder();
-    if (folder.isEmpty()) {
-        folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    }
-    if (folder.isEmpty() || !QFileInfo(folder).isDir()) {
-        folder = QDir::tempPath();
-    }
-    const QDir dir(folder);
-    QString path = dir.absoluteFilePath(baseName + QStringLiteral(".pdf"));
-    for (int n = 1; QFileInfo::exists(path) && n < 10000; ++n) {
-        path = dir.absoluteFilePath(QStringLiteral("%1-%2.pdf").arg(baseName).arg(n));
-    }
-    return path;
 }
 
 QTextEdit* makeBuffer(const char* name, QWidget* parent)
@@ -136,6 +118,7 @@ void Editor::clearBuffers()
         edit->moveCursor(QTextCursor::Start);
     }
     m_followUp = nullptr;
+    m_title = QStringLiteral("Report");
 }
 
 void Editor::setOrigin(const QString& tag)
@@ -153,6 +136,11 @@ void Editor::showReport()
     activateWindow();
 }
 
+void Editor::setTitle(const QString& title)
+{
+    m_title = title.trimmed().isEmpty() ? QStringLiteral("Report") : title.trimmed();
+}
+
 void Editor::setPdfFolder(const QString& folder)
 {
     pdfFolder() = folder;
@@ -160,7 +148,7 @@ void Editor::setPdfFolder(const QString& folder)
 
 QString Editor::nextPdfPath()
 {
-    return freePdfPath();
+    return outputPdfPath(QStringLiteral("Report"), pdfFolder());
 }
 
 void Editor::iPrint()
@@ -236,7 +224,7 @@ void Editor::iPrint()
     settings.pageCounter = &state.pageCounter;
     settings.expandPrintTokens = [](QTextDocument& document) { ExpandPrintTokens(document); };
     const PrinterOutcome outcome
-        = printOnDefaultPrinter(ReportBuffer(), settings, freePdfPath(), QStringLiteral("Report"));
+        = printOnDefaultPrinter(ReportBuffer(), settings, unusedPdfPath(m_title), m_title);
     ui::TaskFrm::close();
     m_lastPdf = outcome.pdfPath;
     if (!outcome.ok) {
@@ -252,7 +240,7 @@ void Editor::iPrint()
 
 QString Editor::unusedPdfPath(const QString& baseName)
 {
-    return freePdfPath(baseName);
+    return outputPdfPath(baseName, pdfFolder());
 }
 
 void Editor::iPrint2File()

@@ -35,6 +35,12 @@ public:
     // parcels' list.
     void setOrigin(const QString& tag);
 
+    // What the report is, such as "Application Detail 24-017": the printer's
+    // name for the job, and the name of the PDF file when there is no
+    // printer. Emptying the buffers makes it "Report" again.
+    void setTitle(const QString& title);
+    QString title() const { return m_title; }
+
     // Shows the report locked, from its start.
     void showReport();
 
@@ -49,11 +55,12 @@ public:
     void iCancel();
 
     // Where the pages go when the workstation has no printer; by default the
-    // user's documents folder.
+    // user's documents folder (outputPdfPath).
     static void setPdfFolder(const QString& folder);
     // A free name for the next PDF file in that folder.
     static QString nextPdfPath();
-    // A file of that folder no file has yet: `baseName`.pdf, or with a number.
+    // A file of that folder no file has yet, named after the report:
+    // `baseName`.pdf, or "`baseName` (2).pdf" and on (outputPdfPath).
     static QString unusedPdfPath(const QString& baseName);
     // The PDF file of the last print without a printer, empty when it went to
     // a printer.
@@ -73,6 +80,7 @@ private:
     QCheckBox* m_allowEdit = nullptr;
     QLineEdit* m_origin = nullptr;
     QString m_lastPdf;
+    QString m_title = QStringLiteral("Report");
     FollowUp m_followUp;
 };
 

@@ -14,6 +14,8 @@
 #include "ui/TaskFrm.h"
 
 #include <QCheckBox>
+#include <QComboBox>
+#include <QFileInfo>
 #include <QDir>
 #include <QTextDocument>
 
@@ -21,11 +23,14 @@ namespace pvardo::documents {
 
 namespace {
 
-bool finishMerge(const FormLoad& load)
+bool finishMerge(const FormLoad& load, const QString& title)
 {
-    if (!load.ok) {
+    if (load.noAddressee) {
+        showMessage(load.message, noAddresseeTitle(), PromptButtons::Ok, PromptIcon::Exclamation);
+    } else if (!load.ok) {
         showMessage(load.message, formFileMessageTitle(), PromptButtons::Ok, PromptIcon::Critical);
     } else {
+        Editor::instance().setTitle(title);
         showBuiltReport();
     }
     WaitSeconds(1);
@@ -35,7 +40,13 @@ bool finishMerge(const FormLoad& load)
 
 } // namespace
 
-PrintChoice doprint(int screenCode, const QStringList& builtIn, QWidget* parent)
+QString caseReportTitle(const QString& caption)
+{
+    const QString number = session().CurrentCase.trimmed();
+    return number.isEmpty() ? caption.trimmed() : caption.trimmed() + QLatin1Char(' ') + number;
+}
+
+PrintChoice doprint(int screenCode, const QStringList& builtIn, QWidget* parent, const QString& preselected)
 {
     PrintChoice result;
     const FormDefinitions custom
@@ -43,6 +54,11 @@ PrintChoice doprint(int screenCode, const QStringList& builtIn, QWidget* parent)
     const QList<FormEntry> customForms = custom.entries;
     printState().ReportList = makeReportList(builtIn, customForms);
     PrintFrm dialog(parent);
+    if (!preselected.isEmpty()) {
+        if (auto* types = dialog.findChild<QComboBox*>(QStringLiteral("Combo2"))) {
+            types->setCurrentIndex(types->findText(preselected));
+        }
+    }
     if (prompts().exec(dialog) != QDialog::Accepted || session().StopFlag) {
         return result;
     }
@@ -50,29 +66,37 @@ PrintChoice doprint(int screenCode, const QStringList& builtIn, QWidget* parent)
     result.choice = printState().ReportChoice;
     result.customFile = customFormFor(customForms, result.choice);
     if (!result.customFile.isEmpty()) {
-        MergeFormFile(result.customFile, screenCode);
+        // The caption as the office wrote it, of the entry that wins.
+        QString caption;
+        for (const FormEntry& entry : customForms) {
+            if (entry.caption.toUpper() == result.choice) {
+                caption = entry.caption;
+            }
+        }
+        MergeFormFile(result.customFile, screenCode, caption);
     }
     return result;
 }
 
-bool MergeFormFile(const QString& fileName, int screenCode)
+bool MergeFormFile(const QString& fileName, int screenCode, const QString& caption)
 {
     ui::TaskFrm::open(QStringLiteral("Printing to default printer..."));
     Editor& editor = Editor::instance();
     editor.clearBuffers();
     editor.setOrigin(QString());
     const FormLoad load = mergeFormFile(editor.ReportBuffer(), fileName, screenCode);
-    return finishMerge(load);
+    return finishMerge(load, caseReportTitle(caption.isEmpty() ? QFileInfo(fileName).completeBaseName() : caption));
 }
 
-bool mergeAndShow(const QString& path, int screenCode, const Addressee& addressee)
+bool mergeAndShow(const QString& path, int screenCode, const Addressee& addressee, const QString& party,
+                  const QString& caption, EmptyLines lines)
 {
     ui::TaskFrm::open(QStringLiteral("Printing to default printer..."));
     Editor& editor = Editor::instance();
     editor.clearBuffers();
     editor.setOrigin(QString());
-    const FormLoad load = mergeTemplate(editor.ReportBuffer(), path, screenCode, addressee);
-    return finishMerge(load);
+    const FormLoad load = mergeTemplate(editor.ReportBuffer(), path, screenCode, addressee, party, lines);
+    return finishMerge(load, caseReportTitle(caption));
 }
 
 void showBuiltReport()
