@@ -467,7 +467,7 @@ void NotepadFrm::printdoc()
     settings.pageCounter = &state.pageCounter;
     settings.expandPrintTokens = [](QTextDocument& document) { ExpandPrintTokens(document); };
     const QString title = m_path.isEmpty() ? QStringLiteral("Notepad") : QFileInfo(m_path).completeBaseName();
-    const PrinterOutcome outcome = printOnDefaultPrinter(*copy, settings, Editor::nextPdfPath(), title);
+    const PrinterOutcome outcome = printOnDefaultPrinter(*copy, settings, Editor::unusedPdfPath(title), title);
     ui::TaskFrm::close();
     m_lastPdf = outcome.pdfPath;
     if (!outcome.ok) {
