@@ -245,7 +245,8 @@ void FeesFrm::printChoice(const QString& code)
         printreceipt();
     } else if (code == QLatin1String("BIL")) {
         documents::printState().reportHeading = feesTitle(headingLabel()->text(), ownerCase());
-        documents::mergeAndShow(feeFolderFile("feesd.rtf"), feesSettings().screenCode, party);
+        documents::mergeAndShow(feeFolderFile("feesd.rtf"), feesSettings().screenCode, party,
+                                QStringLiteral("applicant"), QStringLiteral("Billing Letter"));
     } else if (code == QLatin1String("LAB")) {
         documents::labelState().single = false;
         documents::printMailingLabels({party}, this);
