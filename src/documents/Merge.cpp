@@ -464,7 +464,7 @@ FormLoad mergeTemplate(QTextDocument& buffer, const QString& path, int screenCod
     }
     // "Dear :" on a letter with no address would go out unseen: the letter is
     // not made.
-    if (addressee.name.trimmed().isEmpty() && namesAddressee(buffer)) {
+    if (!party.isEmpty() && addressee.name.trimmed().isEmpty() && namesAddressee(buffer)) {
         buffer.clear();
         load.ok = false;
         load.noAddressee = true;

@@ -140,7 +140,7 @@ FormLoad mergeFormFile(QTextDocument& buffer, const QString& fileName, int scree
 // "Agent" line with nothing behind it.
 enum class EmptyLines { Keep, DropEmpty };
 FormLoad mergeTemplate(QTextDocument& buffer, const QString& path, int screenCode, const Addressee& addressee,
-                       const QString& party = QStringLiteral("addressee"), EmptyLines lines = EmptyLines::Keep);
+                       const QString& party = QString(), EmptyLines lines = EmptyLines::Keep);
 
 // The label and notice template of the print state's template name, loaded
 // from the program folder's "labels" ("lab..." names) or "forms" folder.
