@@ -378,6 +378,80 @@ bool DemoInstallation::writeMeetings()
     return true;
 }
 
+bool DemoInstallation::writeFees()
+{
+    const QString casePath = databaseFolder() + QStringLiteral("/pbproj.db");
+    const QString feePath = databaseFolder() + QStringLiteral("/pbfees.db");
+    store::StoreStatus status;
+    auto cases = store::openRecordsetAt(casePath, QStringLiteral("Select * from PBPROJ order by PBCASE"), &status);
+    auto fees = cases ? store::openRecordsetAt(feePath, QStringLiteral("Select * from PBFEES order by SEQ"), &status)
+                      : nullptr;
+    if (!fees) {
+        m_failures << QStringLiteral("databases/pbfees.db: ") + status.description;
+        return false;
+    }
+    // A third of the cases owe fees: some paid, some paid in part, some
+    // overdue. Amounts are whole cents, so every sum comes out exact.
+    int i = 0;
+    for (cases->MoveFirst(); !cases->Eof(); cases->MoveNext(), ++i) {
+        if (i % 3 != 0) {
+            continue;
+        }
+        const QString caseNumber = cases->text(QStringLiteral("PBCASE"));
+        const QDate filed = cases->value(QStringLiteral("PBFILEDATE")).toDate().isValid()
+            ? cases->value(QStringLiteral("PBFILEDATE")).toDate()
+            : m_today.addDays(-30);
+        const int charges = 1 + i % 2;
+        for (int c = 0; c < charges; ++c) {
+            const double charged = c == 0 ? 150.0 + (i % 4) * 125.0 : 37.5 + i;
+            const int kind = (i / 3 + c) % 3; // 0 paid, 1 paid in part, 2 unpaid
+            const double paid = kind == 0 ? charged : kind == 1 ? 100.0 : 0.0;
+            const QDate due = filed.addDays(30);
+            const QDate paidOn = kind == 2 ? QDate() : filed.addDays(7 + c);
+            fees->AddNew();
+            const QList<QPair<const char*, QVariant>> columns = {
+                {"PBFCASE", caseNumber},
+                {"PBFSTATUS", QStringLiteral("A")},
+                {"PBFFILEDATE", filed},
+                {"PBFDUEDATE", due},
+                {"PBFPAIDDATE", paidOn.isValid() ? QVariant(paidOn) : QVariant()},
+                {"PBFPAYMETHOD", kind == 2 ? QString() : QStringLiteral("Check")},
+                {"PBFPAYID", kind == 2 ? QString() : QString::number(1200 + i * 3 + c)},
+                {"PBFPAYDESC", c == 0 ? QStringLiteral("Application fee") : QStringLiteral("Public hearing notice")},
+                {"PBFAMOUNT", charged},
+                {"PBFPAID", paid},
+                {"PBFBALDUE", charged - paid},
+                {"PBFAPPNAME1", cases->text(QStringLiteral("PBAPPNAME1"))},
+                {"PBFAPPADDR1", cases->text(QStringLiteral("PBAPPADDR1"))},
+                {"PBFAPPTEL", cases->text(QStringLiteral("PBAPPTEL"))},
+                {"PBFPROJNAME", cases->text(QStringLiteral("PBPROJNAME"))},
+                {"PBFPAIDMM", paidOn.isValid() ? paidOn.toString(QStringLiteral("MM")) : QString()},
+                {"PBFPAIDYY", paidOn.isValid() ? paidOn.toString(QStringLiteral("yy")) : QString()},
+                {"PBFDUEMM", due.toString(QStringLiteral("MM"))},
+                {"PBFDUEYY", due.toString(QStringLiteral("yy"))},
+                {"BYUSER", demoUser()},
+                {"TSTAMP", QDateTime(filed, QTime(10, 0))},
+            };
+            for (const auto& [column, value] : columns) {
+                status = fees->setValue(QString::fromLatin1(column), value);
+                if (!status.ok()) {
+                    break;
+                }
+            }
+            if (status.ok()) {
+                status = fees->Update();
+            }
+            if (!status.ok()) {
+                fees->CancelUpdate();
+                m_failures << QStringLiteral("databases/pbfees.db: ") + status.description;
+                return false;
+            }
+            ++m_feeCount;
+        }
+    }
+    return true;
+}
+
 bool DemoInstallation::make()
 {
     m_created.clear();
@@ -408,6 +482,10 @@ bool DemoInstallation::make()
         if (writeMeetings()) {
             m_created << QStringLiteral("databases/meeting.db: ") + QString::number(m_meetingCount)
                     + QStringLiteral(" meetings");
+        }
+        if (writeFees()) {
+            m_created << QStringLiteral("databases/pbfees.db: ") + QString::number(m_feeCount)
+                    + QStringLiteral(" fees of a third of the cases");
         }
     }
     return m_failures.isEmpty();

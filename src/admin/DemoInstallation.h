@@ -29,6 +29,7 @@ public:
     const QStringList& kept() const { return m_kept; }
     int caseCount() const { return m_caseCount; }
     int meetingCount() const { return m_meetingCount; }
+    int feeCount() const { return m_feeCount; }
 
     // The user the demonstration records are stamped with.
     static QString demoUser() { return QStringLiteral("DEMO"); }
@@ -42,6 +43,7 @@ private:
     void writeListFile(const QString& fileName, const QStringList& lines);
     bool writeCases();
     bool writeMeetings();
+    bool writeFees();
     QString databaseFolder() const;
 
     QString m_folder;
@@ -51,6 +53,7 @@ private:
     QStringList m_kept;
     int m_caseCount = 0;
     int m_meetingCount = 0;
+    int m_feeCount = 0;
 };
 
 } // namespace pvardo::admin

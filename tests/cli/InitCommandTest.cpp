@@ -140,6 +140,18 @@ TEST(InitCommand, CompletesAnInstallationWithoutReplacingItsFiles)
                   .ImportIn(1, nullptr, {})
                   .processed,
         4 * 8) << "four cases lie in the other SWIS";
+
+    // A third of the demonstration cases owe fees, some settled and some not.
+    const QString fees = home + QStringLiteral("/databases/pbfees.db");
+    auto count = [&](const char* where) {
+        store::StoreStatus status;
+        auto rows = store::openRecordsetAt(fees, QStringLiteral("Select * from PBFEES") + QString::fromLatin1(where), &status);
+        return rows ? rows->RecordCount() : -1;
+    };
+    EXPECT_GT(count(""), 0);
+    EXPECT_GT(count(" where [PBFBALDUE] = 0"), 0);
+    EXPECT_GT(count(" where [PBFBALDUE] <> 0 and [PBFPAID] > 0"), 0);
+    EXPECT_GT(count(" where [PBFPAID] = 0"), 0);
 }
 
 TEST(InitCommand, RefusesFoldersItCannotUse)
