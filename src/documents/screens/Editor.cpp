@@ -227,15 +227,21 @@ void Editor::iPrint()
         = printOnDefaultPrinter(ReportBuffer(), settings, unusedPdfPath(m_title), m_title);
     ui::TaskFrm::close();
     m_lastPdf = outcome.pdfPath;
+    tellPrintOutcome(outcome, QStringLiteral("The report was"));
+}
+
+bool Editor::tellPrintOutcome(const PrinterOutcome& outcome, const QString& what)
+{
     if (!outcome.ok) {
         showMessage(outcome.error, QStringLiteral("Printer error"), PromptButtons::Ok, PromptIcon::Critical);
-        return;
+        return false;
     }
     if (!outcome.pdfPath.isEmpty()) {
-        showMessage(QStringLiteral("No printer is set up on this computer. The report was written to ")
-                        + QDir::toNativeSeparators(outcome.pdfPath) + QLatin1Char('.'),
-                    QStringLiteral(" Print"), PromptButtons::Ok, PromptIcon::Information);
+        showMessage(QStringLiteral("No printer is set up on this computer. ") + what + QStringLiteral(" written to ")
+                + QDir::toNativeSeparators(outcome.pdfPath) + QLatin1Char('.'),
+            QStringLiteral(" Print"), PromptButtons::Ok, PromptIcon::Information);
     }
+    return true;
 }
 
 QString Editor::unusedPdfPath(const QString& baseName)

@@ -11,6 +11,8 @@ class QTextEdit;
 
 namespace pvardo::documents {
 
+struct PrinterOutcome;
+
 // The report window "  Report Preview": every letter and listing is built in
 // its report buffer, shown here, and printed, written to a text file or
 // dropped from here. One window for the whole program; it is shown again for
@@ -62,6 +64,10 @@ public:
     // A file of that folder no file has yet, named after the report:
     // `baseName`.pdf, or "`baseName` (2).pdf" and on (outputPdfPath).
     static QString unusedPdfPath(const QString& baseName);
+    // Tells the clerk how a print ended: the printer's error, or where the
+    // pages went when there was no printer (`what`: "report", "labels"...).
+    // True when it printed.
+    static bool tellPrintOutcome(const PrinterOutcome& outcome, const QString& what);
     // The PDF file of the last print without a printer, empty when it went to
     // a printer.
     QString lastPdf() const { return m_lastPdf; }

@@ -257,14 +257,8 @@ bool printLabelRun(const QList<Addressee>& addressees)
         Editor::unusedPdfPath(QStringLiteral("Labels")), QStringLiteral("Labels"));
     state.running = false;
     ui::TaskFrm::close();
-    if (!outcome.ok) {
-        showMessage(outcome.error, QStringLiteral("Printer error"), PromptButtons::Ok, PromptIcon::Critical);
+    if (!Editor::tellPrintOutcome(outcome, QStringLiteral("The labels were"))) {
         return false;
-    }
-    if (!outcome.pdfPath.isEmpty()) {
-        showMessage(QStringLiteral("No printer is set up on this computer. The labels were written to ")
-                + QDir::toNativeSeparators(outcome.pdfPath) + QLatin1Char('.'),
-            QStringLiteral(" Print"), PromptButtons::Ok, PromptIcon::Information);
     }
     return true;
 }

@@ -470,15 +470,7 @@ void NotepadFrm::printdoc()
     const PrinterOutcome outcome = printOnDefaultPrinter(*copy, settings, Editor::unusedPdfPath(title), title);
     ui::TaskFrm::close();
     m_lastPdf = outcome.pdfPath;
-    if (!outcome.ok) {
-        showMessage(outcome.error, QStringLiteral("Printer error"), PromptButtons::Ok, PromptIcon::Critical);
-        return;
-    }
-    if (!outcome.pdfPath.isEmpty()) {
-        showMessage(QStringLiteral("No printer is set up on this computer. The document was written to ")
-                + QDir::toNativeSeparators(outcome.pdfPath) + QLatin1Char('.'),
-            QStringLiteral(" Print"), PromptButtons::Ok, PromptIcon::Information);
-    }
+    Editor::tellPrintOutcome(outcome, QStringLiteral("The document was"));
 }
 
 void NotepadFrm::search()
