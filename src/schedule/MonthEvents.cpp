@@ -11,6 +11,26 @@
 
 namespace pvardo::schedule {
 
+namespace {
+
+// Whether a rule first written for the date `firstDate` ("mm/dd/yyyy") begins
+// after the month in view. A rule without a readable first date shows in
+// every month of its chain, as rules always did.
+bool beginsAfter(const QString& firstDate, int year, int month)
+{
+    const QString text = firstDate.trimmed();
+    bool monthOk = false;
+    bool yearOk = false;
+    const int firstMonth = text.left(2).toInt(&monthOk);
+    const int firstYear = text.right(4).toInt(&yearOk);
+    if (!monthOk || !yearOk || text.size() != 10) {
+        return false;
+    }
+    return firstYear > year || (firstYear == year && firstMonth > month);
+}
+
+} // namespace
+
 MonthEvents::MonthEvents(QString databasePath)
     : m_path(std::move(databasePath))
 {
@@ -73,7 +93,10 @@ MonthEvents::Outcome MonthEvents::GetMonthEvents(const QString& dateText)
             // A rule falls on its weekday of this month, in the months of its chain.
             const MeetingRule rule = decodeRule(rows->text(QStringLiteral("MREC")));
             day = m_grid.cell(rule.weekday, rule.occurrence);
-            const bool counts = chainCountsIn(rows->text(QStringLiteral("EXTRA2")), month);
+            // A rule begins with the month it was made for: a clerk looking back
+            // at the months before must not see meetings that were never held.
+            const bool counts = chainCountsIn(rows->text(QStringLiteral("EXTRA2")), month)
+                && !beginsAfter(rows->text(QStringLiteral("MDATE")), yearNumber, month);
             // A damaged rule that names no day of the month is left out
             // rather than shown on a day that does not exist.
             if (counts && day > 0) {

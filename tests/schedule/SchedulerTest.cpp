@@ -251,6 +251,8 @@ TEST_F(SchedulerTest, ARecurringMeetingIsListedAndMarkedInTheMonthsOfItsChain)
         QStringList lines;
         QList<int> marks;
     } months[] = {
+        // Months of the chain before the rule was made show nothing.
+        {2010, 12, {}, {}},
         {2011, 3, {q("03/08/2011 07:00 PM Planning Board")}, {8}},
         {2011, 4, {}, {}},
         {2011, 6, {q("06/14/2011 07:00 PM Planning Board")}, {14}},
