@@ -99,7 +99,10 @@ int runBackup(CommandContext& context)
         return ExitCode::BadUsage;
     }
     const QString destination = QDir::cleanPath(QFileInfo(args.first()).absoluteFilePath());
-    const QString databases = databaseFolderOf(context.home);
+    const QString databases = usableDatabaseFolder(context, "backup");
+    if (databases.isEmpty()) {
+        return ExitCode::Failed;
+    }
     const auto fail = [&context](const QString& why) {
         context.err << "pvardo-admin backup: failed: " << why << Qt::endl;
         return ExitCode::Failed;

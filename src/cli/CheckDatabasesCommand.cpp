@@ -1,6 +1,7 @@
 // pvardo-admin --home DIR check-databases: the check the program makes of its
 // database folder at start-up, with a report of what it did.
 #include "cli/AdminCommand.h"
+#include "cli/InstallationFolders.h"
 #include "common/Session.h"
 #include "common/TextFiles.h"
 #include "store/DatabaseCheck.h"
@@ -36,21 +37,14 @@ int runCheckDatabases(CommandContext& context)
     }
     Session& state = session();
     state.ProgramFolder = context.home;
-    // The folder the program would choose; nothing is made anywhere when no
-    // folder holds a database (a shared folder that is not connected).
-    const store::DatabaseFolderChoice choice = store::chooseDatabaseFolder(context.home);
-    if (!choice.holdsDatabases) {
-        context.err << "pvardo-admin check-databases: " << store::databaseFolderProblem(choice) << Qt::endl;
+    // The folder the program would choose; nothing is made anywhere when the
+    // folder the settings name holds no database (a share not connected), nor
+    // when no folder holds one.
+    const QString databases = usableDatabaseFolder(context, "check-databases");
+    if (databases.isEmpty()) {
         return ExitCode::Failed;
     }
-    // A named folder without databases stops the program's start: the check
-    // stops too, rather than fill the installation's own folder.
-    if (const QString unreachable = store::unreachableFolderMessage(choice.named, context.home);
-        !unreachable.isEmpty()) {
-        context.err << "pvardo-admin check-databases: " << unreachable.simplified() << Qt::endl;
-        return ExitCode::Failed;
-    }
-    state.MasterDatabaseFolder = choice.named;
+    state.MasterDatabaseFolder = databases;
     state.DatabaseFolder = state.MasterDatabaseFolder;
 
     const store::CheckResult result = store::CheckDatabases(state);

@@ -47,7 +47,10 @@ int runRepair(CommandContext& context)
         context.err << usage << Qt::endl;
         return ExitCode::BadUsage;
     }
-    const QString databases = databaseFolderOf(context.home);
+    const QString databases = usableDatabaseFolder(context, "repair");
+    if (databases.isEmpty()) {
+        return ExitCode::Failed;
+    }
     QStringList files;
     if (!wantedTable.isEmpty()) {
         for (const store::TableDef& table : store::allTables()) {

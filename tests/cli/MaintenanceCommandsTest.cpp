@@ -193,13 +193,43 @@ TEST(BackupCommand, DestinationsItCannotUseAreSaidAndLeaveNoCopy)
     QFile::remove(installation.databaseFolder() + q("/pbproj.db"));
     const AdminRun empty = runAdmin(inHome(installation, {q("backup"), scratch.path()}));
     EXPECT_EQ(empty.code, 1);
-    EXPECT_TRUE(empty.err.contains(QLatin1String("holds no database file"))) << empty.err.toStdString();
+    EXPECT_TRUE(empty.err.contains(QLatin1String("holds no database."))) << empty.err.toStdString();
     EXPECT_TRUE(datedCopies(scratch.path()).isEmpty());
 
     for (const QStringList& bad : {QStringList{q("backup")}, QStringList{q("backup"), scratch.path(), q("--keep")},
              QStringList{q("backup"), scratch.path(), q("--keep"), q("0")}}) {
         EXPECT_EQ(runAdmin(inHome(installation, bad)).code, 2) << bad.join(QLatin1Char(' ')).toStdString();
     }
+}
+
+TEST(BackupCommand, AndRepairRefuseWhenTheNamedFolderHoldsNoDatabase)
+{
+    // The installation's own folder holds databases, but the settings name a
+    // shared folder that did not connect: copying or repairing the own folder
+    // would report success on data the office does not use.
+    TestInstallation installation;
+    installation.createDatabase(store::Table::PBPROJ);
+    QTemporaryDir scratch;
+    QTemporaryDir destination;
+    for (const QString& named : {scratch.filePath(q("share")), scratch.filePath(q("unmounted"))}) {
+        if (named.endsWith(q("share"))) {
+            QDir().mkpath(named);
+        }
+        ASSERT_TRUE(replaceTextLines(installation.path(q("PVardo.ini")), {named}));
+        for (const QStringList& command : {QStringList{q("backup"), destination.path()},
+                 QStringList{q("repair")}, QStringList{q("repair"), q("--table"), q("PBPROJ")}}) {
+            const AdminRun run = runAdmin(inHome(installation, command));
+            const std::string what = (command.first() + q(" with ") + named).toStdString();
+            EXPECT_EQ(run.code, 1) << what;
+            EXPECT_TRUE(run.err.contains(named + q(", named in the program's settings,")))
+                << run.err.toStdString();
+            EXPECT_TRUE(run.out.isEmpty()) << what;
+        }
+        EXPECT_TRUE(QDir(destination.path()).isEmpty());
+        EXPECT_EQ(QDir(installation.databaseFolder()).entryList(QDir::Files), QStringList{q("pbproj.db")});
+    }
+    EXPECT_TRUE(QDir(scratch.filePath(q("share"))).isEmpty());
+    EXPECT_FALSE(QFileInfo::exists(scratch.filePath(q("unmounted"))));
 }
 
 TEST(BackupCommand, KeepsTheNewestCopiesAndNothingElse)
