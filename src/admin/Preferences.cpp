@@ -4,6 +4,7 @@
 #include "common/ReplacingFile.h"
 #include "common/Session.h"
 #include "common/Settings.h"
+#include "common/ShellCopy.h"
 #include "common/TextFiles.h"
 #include "store/DatabaseLocation.h"
 
@@ -125,6 +126,63 @@ QString databaseFolderAfterSave(const Session& state, const Preferences& prefere
         return wanted;
     }
     return joinPath(state.ProgramFolder, QStringLiteral("databases"));
+}
+
+bool copyDatabaseFolder(const QString& from, const QString& to, QString* error)
+{
+    const QString source = QDir::cleanPath(QFileInfo(from).absoluteFilePath());
+    const QString target = QDir::cleanPath(QFileInfo(to).absoluteFilePath());
+    auto fail = [error](const QString& reason) {
+        if (error) {
+            *error = reason;
+        }
+        return false;
+    };
+    if (target == source || target.startsWith(source + QLatin1Char('/'))) {
+        return fail(QStringLiteral("%1 lies inside the database folder %2")
+                        .arg(QDir::toNativeSeparators(target), QDir::toNativeSeparators(source)));
+    }
+    const bool made = !QFileInfo::exists(target);
+    if (made && !QDir().mkpath(target)) {
+        return fail(QStringLiteral("the folder %1 cannot be made").arg(QDir::toNativeSeparators(target)));
+    }
+    if (!QFileInfo(target).isDir()) {
+        return fail(QStringLiteral("%1 is not a folder").arg(QDir::toNativeSeparators(target)));
+    }
+    QStringList copied;
+    const QFileInfoList entries
+        = QDir(source).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden);
+    for (const QFileInfo& entry : entries) {
+        const QString name = entry.fileName();
+        // The journals belong to the open files; the online backup needs none.
+        if (name.endsWith(QLatin1String("-journal")) || name.endsWith(QLatin1String("-wal"))
+            || name.endsWith(QLatin1String("-shm"))) {
+            continue;
+        }
+        const QString into = target + QLatin1Char('/') + name;
+        const bool isNew = !QFileInfo::exists(into);
+        QString why;
+        const int result = ShellCopy(ShellOperation::Copy, entry.filePath(), target,
+            ShellFlags::NoConfirmation | ShellFlags::NoConfirmMkdir, &why);
+        if (isNew) {
+            copied << into;
+        }
+        if (result != ShellResult::Success) {
+            if (made) {
+                QDir(target).removeRecursively();
+            } else {
+                for (const QString& path : std::as_const(copied)) {
+                    if (QFileInfo(path).isDir()) {
+                        QDir(path).removeRecursively();
+                    } else {
+                        QFile::remove(path);
+                    }
+                }
+            }
+            return fail(why.isEmpty() ? QStringLiteral("%1 could not be copied").arg(name) : why);
+        }
+    }
+    return true;
 }
 
 bool writePreferences(

@@ -48,6 +48,14 @@ QStringList settingsFileLines(const Preferences& preferences);
 // databases folder; without a switch the session's folder stays.
 QString databaseFolderAfterSave(const Session& state, const Preferences& preferences, bool switchFolder);
 
+// Copies what a database folder holds (the database files through SQLite's
+// online backup, so a copy taken while workstations write is whole, and the
+// lists, numbers and libraries beside them) into another folder, made when it
+// is not there, before the installation moves to it. A copy that fails takes
+// away what it made and gives false with the reason. The target must not lie
+// inside the folder copied.
+bool copyDatabaseFolder(const QString& from, const QString& to, QString* error = nullptr);
+
 // Writes every settings file at once: PVardo.ini and def.txt in the program
 // folder, pnb.txt in the session's database folder, Inspectors.txt in the
 // folder the databases will be in (def.txt names it), browser.txt only when a

@@ -4,6 +4,7 @@
 #include "common/Session.h"
 #include "common/Settings.h"
 #include "common/TextFiles.h"
+#include "store/DatabaseLocation.h"
 #include "support/FullDisk.h"
 #include "support/InstallationTest.h"
 #include "support/ScriptedPrompts.h"
@@ -242,22 +243,58 @@ TEST_F(PrefFrmTest, SwitchingTheDatabaseLocation)
         EXPECT_TRUE(QFile::exists(filled.path() + QStringLiteral("/sbl.db")));
         EXPECT_EQ(linesOf(installation.path(QStringLiteral("def.txt"))).value(0), filled.path());
     }
-    // Yes to an empty folder: the installation's own databases are used, and said so.
+    // A folder without databases would stop the next start: the switch
+    // offers to copy the databases in use there. No keeps the location.
+    session().MasterDatabaseFolder = session().DatabaseFolder = old;
+    ASSERT_TRUE(replaceTextLines(ini(), Settings::defaultLines(old, false)));
+    QTemporaryDir scratch;
+    const QString empty = scratch.filePath(QStringLiteral("empty"));
+    QDir().mkpath(empty);
     {
-        QTemporaryDir empty;
         scriptedPrompts().clear();
         PrefFrm screen;
-        typeInto(screen, "Text9", empty.path());
-        scriptedPrompts().answer(QStringLiteral("Change Master Database Location"), PromptAnswer::Yes);
+        typeInto(screen, "Text9", empty);
+        typeInto(screen, "Text1", QStringLiteral("Town of Ashby"));
+        scriptedPrompts().answer(QStringLiteral("holds no databases"), PromptAnswer::No);
         click(screen, "Command1");
+        EXPECT_EQ(screen.result(), QDialog::Accepted);
+        EXPECT_EQ(linesOf(ini()).value(0), old);
+        EXPECT_EQ(linesOf(ini()).value(1), QStringLiteral("Town of Ashby"));
         EXPECT_EQ(session().DatabaseFolder, old);
-        EXPECT_EQ(linesOf(ini()).value(0), empty.path());
-        EXPECT_EQ(linesOf(installation.path(QStringLiteral("def.txt"))).value(0), old);
+        EXPECT_TRUE(QDir(empty).isEmpty());
+    }
+    // A copy that cannot be made changes nothing and keeps the screen open.
+    {
+        const QByteArray before = snapshot(installation.programFolder()).value(ini());
+        PrefFrm screen;
+        typeInto(screen, "Text9", QStringLiteral("/proc/pvardo-databases"));
+        scriptedPrompts().answer(QStringLiteral("holds no databases"), PromptAnswer::Yes);
+        click(screen, "Command1");
+        EXPECT_NE(screen.result(), QDialog::Accepted);
         EXPECT_TRUE(scriptedPrompts()
                         .shownTexts()
                         .join(QLatin1Char('\n'))
-                        .contains(QStringLiteral("cannot be located")));
-        EXPECT_TRUE(QDir(empty.path()).isEmpty());
+                        .contains(QStringLiteral("could not be copied")));
+        EXPECT_EQ(snapshot(installation.programFolder()).value(ini()), before);
+        EXPECT_EQ(session().DatabaseFolder, old);
+    }
+    // Yes to a folder not there yet: the databases and their lists are copied
+    // and used there now, and the next start finds them.
+    {
+        const QString moved = scratch.filePath(QStringLiteral("share/databases"));
+        PrefFrm screen;
+        typeInto(screen, "Text9", moved);
+        scriptedPrompts().answer(QStringLiteral("holds no databases"), PromptAnswer::Yes);
+        click(screen, "Command1");
+        EXPECT_EQ(screen.result(), QDialog::Accepted);
+        EXPECT_EQ(session().DatabaseFolder, moved);
+        EXPECT_EQ(linesOf(ini()).value(0), moved);
+        EXPECT_EQ(linesOf(installation.path(QStringLiteral("def.txt"))).value(0), moved);
+        EXPECT_EQ(linesOf(moved + QStringLiteral("/Inspectors.txt")),
+            (QStringList{QStringLiteral("Ann Ode"), QStringLiteral("Bo Lee")}));
+        EXPECT_TRUE(QFile::exists(moved + QStringLiteral("/pbproj.db")));
+        EXPECT_TRUE(QFile::exists(old + QStringLiteral("/pbproj.db")));
+        EXPECT_TRUE(store::unreachableFolderMessage(moved, installation.programFolder()).isEmpty());
     }
 }
 

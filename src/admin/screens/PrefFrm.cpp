@@ -12,6 +12,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QFontDatabase>
 #include <QFormLayout>
 #include <QGroupBox>
@@ -374,16 +375,62 @@ void PrefFrm::Command9()
     m_newMember->clear();
 }
 
+PrefFrm::FolderCopy PrefFrm::offerDatabaseCopy(const QString& folder)
+{
+    const Session& state = session();
+    const QString target = QDir::toNativeSeparators(folder);
+    const QString kept = QStringLiteral("The database location stays %1.")
+                             .arg(QDir::toNativeSeparators(state.MasterDatabaseFolder));
+    const QString question
+        = QStringLiteral("The folder %1 holds no databases, so the program could not start from it.")
+              .arg(target)
+        + kBr + kBr
+        + QStringLiteral(
+            "Do you want to copy the databases in use now into it, and SWITCH to them there? If not, ")
+        + kept.at(0).toLower() + kept.mid(1);
+    if (showMessage(question, QStringLiteral(" Change Master Database Location"), PromptButtons::YesNo,
+            PromptIcon::Question)
+        != PromptAnswer::Yes) {
+        return FolderCopy::Declined;
+    }
+    setCursor(Qt::WaitCursor);
+    QString error;
+    const bool copied = copyDatabaseFolder(state.DatabaseFolder, folder, &error);
+    unsetCursor();
+    if (!copied) {
+        showMessage(QStringLiteral("The databases could not be copied to %1: %2.").arg(target, error) + kBr
+                + kBr + kept + QStringLiteral(" No settings were changed."),
+            QStringLiteral(" Preferences"), PromptButtons::Ok, PromptIcon::Critical);
+        return FolderCopy::Failed;
+    }
+    return FolderCopy::Copied;
+}
+
 void PrefFrm::Command1()
 {
     m_tabs->setCurrentIndex(0);
     Session& state = session();
-    const Preferences chosen = current();
 
-    // The question comes before anything is written, so that every file is
-    // written at once for the answer given.
+    // The questions come before anything is written, so that every file is
+    // written at once for the answers given.
+    Preferences chosen = current();
+    const QString wanted = chosen.masterDatabaseFolder.trimmed();
     bool switchFolder = false;
-    if (chosen.masterDatabaseFolder.trimmed() != state.MasterDatabaseFolder) {
+    if (wanted != state.MasterDatabaseFolder && !wanted.isEmpty() && !store::holdsAnyDatabase(wanted)) {
+        // The program does not start on a named folder without databases, so
+        // the new location gets the databases in use now, or is not taken.
+        switch (offerDatabaseCopy(wanted)) {
+        case FolderCopy::Copied:
+            switchFolder = true;
+            break;
+        case FolderCopy::Declined:
+            chosen.masterDatabaseFolder = state.MasterDatabaseFolder;
+            m_databaseFolder->setText(state.MasterDatabaseFolder);
+            break;
+        case FolderCopy::Failed:
+            return;
+        }
+    } else if (wanted != state.MasterDatabaseFolder) {
         switchFolder
             = showMessage(QStringLiteral("You have changed the master database location. Do you want to "
                                          "SWITCH the database now to use the master database in the new "

@@ -39,6 +39,9 @@ public:
     static QString sampleText() { return QStringLiteral("The Quick Brown Fox Jumped Over the Lazy Dog"); }
 
 private:
+    enum class FolderCopy { Copied, Declined, Failed };
+    // Offers to copy the databases in use into a new location that holds none.
+    FolderCopy offerDatabaseCopy(const QString& folder);
     void fill(const Preferences& preferences);
     void showSample();
 
