@@ -1,7 +1,10 @@
 #include "app/screens/AboutScreen.h"
 
+#include "app/screens/MaintenanceCommands.h"
+
 #include <QCoreApplication>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -22,6 +25,9 @@ AboutScreen::AboutScreen(QWidget* parent)
     name->setAlignment(Qt::AlignCenter);
     layout->addWidget(name);
     auto* purpose = new QLabel(QStringLiteral("Planning board case management"), this);
+    // A right-button press here writes the reports a support call asks for.
+    purpose->setObjectName(QStringLiteral("Label4"));
+    purpose->installEventFilter(this);
     purpose->setAlignment(Qt::AlignCenter);
     layout->addWidget(purpose);
     auto* version = new QLabel(QStringLiteral("Version ") + QCoreApplication::applicationVersion(), this);
@@ -32,6 +38,16 @@ AboutScreen::AboutScreen(QWidget* parent)
     close->setObjectName(QStringLiteral("cmdOK"));
     connect(close, &QPushButton::clicked, this, &QDialog::accept);
     layout->addWidget(close, 0, Qt::AlignCenter);
+}
+
+bool AboutScreen::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched->objectName() == QLatin1String("Label4") && event->type() == QEvent::MouseButtonPress
+        && static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
+        showDiagnosticsReport();
+        return true;
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 void AboutScreen::setSplash(bool splash)

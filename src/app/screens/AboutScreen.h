@@ -15,6 +15,9 @@ public:
 
     // Hides the close button, as at start-up.
     void setSplash(bool splash);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 };
 
 } // namespace pvardo::app

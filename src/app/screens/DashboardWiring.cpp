@@ -2,6 +2,7 @@
 
 #include "admin/screens/AdminScreens.h"
 #include "app/screens/AboutScreen.h"
+#include "app/screens/MaintenanceCommands.h"
 #include "cases/screens/ZPermits.h"
 #include "common/PromptService.h"
 #include "parcels/screens/CCalc.h"
@@ -37,6 +38,9 @@ void wireDashboard(schedule::Scheduler& dashboard)
     dashboard.setMenuCommand(QStringLiteral("syncSBL"), [window] { parcels::syncSBL(window); });
     dashboard.setMenuCommand(QStringLiteral("defaults"), [window] { admin::showPreferences(window); });
     dashboard.setMenuCommand(QStringLiteral("changepsw"), [window] { admin::showChangePassword(window); });
+    dashboard.setMenuCommand(QStringLiteral("repair"), [] { repairAttempt(); });
+    dashboard.setMenuCommand(QStringLiteral("checkupdates"), [window] { checkUpdates(window); });
+    dashboard.setMenuCommand(QStringLiteral("doappinfo"), [] { showApplicationInfo(); });
 }
 
 } // namespace pvardo::app
