@@ -102,9 +102,17 @@ int runPrint(CommandContext& context)
                     << Qt::endl;
         return ExitCode::Failed;
     }
-    if (read.damaged) {
+    // A damaged file whose readable part holds nothing would print a blank
+    // page: that is a failure. Anything else prints, and the warning names
+    // what was repaired or left out so the clerk can look at the pages.
+    if (read.damaged && document.isEmpty()) {
         context.err << "pvardo-admin print: " << QDir::toNativeSeparators(input) << " is damaged: " << read.problem
-                    << " Printing what could be read." << Qt::endl;
+                    << " Nothing of it could be read; nothing was printed." << Qt::endl;
+        return ExitCode::Failed;
+    }
+    if (read.damaged) {
+        context.err << "pvardo-admin print: warning: " << QDir::toNativeSeparators(input)
+                    << " is damaged: " << read.problem << " Printing what could be read." << Qt::endl;
     }
 
     // The document's own paper, and its margins unless the office gives its own.
@@ -123,7 +131,7 @@ int runPrint(CommandContext& context)
     const QString title = info.completeBaseName();
 
     const int printed = printDocument(context, "print", document, settings, title, pdf);
-    return printed != ExitCode::Ok || read.damaged ? ExitCode::Failed : ExitCode::Ok;
+    return printed;
 }
 
 const CommandRegistration registration{{"print", "print FILE.rtf [--pdf OUT.pdf] [--margins L,T,R,B] [--footer]",

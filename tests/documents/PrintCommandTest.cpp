@@ -101,11 +101,34 @@ TEST(PrintCommand, refusesBadArgumentsAndBadFiles)
     }
     EXPECT_FALSE(QFile::exists(pdf)); // nothing half-written was left
 
-    // A torn file prints what could be read and says so.
+    // A torn file prints what could be read, says what was wrong, and counts
+    // as printed; so does a letter whose picture had to be left out.
     const AdminRun run = admin({QStringLiteral("print"), torn.fileName(), QStringLiteral("--pdf"), pdf});
-    EXPECT_EQ(run.code, 1);
-    EXPECT_TRUE(run.err.contains(QStringLiteral("is damaged"))) << run.err.toStdString();
+    EXPECT_EQ(run.code, 0) << run.err.toStdString();
+    EXPECT_TRUE(run.err.contains(QStringLiteral("warning"))) << run.err.toStdString();
+    EXPECT_TRUE(run.err.contains(QStringLiteral("cut short"))) << run.err.toStdString();
     EXPECT_TRUE(pdfPageTexts(pdf).value(0).contains(QStringLiteral("ELMBROOK")));
+
+    QFile badPicture(dir.filePath(QStringLiteral("picture.rtf")));
+    ASSERT_TRUE(badPicture.open(QIODevice::WriteOnly));
+    badPicture.write("{\\rtf1\\ansi Dear neighbour,\\par{\\pict\\pngblip 89504e470d0a1a0a0000}\\par Signed\\par}");
+    badPicture.close();
+    const QString picturePdf = dir.filePath(QStringLiteral("picture.pdf"));
+    const AdminRun repaired = admin({QStringLiteral("print"), badPicture.fileName(), QStringLiteral("--pdf"), picturePdf});
+    EXPECT_EQ(repaired.code, 0) << repaired.err.toStdString();
+    EXPECT_TRUE(repaired.err.contains(QStringLiteral("picture"))) << repaired.err.toStdString();
+    EXPECT_TRUE(pdfPageTexts(picturePdf).value(0).contains(QStringLiteral("Signed")));
+
+    // A damaged file of which nothing could be read prints nothing and fails.
+    QFile empty(dir.filePath(QStringLiteral("empty.rtf")));
+    ASSERT_TRUE(empty.open(QIODevice::WriteOnly));
+    empty.write("{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}");
+    empty.close();
+    const QString emptyPdf = dir.filePath(QStringLiteral("empty.pdf"));
+    const AdminRun nothing = admin({QStringLiteral("print"), empty.fileName(), QStringLiteral("--pdf"), emptyPdf});
+    EXPECT_EQ(nothing.code, 1);
+    EXPECT_TRUE(nothing.err.contains(QStringLiteral("Nothing of it could be read"))) << nothing.err.toStdString();
+    EXPECT_FALSE(QFile::exists(emptyPdf));
 }
 
 // A document's own paper, turned, and its margins, unless the office gives
