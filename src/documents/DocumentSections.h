@@ -45,6 +45,10 @@ struct DocumentSection {
 // begins a section: its index in documentSections().
 constexpr int sectionProperty = QTextFormat::UserProperty + 2;
 
+// The character format property of a footnote's mark in the text: the
+// number of its note in documentNotes(), from 1.
+constexpr int noteReferenceProperty = QTextFormat::UserProperty + 4;
+
 // Sections, notes and the facing-pages flag live on the document object, as
 // the paper does; a document without them has one section of its paper.
 QList<DocumentSection> documentSections(const QTextDocument& document);

@@ -2272,9 +2272,16 @@ bool RtfReader::handleSectionWord(const QByteArray& word, int value)
     const int length = std::clamp(value, 0, 31680 * 2);
     if (word == "chftn") {
         // A footnote's mark: the number of the note that follows (inside a
-        // note it is filled in when the note is kept).
-        for (const QChar c : QString::number(m_notes.size() + 1)) {
-            emitChar(c.unicode());
+        // note it is filled in when the note is kept), marked as such so that
+        // the note can be written back where it belongs.
+        if (group().destination == Destination::Normal && !group().chars.hidden) {
+            flushRun();
+            prepareContent();
+            QTextCharFormat format = currentCharFormat();
+            format.setProperty(noteReferenceProperty, int(m_notes.size() + 1));
+            m_cursor.insertText(QString::number(m_notes.size() + 1), format);
+            m_blockHasContent = true;
+            m_paragraphEnded = false;
         }
         return true;
     }
@@ -2353,7 +2360,7 @@ void RtfReader::finishCapture(const Group& closing)
         return;
     }
     QByteArray rtf = "{\\rtf1\\ansi\\ansicpg" + QByteArray::number(m_ansiCodePage) + "\\deff"
-                     + QByteArray::number(m_defaultFont) + m_tableBytes + ' '
+                     + QByteArray::number(m_defaultFont) + (m_tableBytes.isEmpty() ? " " : m_tableBytes)
                      + m_data.mid(closing.captureFrom, end - closing.captureFrom) + "}";
     m_keptBytes += rtf.size();
     if (m_keptBytes > RtfLimits::maxKeptBytes) {

@@ -2,6 +2,8 @@
 
 #include "documents/CodePages.h"
 #include "documents/DocumentPaper.h"
+#include "documents/DocumentSections.h"
+#include "documents/RtfReader.h"
 #include "documents/DocumentUnits.h"
 #include "documents/RichTextLayout.h"
 
@@ -17,6 +19,7 @@
 #include <QUrl>
 
 #include <cmath>
+#include <utility>
 
 namespace pvardo::documents {
 
@@ -39,7 +42,7 @@ QString familyOf(const QTextCharFormat& format, const QString& fallback)
 class RtfWriter
 {
 public:
-    explicit RtfWriter(const QTextDocument& document) : m_document(document)
+    explicit RtfWriter(const QTextDocument& document) : m_document(&document)
     {
         m_defaultFamily = document.defaultFont().family();
         m_fonts.append(m_defaultFamily);
@@ -65,8 +68,19 @@ private:
     void writeImage(const QTextImageFormat& format);
     void writeBorder(const char* side, qreal width, QTextFrameFormat::BorderStyle style, const QBrush& brush);
 
-    const QTextDocument& m_document;
+    // Sections, headers, footers and notes
+    void beginSection(int index);
+    QByteArray piece(const QByteArray& rtf, int note);
+    void writeNote(const QTextCharFormat& format, int note);
+
+    const QTextDocument* m_document; // the document being written: the main one, or a header, footer or note
     QByteArray m_out;
+    QList<DocumentSection> m_sections;
+    QList<QByteArray> m_notes;
+    bool m_inPiece = false;    // writing a header, footer or note
+    bool m_pageCounter = false; // "##" in the text is the page number (headers and footers)
+    int m_noteNumber = 0;      // the number of the note being written, whose mark begins it
+    qsizetype m_lastEnd = -1;  // where the last paragraph of the body ended with \par
     QString m_defaultFamily;
     QStringList m_fonts;
     QList<QFont::StyleHint> m_fontHints;
@@ -139,8 +153,10 @@ void RtfWriter::collect(QTextFrame* frame)
 QByteArray RtfWriter::write()
 {
     // The body first: it fills the font and colour tables.
-    collect(m_document.rootFrame());
-    writeFrame(m_document.rootFrame(), false);
+    m_sections = documentSections(*m_document);
+    m_notes = documentNotes(*m_document);
+    collect(m_document->rootFrame());
+    writeFrame(m_document->rootFrame(), false);
     const QByteArray body = m_out;
     m_out.clear();
 
@@ -177,12 +193,15 @@ QByteArray RtfWriter::write()
                  + QByteArray::number(color.blue()) + ';';
     }
     m_out += "}\n";
-    const DocumentPaper paper = documentPaper(m_document);
+    const DocumentPaper paper = documentPaper(*m_document);
     if (paper.stated) {
         m_out += "\\paperw" + QByteArray::number(paper.widthTwips) + "\\paperh" + QByteArray::number(paper.heightTwips)
                  + "\\margl" + QByteArray::number(paper.leftTwips) + "\\margr" + QByteArray::number(paper.rightTwips)
                  + "\\margt" + QByteArray::number(paper.topTwips) + "\\margb" + QByteArray::number(paper.bottomTwips)
                  + '\n';
+    }
+    if (documentFacingPages(*m_document)) {
+        m_out += "\\facingp\n";
     }
     m_out += body;
     m_out += "}\n";
@@ -197,6 +216,13 @@ void RtfWriter::writeFrame(QTextFrame* frame, bool inTable)
             auto* table = qobject_cast<QTextTable*>(child);
             previousWasTable = table != nullptr;
             if (table && !inTable) {
+                if (!m_inPiece && table->rows() > 0 && table->columns() > 0) {
+                    const QTextBlock first = table->cellAt(0, 0).firstCursorPosition().block();
+                    if (first.blockFormat().hasProperty(sectionProperty)) {
+                        beginSection(first.blockFormat().intProperty(sectionProperty));
+                    }
+                }
+                m_lastEnd = -1;
                 writeTable(table);
             } else {
                 writeFrame(child, inTable); // a frame, or a table in a cell: its paragraphs
@@ -220,8 +246,118 @@ void RtfWriter::writeFrame(QTextFrame* frame, bool inTable)
             previousWasTable = false;
             continue;
         }
+        // The empty block that ends a document behind a table is not a
+        // paragraph either: without a mark it makes none when read again.
+        const bool endBehindTable = block.length() == 1 && previousWasTable && next.atEnd() && !inTable;
         previousWasTable = false;
+        const bool body = !m_inPiece && !inTable;
+        if (body && block.blockFormat().hasProperty(sectionProperty)) {
+            beginSection(block.blockFormat().intProperty(sectionProperty));
+        }
+        if (endBehindTable) {
+            writeBlock(block, inTable, "");
+            continue;
+        }
         writeBlock(block, inTable, "\\par");
+        if (body) {
+            m_lastEnd = m_out.size() - 5; // the \par and its line end
+        }
+    }
+}
+
+// The words that describe section `index`, with its headers and footers,
+// before its first paragraph. A section after the first is set off from the
+// one before by \sect, which ends that one's last paragraph.
+void RtfWriter::beginSection(int index)
+{
+    if (index < 0 || index >= m_sections.size()) {
+        return;
+    }
+    if (index > 0) {
+        if (m_lastEnd >= 0 && m_out.mid(m_lastEnd, 4) == "\\par") {
+            m_out.replace(m_lastEnd, 4, "\\sect");
+        } else {
+            m_out += "\\sect\n";
+        }
+    }
+    m_lastEnd = -1;
+    const DocumentSection& section = m_sections.at(index);
+    m_out += "\\sectd";
+    if (!section.newPage) {
+        m_out += "\\sbknone";
+    }
+    auto number = [this](const char* word, int value) { m_out += word + QByteArray::number(value); };
+    if (section.widthTwips > 0) {
+        number("\\pgwsxn", section.widthTwips);
+    }
+    if (section.heightTwips > 0) {
+        number("\\pghsxn", section.heightTwips);
+    }
+    if (section.landscape) {
+        m_out += "\\lndscpsxn";
+    }
+    const std::pair<const char*, int> margins[] = {{"\\marglsxn", section.leftTwips},
+        {"\\margrsxn", section.rightTwips}, {"\\margtsxn", section.topTwips}, {"\\margbsxn", section.bottomTwips}};
+    for (const auto& [word, value] : margins) {
+        if (value >= 0) {
+            number(word, value);
+        }
+    }
+    number("\\headery", section.headerY);
+    number("\\footery", section.footerY);
+    if (section.titlePage) {
+        m_out += "\\titlepg";
+    }
+    m_out += '\n';
+    const std::pair<const char*, const QByteArray*> pieces[] = {{"header", &section.header},
+        {"headerf", &section.headerFirst}, {"headerl", &section.headerLeft}, {"headerr", &section.headerRight},
+        {"footer", &section.footer}, {"footerf", &section.footerFirst}, {"footerl", &section.footerLeft},
+        {"footerr", &section.footerRight}};
+    for (const auto& [word, rtf] : pieces) {
+        if (!rtf->isEmpty()) {
+            const QByteArray text = piece(*rtf, 0);
+            // No space after the destination's word: the piece begins with a
+            // control word, and a space would be read as the piece's first text.
+            m_out += "{\\";
+            m_out += word;
+            m_out += text + "}\n";
+        }
+    }
+}
+
+// A header, footer or note, kept as an RTF document of its own, written as
+// paragraphs in this file's font and colour tables.
+QByteArray RtfWriter::piece(const QByteArray& rtf, int note)
+{
+    QTextDocument document;
+    readRtf(rtf, document);
+    const QTextDocument* main = m_document;
+    const QByteArray out = std::exchange(m_out, QByteArray());
+    const bool wasInPiece = std::exchange(m_inPiece, true);
+    m_document = &document;
+    m_pageCounter = note == 0;
+    m_noteNumber = note;
+    collect(document.rootFrame());
+    writeFrame(document.rootFrame(), false);
+    // The last paragraph's mark would add an empty paragraph where the group ends.
+    if (m_out.endsWith("\\par\n")) {
+        m_out.chop(5);
+    }
+    m_document = main;
+    m_inPiece = wasInPiece;
+    m_pageCounter = false;
+    m_noteNumber = 0;
+    return std::exchange(m_out, out);
+}
+
+// A footnote's mark and the note itself, as word processors write them.
+void RtfWriter::writeNote(const QTextCharFormat& format, int note)
+{
+    m_out += '{';
+    writeCharFormat(format);
+    m_out += "\\chftn}";
+    if (note >= 1 && note <= m_notes.size()) {
+        m_out += "{\\footnote" + piece(m_notes.at(note - 1), note) + '}';
     }
 }
 
@@ -356,7 +492,7 @@ void RtfWriter::writeTable(QTextTable* table)
                 if (it.currentFrame()) {
                     // A table in a cell: its paragraphs, one after another.
                     const QTextFrame* inner = it.currentFrame();
-                    for (QTextBlock block = m_document.findBlock(inner->firstPosition());
+                    for (QTextBlock block = m_document->findBlock(inner->firstPosition());
                          block.isValid() && block.position() < inner->lastPosition(); block = block.next()) {
                         blocks.append(block);
                     }
@@ -443,7 +579,7 @@ void RtfWriter::writeCharFormat(const QTextCharFormat& format)
 {
     m_out += "\\f" + QByteArray::number(fontIndex(format));
     const qreal size = format.hasProperty(QTextFormat::FontPointSize) ? format.fontPointSize()
-                                                                       : m_document.defaultFont().pointSizeF();
+                                                                       : m_document->defaultFont().pointSizeF();
     m_out += "\\fs" + QByteArray::number(qRound(std::max<qreal>(size, 1) * 2));
     if (format.fontWeight() >= QFont::DemiBold) {
         m_out += "\\b";
@@ -550,7 +686,7 @@ void RtfWriter::writeText(const QString& text)
 
 void RtfWriter::writeImage(const QTextImageFormat& format)
 {
-    const QVariant resource = m_document.resource(QTextDocument::ImageResource, QUrl(format.name()));
+    const QVariant resource = m_document->resource(QTextDocument::ImageResource, QUrl(format.name()));
     QImage image;
     if (resource.canConvert<QImage>()) {
         image = resource.value<QImage>();
@@ -594,14 +730,40 @@ void RtfWriter::writeBlock(const QTextBlock& block, bool inTable, const char* en
             }
             continue;
         }
+        if (!m_inPiece && format.hasProperty(noteReferenceProperty)) {
+            writeNote(format, format.intProperty(noteReferenceProperty));
+            continue;
+        }
         QString text = fragment.text();
         text.remove(QChar::ObjectReplacementCharacter);
         if (text.isEmpty()) {
             continue;
         }
+        if (m_noteNumber > 0) {
+            // A note begins with its own mark.
+            const bool mark = text == QString::number(m_noteNumber);
+            m_noteNumber = 0;
+            if (mark) {
+                m_out += '{';
+                writeCharFormat(format);
+                m_out += "\\chftn}";
+                continue;
+            }
+        }
         m_out += '{';
         writeCharFormat(format);
-        writeText(text);
+        if (m_pageCounter) {
+            // The page number, as a field word processors fill in.
+            const QStringList parts = text.split(QStringLiteral("##"));
+            for (qsizetype i = 0; i < parts.size(); ++i) {
+                if (i > 0) {
+                    m_out += "{\\field{\\*\\fldinst PAGE}{\\fldrslt 1}}";
+                }
+                writeText(parts.at(i));
+            }
+        } else {
+            writeText(text);
+        }
         m_out += '}';
     }
     m_out += end;

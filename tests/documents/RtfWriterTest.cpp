@@ -1,15 +1,18 @@
 #include "DocumentFixtures.h"
 
 #include "documents/DocumentPaper.h"
+#include "documents/DocumentSections.h"
 #include "documents/DocumentUnits.h"
 #include "documents/RtfReader.h"
 #include "documents/RtfWriter.h"
 
+#include <QDir>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextFrame>
 #include <QTextTable>
 
+#include <algorithm>
 #include <cmath>
 
 #include <gtest/gtest.h>
@@ -187,4 +190,91 @@ TEST(RtfWriter, keepsMergedCellsAndPageBreaks)
     EXPECT_TRUE(next.blockFormat().pageBreakPolicy() & QTextFormat::PageBreak_AlwaysBefore);
     EXPECT_EQ(pvardo::test::comparableLines(displayedText(again)),
               pvardo::test::comparableLines(displayedText(document)));
+}
+
+namespace {
+
+QString pieceText(const QByteArray& rtf)
+{
+    QTextDocument document;
+    readRtf(rtf, document);
+    return document.toPlainText().simplified();
+}
+
+// What a document holds outside its text: sections with their paper and
+// headers and footers, footnotes, facing pages.
+QStringList describeOutsideText(const QTextDocument& document)
+{
+    QStringList lines;
+    const QList<DocumentSection> sections = documentSections(document);
+    for (const DocumentSection& s : sections) {
+        lines.append(QStringLiteral("S new %1 paper %2x%3 %4 margins %5 %6 %7 %8 at %9/%10 title %11")
+                         .arg(s.newPage)
+                         .arg(s.widthTwips)
+                         .arg(s.heightTwips)
+                         .arg(s.landscape)
+                         .arg(s.leftTwips)
+                         .arg(s.topTwips)
+                         .arg(s.rightTwips)
+                         .arg(s.bottomTwips)
+                         .arg(s.headerY)
+                         .arg(s.footerY)
+                         .arg(s.titlePage));
+        for (const QByteArray* piece : {&s.header, &s.headerFirst, &s.headerLeft, &s.headerRight, &s.footer,
+                                        &s.footerFirst, &s.footerLeft, &s.footerRight}) {
+            lines.append(QStringLiteral("  [%1]").arg(pieceText(*piece)));
+        }
+    }
+    for (const QByteArray& note : documentNotes(document)) {
+        lines.append(QStringLiteral("N [%1]").arg(pieceText(note)));
+    }
+    int marks = 0;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        const QVariant section = block.blockFormat().property(sectionProperty);
+        if (section.isValid()) {
+            lines.append(QStringLiteral("S%1 begins at [%2]").arg(section.toInt()).arg(block.text().left(20)));
+        }
+        for (QTextBlock::iterator it = block.begin(); !it.atEnd(); ++it) {
+            marks += it.fragment().charFormat().hasProperty(noteReferenceProperty) ? 1 : 0;
+        }
+    }
+    lines.append(QStringLiteral("marks %1 facing %2").arg(marks).arg(documentFacingPages(document)));
+    return lines;
+}
+
+} // namespace
+
+// Documents from other word processors with sections, headers, footers or
+// footnotes keep them when the notepad saves them: read, written and read
+// again, they are the same document, and writing again gives the same bytes.
+TEST(RtfWriter, keepsSectionsHeadersFootersAndNotesOfForeignDocuments)
+{
+    int withSections = 0;
+    int withHeaders = 0;
+    int withNotes = 0;
+    const QString folder = QStringLiteral(PVARDO_TEST_DATA_DIR "/rtf-corpus/");
+    for (const QString& name : QDir(folder).entryList({QStringLiteral("*.rtf")}, QDir::Files, QDir::Name)) {
+        QTextDocument first;
+        readRtf(readFixtureBytes(folder + name), first);
+        const QList<DocumentSection> sections = documentSections(first);
+        if (sections.isEmpty() && documentNotes(first).isEmpty()) {
+            continue;
+        }
+        withSections += sections.size() > 1 ? 1 : 0;
+        withHeaders += std::any_of(sections.begin(), sections.end(), [](const DocumentSection& s) {
+            return !s.header.isEmpty() || !s.footer.isEmpty() || !s.headerRight.isEmpty() || !s.footerRight.isEmpty();
+        });
+        withNotes += documentNotes(first).isEmpty() ? 0 : 1;
+
+        const QByteArray written = writeRtf(first);
+        QTextDocument second;
+        const RtfReadResult result = readRtf(written, second);
+        EXPECT_FALSE(result.damaged) << name.toStdString() << ": " << result.problem.toStdString();
+        EXPECT_EQ(displayedText(second), displayedText(first)) << name.toStdString();
+        EXPECT_EQ(describeOutsideText(second), describeOutsideText(first)) << name.toStdString();
+        EXPECT_EQ(writeRtf(second).toStdString(), written.toStdString()) << name.toStdString();
+    }
+    EXPECT_GE(withSections, 1);
+    EXPECT_GE(withHeaders, 3);
+    EXPECT_GE(withNotes, 1);
 }
