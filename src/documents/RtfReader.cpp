@@ -208,6 +208,19 @@ enum class Destination {
     ColorTable,
     Picture,
     StyleSheet,
+    Numbering, // {\*\pn ...}: the old paragraph numbering of Word 6 and WordPad
+};
+
+// The old paragraph numbering (\pn): numbers or a bullet that the reader
+// puts before the paragraph's text, as word processors draw them, unless
+// the file gives the text itself (\pntext).
+struct LegacyNumbering {
+    enum class Kind { None, Decimal, UpperLetter, LowerLetter, UpperRoman, LowerRoman, Bullet } kind = Kind::None;
+    int start = 1;
+    QString before;
+    QString after;
+
+    bool operator==(const LegacyNumbering&) const = default;
 };
 
 // A style of the stylesheet: the formatting words of its entry, replayed
@@ -253,6 +266,7 @@ struct ParaState {
     bool inTable = false;
     bool pageBreakBefore = false;
     bool keepWithNext = false;
+    LegacyNumbering numbering;
 };
 
 enum class BorderSide { None, Top, Left, Bottom, Right, Paragraph };
@@ -302,6 +316,7 @@ struct Group {
     Destination destination = Destination::Normal;
     int unicodeSkip = 1;
     bool pictureOwner = false; // this group opened the picture
+    int numberingText = 0;     // in \pn: 1 in its text before the number (\pntxtb), 2 after (\pntxta)
     qsizetype openedAt = 0;    // where the group's brace stands in the file
     // A header, footer or footnote kept whole as RTF of its own, from here to
     // the group's end.
@@ -484,6 +499,7 @@ private:
     bool startCapture(const QByteArray& word);
     void finishCapture(const Group& closing);
     void stampSection();
+    void handleNumberingWord(const QByteArray& word, int value);
 
     QColor color(int index) const
     {
@@ -526,6 +542,13 @@ private:
     bool m_formatDirty = true;
     QTextCharFormat m_cachedFormat;
     bool m_blockHasContent = false;
+    // Old paragraph numbering: the \pn group being read, whether the file
+    // gave the next paragraph's number as text, and the list counted so far.
+    LegacyNumbering m_numberingDraft;
+    bool m_numberTextGiven = false;
+    LegacyNumbering m_lastNumbering;
+    int m_lastNumber = 0;
+    void numberParagraph();
     bool m_pageBreakPending = false;
     bool m_paragraphEnded = false; // the last thing was a paragraph mark
 
@@ -766,6 +789,9 @@ void RtfReader::closeGroup()
         && group().destination != closing.destination && m_tableBytes.size() < 4 * 1024 * 1024) {
         m_tableBytes += m_data.mid(closing.openedAt, m_tokenizer.position() - closing.openedAt);
     }
+    if (closing.destination == Destination::Numbering && group().destination == Destination::Normal) {
+        group().para.numbering = m_numberingDraft;
+    }
     if (closing.destination == Destination::Picture && closing.pictureOwner) {
         finishPicture();
     }
@@ -840,7 +866,17 @@ void RtfReader::handleControlWord(const Token& token)
             handleDestinationWord(word);
             return;
         }
+        if (word == "pn" && destination == Destination::Normal) {
+            group().destination = Destination::Numbering;
+            m_numberingDraft = LegacyNumbering();
+            m_numberingDraft.kind = LegacyNumbering::Kind::Decimal;
+            return;
+        }
         group().destination = Destination::Skip;
+        return;
+    }
+    if (destination == Destination::Numbering) {
+        handleNumberingWord(word, value);
         return;
     }
 
@@ -922,6 +958,10 @@ void RtfReader::handleControlWord(const Token& token)
 
 void RtfReader::handleDestinationWord(const QByteArray& word)
 {
+    if (word == "pntext") {
+        m_numberTextGiven = true; // the number as the file's writer drew it: its text follows
+        return;
+    }
     if (word == "stylesheet") {
         group().destination = Destination::StyleSheet;
         m_styleEntry = -1;
@@ -1649,6 +1689,14 @@ void RtfReader::prepareContent()
 void RtfReader::emitChar(char16_t c)
 {
     const Destination destination = group().destination;
+    if (destination == Destination::Numbering) {
+        if (group().numberingText == 1 && m_numberingDraft.before.size() < 32) {
+            m_numberingDraft.before.append(QChar(c));
+        } else if (group().numberingText == 2 && m_numberingDraft.after.size() < 32) {
+            m_numberingDraft.after.append(QChar(c));
+        }
+        return;
+    }
     if (destination != Destination::Normal) {
         return;
     }
@@ -1656,6 +1704,9 @@ void RtfReader::emitChar(char16_t c)
         return;
     }
     prepareContent();
+    if (!m_blockHasContent) {
+        numberParagraph();
+    }
     // While the format is unchanged the run's format is the cached one, so
     // formats are compared only after a formatting word.
     if (m_formatDirty || m_run.isEmpty()) {
@@ -2385,6 +2436,107 @@ void RtfReader::finishCapture(const Group& closing)
                          : word == "footerr" ? &section.footerRight
                                              : &section.footerFirst;
     *target = rtf;
+}
+
+// ---------------------------------------------------------------------------
+// Old paragraph numbering
+
+void RtfReader::handleNumberingWord(const QByteArray& word, int value)
+{
+    using Kind = LegacyNumbering::Kind;
+    LegacyNumbering& n = m_numberingDraft;
+    if (word == "pntxtb") {
+        group().numberingText = 1;
+    } else if (word == "pntxta") {
+        group().numberingText = 2;
+    } else if (word == "pnlvlblt") {
+        n.kind = Kind::Bullet;
+    } else if (word == "pnlvlcont") {
+        n.kind = Kind::None; // a paragraph that goes on in the item above, without a number
+    } else if (word == "pndec" || word == "pnord" || word == "pncard" || word == "pnordt" || word == "pncardt") {
+        n.kind = Kind::Decimal;
+    } else if (word == "pnucltr") {
+        n.kind = Kind::UpperLetter;
+    } else if (word == "pnlcltr") {
+        n.kind = Kind::LowerLetter;
+    } else if (word == "pnucrm") {
+        n.kind = Kind::UpperRoman;
+    } else if (word == "pnlcrm") {
+        n.kind = Kind::LowerRoman;
+    } else if (word == "pnstart") {
+        n.start = std::clamp(value, 0, 32767);
+    }
+}
+
+namespace {
+
+QString letters(int number, char16_t first)
+{
+    // 1 a, 26 z, 27 aa, 28 bb, as word processors count.
+    if (number <= 0) {
+        return QString::number(number);
+    }
+    const int repeat = (number - 1) / 26 + 1;
+    return QString(std::min(repeat, 10), QChar(char16_t(first + (number - 1) % 26)));
+}
+
+QString roman(int number, bool upper)
+{
+    if (number <= 0 || number >= 4000) {
+        return QString::number(number);
+    }
+    static const std::pair<int, const char*> parts[] = {{1000, "m"}, {900, "cm"}, {500, "d"}, {400, "cd"},
+        {100, "c"}, {90, "xc"}, {50, "l"}, {40, "xl"}, {10, "x"}, {9, "ix"}, {5, "v"}, {4, "iv"}, {1, "i"}};
+    QString text;
+    for (const auto& [value, digits] : parts) {
+        while (number >= value) {
+            text += QLatin1String(digits);
+            number -= value;
+        }
+    }
+    return upper ? text.toUpper() : text;
+}
+
+} // namespace
+
+// Puts the old-style number or bullet before the text of a paragraph that
+// has one, unless the file wrote it out itself. Paragraphs numbered alike
+// count on from the one before; another kind of numbering starts again.
+void RtfReader::numberParagraph()
+{
+    using Kind = LegacyNumbering::Kind;
+    const LegacyNumbering& numbering = group().para.numbering;
+    if (std::exchange(m_numberTextGiven, false) || numbering.kind == Kind::None) {
+        return;
+    }
+    int number = numbering.start;
+    if (numbering == m_lastNumbering) {
+        number = m_lastNumber + 1;
+    }
+    m_lastNumbering = numbering;
+    m_lastNumber = number;
+    QString label;
+    switch (numbering.kind) {
+    case Kind::Decimal:
+        label = QString::number(number);
+        break;
+    case Kind::UpperLetter:
+        label = letters(number, u'A');
+        break;
+    case Kind::LowerLetter:
+        label = letters(number, u'a');
+        break;
+    case Kind::UpperRoman:
+        label = roman(number, true);
+        break;
+    case Kind::LowerRoman:
+        label = roman(number, false);
+        break;
+    default:
+        break;
+    }
+    flushRun();
+    m_cursor.insertText(numbering.before + label + numbering.after + QLatin1Char('\t'), currentCharFormat());
 }
 
 void RtfReader::stampSection()

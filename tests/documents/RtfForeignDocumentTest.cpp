@@ -333,3 +333,25 @@ TEST(RtfForeignDocument, damagedMetafilesKeepTheText)
         }
     }
 }
+
+// The old paragraph numbering of Word 6 and WordPad (\pn) puts numbers or
+// bullets before the paragraphs, as word processors show them: counted on
+// while the numbering stays the same, started again when it changes, never
+// twice where the file wrote the number out itself (\pntext), and not on a
+// paragraph that goes on in the item above (\pnlvlcont) or after \pard.
+TEST(RtfForeignDocument, printsOldParagraphNumbersAndBullets)
+{
+    const QByteArray rtf = "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}{\\f1 Symbol;}}"
+                           "\\pard\\fi-283\\li283{\\*\\pn\\pnlvlbody\\pndec\\pnstart1{\\pntxta .}}{Alpha\\par Beta\\par}"
+                           "\\pard\\fi-283\\li283{\\*\\pn\\pnlvlblt\\pnf1\\pnstart1{\\pntxtb \\'b7}}{Gamma\\par}"
+                           "\\pard{\\*\\pn\\pnlvlbody\\pnlcltr\\pnstart1{\\pntxta )}}Delta\\par"
+                           "\\pard{\\*\\pn\\pnlvlbody\\pnlcltr\\pnstart1{\\pntxta )}}Epsilon\\par"
+                           "\\pard{\\*\\pn\\pnlvlcont}Still epsilon\\par"
+                           "\\pard{\\*\\pn\\pnlvlbody\\pnucrm\\pnstart4{\\pntxtb (}{\\pntxta )}}Zeta\\par"
+                           "\\pard{\\pntext\\f0 7.\\tab}{\\*\\pn\\pnlvlbody\\pndec\\pnstart7{\\pntxta .}}Eta\\par"
+                           "\\pard Plain\\par}";
+    EXPECT_EQ(readText(rtf).split(QLatin1Char('\n'), Qt::SkipEmptyParts),
+              (QStringList{QStringLiteral("1.\tAlpha"), QStringLiteral("2.\tBeta"), QStringLiteral("\u00B7\tGamma"),
+                           QStringLiteral("a)\tDelta"), QStringLiteral("b)\tEpsilon"), QStringLiteral("Still epsilon"),
+                           QStringLiteral("(IV)\tZeta"), QStringLiteral("7.\tEta"), QStringLiteral("Plain")}));
+}
