@@ -40,25 +40,4 @@ documents::Addressee caseApplicant(const store::Recordset& caseRow)
                                    caseRow.text(QStringLiteral("PBAPPADDR1")));
 }
 
-QList<documents::ListingColumn> caseListingColumns()
-{
-    return {{QStringLiteral("PBCASE"), 12},     {QStringLiteral("FILEYEAR"), 12},
-            {QStringLiteral("PBPROJDESC"), 30}, {QStringLiteral("PBSTATUS"), 25},
-            {QStringLiteral("PBAPPNAME1"), 26}, {QStringLiteral("PBLOCN1"), 26}};
-}
-
-int buildCaseListing(QTextDocument& report, store::Recordset& rows, const QString& heading,
-                     const QString& headPath, double fontSize)
-{
-    documents::Listing listing(report, fontSize);
-    listing.appendHeadFile(headPath);
-    documents::printState().reportHeading = heading;
-    documents::FixedWords words;
-    documents::plugFixedWords(report, documents::ScreenCodes::Case, words);
-    const int count = listing.appendRows(rows, caseListingColumns());
-    listing.append(QStringLiteral("TOTAL = ") + QString::number(count) + QStringLiteral("\n\n"));
-    documents::printState().reportHeading.clear();
-    return count;
-}
-
 } // namespace pvardo::cases

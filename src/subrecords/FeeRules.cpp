@@ -108,7 +108,7 @@ FeeTotals buildFeeReport(QTextDocument& report, store::Recordset& rows, const Fe
             continue;
         }
         QString description = rows.text(column("PBFPAYDESC")).trimmed();
-        if (head.kind != FeeReport::Case) {
+        if (head.kind == FeeReport::AllCases || head.kind == FeeReport::Receivables) {
             description = QLatin1Char('(') + rows.text(column("PBFCASE")).trimmed() + QStringLiteral(") ") + description;
         }
         lines += pad(dateColumn(rows, "PBFFILEDATE"), dateWidth) + pad(description, 35)

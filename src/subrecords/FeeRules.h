@@ -43,6 +43,7 @@ store::StoreStatus writeFeeFixedColumns(store::Recordset& row, const FeeFixedVal
 // The fee reports, which share one builder.
 enum class FeeReport {
     Case,        // the listing of one case
+    CaseMonths,  // a month or year of one case
     AllCases,    // a month or year of every case
     Receivables, // every row with a balance
 };

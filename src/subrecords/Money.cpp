@@ -2,6 +2,7 @@
 
 #include "common/DateText.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
@@ -52,6 +53,53 @@ Cents leadingCents(const QString& text)
     }
     const Cents cents = whole * 100 + fraction;
     return negative ? -cents : cents;
+}
+
+std::optional<Cents> typedCents(const QString& text)
+{
+    QString t = text.trimmed();
+    bool negative = false;
+    for (int signs = 0, dollars = 0; !t.isEmpty();) {
+        const QChar first = t.at(0);
+        if ((first == QLatin1Char('-') || first == QLatin1Char('+')) && signs++ == 0) {
+            negative = first == QLatin1Char('-');
+        } else if (first == QLatin1Char('$') && dollars++ == 0) {
+        } else {
+            break;
+        }
+        t = t.mid(1).trimmed();
+    }
+    if (t.isEmpty()) {
+        return text.trimmed().isEmpty() ? std::optional<Cents>(0) : std::nullopt;
+    }
+    const qsizetype point = t.indexOf(QLatin1Char('.'));
+    const QString whole = point < 0 ? t : t.left(point);
+    const QString fraction = point < 0 ? QString() : t.mid(point + 1);
+    auto digitsOnly = [](const QString& part) {
+        return std::all_of(part.begin(), part.end(), [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); });
+    };
+    if ((whole.isEmpty() && fraction.isEmpty()) || !digitsOnly(fraction)) {
+        return std::nullopt;
+    }
+    if (whole.contains(QLatin1Char(','))) {
+        // Commas group thousands: one to three digits first, then threes.
+        const QStringList groups = whole.split(QLatin1Char(','));
+        if (groups.first().isEmpty() || groups.first().size() > 3) {
+            return std::nullopt;
+        }
+        for (qsizetype i = 1; i < groups.size(); ++i) {
+            if (groups.at(i).size() != 3) {
+                return std::nullopt;
+            }
+        }
+    }
+    QString plain = whole;
+    plain.remove(QLatin1Char(','));
+    if (!digitsOnly(plain) || plain.size() > 13) {
+        return std::nullopt;
+    }
+    const QString sign = negative ? QStringLiteral("-") : QString();
+    return leadingCents(sign + plain + QLatin1Char('.') + fraction);
 }
 
 Cents centsOf(const QVariant& stored)

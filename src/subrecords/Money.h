@@ -3,6 +3,8 @@
 #include <QString>
 #include <QVariant>
 
+#include <optional>
+
 namespace pvardo::subrecords {
 
 // Money is counted in whole cents everywhere it is added or taken away. The
@@ -16,6 +18,14 @@ using Cents = long long;
 // text that does not begin with a number, is ignored (0). Fractions of a cent
 // are rounded half away from zero.
 Cents leadingCents(const QString& text);
+
+// An amount as a clerk types money: blanks around it, an optional sign, an
+// optional "$" (either side of the sign), digits plain or grouped in threes
+// by commas, and cents after one point ("$1,250.00", "-$5", "40", ".5").
+// Fractions of a cent are rounded half away from zero. An empty text is 0.
+// Anything else ("forty", "40 dollars", "1,00", "12.5.1") is no amount:
+// nullopt, for the screen to refuse rather than keep as 0.
+std::optional<Cents> typedCents(const QString& text);
 
 // The cents of a value read from a money column; a null or a text that holds
 // no number is 0.

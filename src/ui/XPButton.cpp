@@ -1,5 +1,8 @@
 #include "ui/XPButton.h"
 
+#include <QDialog>
+#include <QHBoxLayout>
+
 namespace pvardo::ui {
 
 XPButton::XPButton(QWidget* parent)
@@ -17,6 +20,19 @@ XPButton::XPButton(const QString& objectName, const QString& caption, const QStr
     setObjectName(objectName);
     setText(caption);
     setToolTip(toolTip);
+}
+
+QHBoxLayout* okCancelRow(QDialog& dialog, XPButton** ok)
+{
+    auto* row = new QHBoxLayout;
+    *ok = new XPButton(QStringLiteral("cmdOK"), QStringLiteral("OK"), QString(), &dialog);
+    auto* cancel = new XPButton(QStringLiteral("cmdCancel"), QStringLiteral("Cancel"), QString(), &dialog);
+    (*ok)->setDefault(true);
+    row->addStretch();
+    row->addWidget(*ok);
+    row->addWidget(cancel);
+    QObject::connect(cancel, &QPushButton::clicked, &dialog, &QDialog::reject);
+    return row;
 }
 
 } // namespace pvardo::ui

@@ -2,6 +2,9 @@
 
 #include <QPushButton>
 
+class QDialog;
+class QHBoxLayout;
+
 namespace pvardo::ui {
 
 // The command button of the record screens: a flat button that lights up under
@@ -15,5 +18,10 @@ public:
     XPButton(
         const QString& objectName, const QString& caption, const QString& toolTip, QWidget* parent = nullptr);
 };
+
+// The "OK" (cmdOK, the default) and "Cancel" (cmdCancel) buttons of a small
+// dialog, right-aligned in a row. Cancel rejects the dialog; what OK does is
+// the dialog's to connect.
+QHBoxLayout* okCancelRow(QDialog& dialog, XPButton** ok);
 
 } // namespace pvardo::ui

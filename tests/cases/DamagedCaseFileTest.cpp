@@ -2,40 +2,14 @@
 
 #include "cases/screens/CaseListModel.h"
 #include "cases/screens/CaseListView.h"
+#include "support/DamagedPage.h"
 #include "ui/DateInput.h"
 
-#include <QFile>
 #include <QTest>
 #include <QTreeView>
 
-#include <sqlite3.h>
-
 using namespace pvardo;
 using namespace pvardo::test;
-
-namespace {
-
-// Zeroes the first table page of the case file, as a failing disk leaves it.
-void zeroFirstCasePage(const QString& path)
-{
-    sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open(QFile::encodeName(path).constData(), &db), SQLITE_OK);
-    sqlite3_stmt* statement = nullptr;
-    ASSERT_EQ(sqlite3_prepare_v2(db,
-                  "SELECT pageno FROM dbstat WHERE name = 'PBPROJ' AND pagetype = 'leaf' ORDER BY pageno LIMIT 1",
-                  -1, &statement, nullptr),
-        SQLITE_OK);
-    ASSERT_EQ(sqlite3_step(statement), SQLITE_ROW);
-    const qint64 page = sqlite3_column_int64(statement, 0);
-    sqlite3_finalize(statement);
-    sqlite3_close(db);
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-    ASSERT_TRUE(file.seek((page - 1) * 4096));
-    file.write(QByteArray(4096, '\0'));
-}
-
-} // namespace
 
 TEST_F(CaseScreenTest, ACaseOnADamagedPageIsReportedNotShownBlank)
 {
@@ -43,7 +17,7 @@ TEST_F(CaseScreenTest, ACaseOnADamagedPageIsReportedNotShownBlank)
         seedCase(QStringLiteral("12-%1").arg(100 + i),
             {{q("PBLOCN1"), QStringLiteral("%1 MAIN ST").arg(i)}, {q("PBGENNOTES"), QString(2500, QLatin1Char('n'))}});
     }
-    zeroFirstCasePage(casePath);
+    zeroFirstLeafPage(casePath, "PBPROJ");
 
     open();
     ASSERT_FALSE(prompts().shown().isEmpty());
@@ -60,6 +34,7 @@ TEST_F(CaseScreenTest, ACaseOnADamagedPageIsReportedNotShownBlank)
     EXPECT_EQ(find<ui::DateInput>("DTPicker3")->text(), q(""));
     EXPECT_FALSE(on("IEdit"));
     EXPECT_FALSE(find<QAction>("delr")->isEnabled());
+    EXPECT_FALSE(find<QAction>("printreceipt")->isEnabled());
 
     // The cases on sound pages still show.
     prompts().clear();

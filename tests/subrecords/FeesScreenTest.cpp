@@ -8,14 +8,17 @@
 #include "subrecords/FeeRules.h"
 #include "subrecords/screens/FeesFrm.h"
 #include "subrecords/screens/SubRecordScreens.h"
+#include "support/DamagedPage.h"
 
 #include <QCheckBox>
 #include <QCoreApplication>
 #include <QDialog>
 #include <QFocusEvent>
 #include <QRadioButton>
+#include <QSpinBox>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTextDocument>
 #include <QTreeWidget>
 
@@ -75,7 +78,13 @@ protected:
     void enter(int box, const QString& text)
     {
         auto* input = in<QLineEdit>(q("Text1_") + QString::number(box));
-        input->setText(text);
+        // Typed over what stands there, key by key.
+        input->selectAll();
+        if (text.isEmpty()) {
+            QTest::keyClick(input, Qt::Key_Backspace);
+        } else {
+            QTest::keyClicks(input, text);
+        }
         // Leaving the input, as the clerk's tab key does.
         QFocusEvent out(QEvent::FocusOut);
         QCoreApplication::sendEvent(input, &out);
@@ -204,7 +213,15 @@ TEST_F(FeesScreen, requiredInputsOverTypedBalanceAndSameAs)
     enter(1, q("Filing fee"));
     enter(2, q("50"));
     enter(3, q("10"));
+    EXPECT_EQ(box(4), q("40"));
+    EXPECT_TRUE(in<QLineEdit>(q("Text1_4"))->toolTip().contains(q("worked out")));
     enter(4, q("25")); // the clerk knows better: a credit from an earlier case
+    // Another payment typed later leaves the clerk's balance standing, and
+    // the tip tells what charged less paid would be.
+    enter(3, q("20"));
+    EXPECT_EQ(box(4), q("25"));
+    EXPECT_TRUE(in<QLineEdit>(q("Text1_4"))->toolTip().contains(q("kept as typed")));
+    EXPECT_TRUE(in<QLineEdit>(q("Text1_4"))->toolTip().contains(q("would be 30")));
     // The applicant is copied; the owner has nothing, so the party empties.
     in<QRadioButton>(q("Option1_0"))->click();
     EXPECT_EQ(box(6), q("Ann Applicant"));
@@ -220,6 +237,90 @@ TEST_F(FeesScreen, requiredInputsOverTypedBalanceAndSameAs)
     ASSERT_EQ(rows->RecordCount(), 1);
     EXPECT_EQ(subrecords::centsOf(rows->value(q("PBFBALDUE"))), 2500);
     EXPECT_EQ(rows->text(q("PBFAPPNAME1")), q("Ann Applicant"));
+
+    // On an edit the typed balance is still the clerk's; emptying it hands
+    // it back to the working out.
+    press("IEdit");
+    enter(1, q("Filing fee, amended"));
+    EXPECT_EQ(box(4), q("25"));
+    enter(4, QString());
+    EXPECT_EQ(box(4), q("30"));
+    press("ISave");
+    EXPECT_EQ(subrecords::centsOf(feesOnDisk()->value(q("PBFBALDUE"))), 3000);
+}
+
+TEST_F(FeesScreen, moneyIsReadAsTypedOrRefused)
+{
+    openFees();
+    // Dollar signs and thousands commas are money; the balance follows even
+    // when Add is pressed straight from the last input.
+    press("INew");
+    enter(1, q("Subdivision fee"));
+    enter(2, q("$1,250.00"));
+    in<QLineEdit>(q("Text1_3"))->setText(q("$40"));
+    press("IAdd");
+    auto rows = feesOnDisk();
+    ASSERT_EQ(rows->RecordCount(), 1);
+    EXPECT_EQ(subrecords::centsOf(rows->value(q("PBFAMOUNT"))), 125000);
+    EXPECT_EQ(subrecords::centsOf(rows->value(q("PBFPAID"))), 4000);
+    EXPECT_EQ(subrecords::centsOf(rows->value(q("PBFBALDUE"))), 121000);
+
+    // What is not money is refused, named, and nothing is written.
+    for (const char* typed : {"forty", "40 dollars", "1,00", "12.5.1"}) {
+        prompts().clear();
+        press("INew");
+        enter(1, q("Copies"));
+        enter(2, q("10"));
+        enter(3, q(typed));
+        press("IAdd");
+        EXPECT_EQ(lastTitle(), q(" Not an Amount")) << typed;
+        EXPECT_TRUE(lastText().contains(q("Amount Paid:"))) << lastText().toStdString();
+        EXPECT_EQ(fees->mode(), ui::RecordMode::New);
+        EXPECT_EQ(box(3), q(typed)) << "what was typed stays to be mended";
+        press("ICancel");
+    }
+    EXPECT_EQ(feesOnDisk()->RecordCount(), 1);
+
+    // The receipt reads the payment the same way.
+    auto amount = std::make_shared<QString>();
+    prompts().onDialog(q("receipt"), [amount](QDialog& dialog) {
+        *amount = dialog.findChild<QLineEdit*>(q("Text3"))->text();
+        return int(QDialog::Rejected);
+    });
+    fees->findChild<QAction*>(q("printreceipt"))->trigger();
+    EXPECT_EQ(*amount, q("40.00"));
+}
+
+TEST_F(FeesScreen, aFeeOnADamagedPageCannotBeChangedOrPaidOut)
+{
+    {
+        store::StoreStatus status;
+        auto rows = store::openRecordsetAt(feesPath, q("Select * from PBFEES"), &status);
+        ASSERT_TRUE(rows);
+        for (int i = 0; i < 40; ++i) {
+            rows->AddNew();
+            rows->setValue(q("PBFCASE"), q("24-017"));
+            rows->setValue(q("PBFPAYDESC"), QStringLiteral("Inspection %1").arg(i));
+            rows->setValue(q("PBFAPPADDR1"), QString(80, QLatin1Char('a')));
+            rows->setValue(q("PBFAMOUNT"), 10.0);
+            ASSERT_TRUE(rows->Update().ok());
+        }
+    }
+    zeroFirstLeafPage(feesPath, "PBFEES");
+    openFees();
+    EXPECT_TRUE(lastText().contains(feesPath)) << lastText().toStdString();
+    EXPECT_EQ(box(1), QString());
+    for (const char* name : {"IEdit", "recinfod", "iPrint"}) {
+        EXPECT_FALSE(in<QPushButton>(q(name))->isEnabled()) << name;
+    }
+    for (const char* name : {"printreceipt", "delr"}) {
+        EXPECT_FALSE(in<QAction>(q(name))->isEnabled()) << name;
+    }
+    // A sound row has its commands back.
+    press("IMoveLast");
+    EXPECT_EQ(box(1), q("Inspection 39"));
+    EXPECT_TRUE(in<QPushButton>(q("IEdit"))->isEnabled());
+    EXPECT_TRUE(in<QAction>(q("printreceipt"))->isEnabled());
 }
 
 TEST_F(FeesScreen, followsTheCaseScreenToAnotherCase)
@@ -319,6 +420,83 @@ TEST_F(FeesScreen, caseReceiptMasksTheAmountAndPrintsNoCopiesForZero)
     ASSERT_FALSE(pages.isEmpty());
     EXPECT_TRUE(pages.first().contains(q("$1,500,000.00"))) << pages.first().toStdString();
     EXPECT_TRUE(pages.first().contains(q("Ann Applicant")));
+}
+
+TEST_F(FeesScreen, feesByMonthOfTheCaseOrOfAllCases)
+{
+    shipTemplate(q("feeshead.rtf"));
+    {
+        // A payment of another case in the same month, from another workstation.
+        store::StoreStatus status;
+        auto rows = store::openRecordsetAt(feesPath, q("Select * from PBFEES"), &status);
+        ASSERT_TRUE(rows);
+        rows->AddNew();
+        for (const auto& [column, value] : {std::pair{"PBFCASE", "24-018"}, {"PBFPAYDESC", "Escrow"},
+                                            {"PBFSTATUS", "A"}, {"PBFPAIDMM", "03"}, {"PBFPAIDYY", "12"}}) {
+            rows->setValue(q(column), q(value));
+        }
+        rows->setValue(q("PBFAMOUNT"), 500.0);
+        rows->setValue(q("PBFPAID"), 500.0);
+        rows->setValue(q("PBFBALDUE"), 0.0);
+        ASSERT_TRUE(rows->Update().ok());
+    }
+    openFees();
+    // Paid today, in March 2012; the voided one is left out.
+    addCharge(q("Filing fee"), q("100"), q("30"));
+    addCharge(q("Copies"), q("2.50"), q("2.50"));
+    addCharge(q("Mistake"), q("99"), q("99"));
+    fees->findChild<QAction*>(q("delr"))->trigger();
+    auto answer = [this](int month) {
+        prompts().onDialog(q("MonthSelect"), [=](QDialog& dialog) {
+            auto* months = dialog.findChild<QComboBox*>(q("cboMonth"));
+            months->setCurrentIndex(months->findData(month));
+            dialog.findChild<QSpinBox*>(q("txtYear"))->setValue(2012);
+            dialog.findChild<QPushButton*>(q("cmdOK"))->click();
+            return dialog.result();
+        });
+    };
+    answer(3);
+    fees->findChild<QAction*>(q("monthlynumber"))->trigger();
+    QString report = documents::Editor::instance().ReportBuffer().toPlainText();
+    EXPECT_TRUE(report.contains(q("FEES FOR PROJECT Mill Pond Subdivision(24-017)"))) << report.toStdString();
+    EXPECT_TRUE(report.contains(q("03/01/2012 Filing fee")));
+    EXPECT_FALSE(report.contains(q("Mistake")));
+    EXPECT_FALSE(report.contains(q("Escrow")));
+    EXPECT_TRUE(report.contains(q("TOTAL = 2\nTOTAL FEES: $102.50\nTOTAL PAID: $32.50\n*TOTAL DUE: $70.00")));
+
+    answer(0); // the whole year of every case
+    fees->findChild<QAction*>(q("monthlyAllnumber"))->trigger();
+    report = documents::Editor::instance().ReportBuffer().toPlainText();
+    EXPECT_TRUE(report.contains(q("ALL FEES FOR 2012"))) << report.toStdString();
+    EXPECT_TRUE(report.contains(q("(24-018) Escrow")));
+    EXPECT_TRUE(report.contains(q("(24-017) Copies")));
+    EXPECT_TRUE(report.contains(q("TOTAL = 3\nTOTAL FEES: $602.50")));
+
+    prompts().clear();
+    answer(4);
+    fees->findChild<QAction*>(q("monthlyAllnumber"))->trigger();
+    EXPECT_EQ(lastTitle(), q(" Record(s) not Found"));
+    EXPECT_EQ(lastText(), q("No records meet the criteria."));
+}
+
+TEST_F(FeesScreen, billingLetterGoesToTheResponsiblePartyWithTheBalance)
+{
+    shipTemplate(q("feesd.rtf"));
+    openFees();
+    press("INew");
+    enter(1, q("Engineering review"));
+    enter(2, q("1,200"));
+    enter(3, q("450.25"));
+    in<QRadioButton>(q("Option1_0"))->click();
+    press("IAdd");
+    choose(q("Billing Letter"));
+    const QString letter = documents::Editor::instance().ReportBuffer().toPlainText();
+    for (const char* expected : {"Ann Applicant", "1 Elm Rd", "Elmford NY 12000", "Engineering review",
+                                 "$1,200.00", "$450.25", "$749.75", "FEES FOR PROJECT Mill Pond Subdivision(24-017)",
+                                 "Dear Ann Applicant"}) {
+        EXPECT_TRUE(letter.contains(q(expected))) << expected << "\n" << letter.toStdString();
+    }
+    EXPECT_FALSE(letter.contains(q("%"))) << "every placeholder filled";
 }
 
 } // namespace pvardo::test

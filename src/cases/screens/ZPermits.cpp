@@ -5,6 +5,7 @@
 #include "cases/CaseNumbering.h"
 #include "cases/CaseQuery.h"
 #include "cases/CaseRecord.h"
+#include "cases/CaseReports.h"
 #include "cases/CaseStatus.h"
 #include "cases/ParcelFlags.h"
 #include "cases/screens/CaseChecks.h"
@@ -14,9 +15,12 @@
 #include "cases/screens/CaseTab.h"
 #include "cases/screens/ProjectTab.h"
 #include "cases/screens/StructureTab.h"
+#include "common/Clock.h"
 #include "common/ProgramEnd.h"
 #include "documents/NotepadTexts.h"
 #include "documents/FormDefinitions.h"
+#include "documents/PrintState.h"
+#include "documents/screens/Editor.h"
 #include "documents/screens/LabelFrm.h"
 #include "documents/screens/Letters.h"
 #include "common/PromptService.h"
@@ -28,11 +32,12 @@
 #include "parcels/screens/CCalc.h"
 #include "store/DatabaseLocation.h"
 #include "store/SqlSubset.h"
+#include "ui/DateRangeDialog.h"
 #include "ui/DelconfirmDialog.h"
 #include "ui/DupeDialog.h"
+#include "ui/MonthSelect.h"
 #include "ui/NotAvailable.h"
 #include "ui/PostitDialog.h"
-#include "ui/RecordInfoBox.h"
 #include "ui/TaskFrm.h"
 #include "ui/XPButton.h"
 
@@ -449,6 +454,9 @@ void ZPermits::buildMenus()
     connect(addAction(m_fileMenu, "doprint", "&Print.."), &QAction::triggered, this, [this] { doprint(); });
     // The money receipt opens through the same opener as the sub-record screens.
     connect(addAction(m_fileMenu, "printreceipt", "Print Receipt"), &QAction::triggered, this, [this] {
+        if (rowUnreadable()) {
+            return;
+        }
         if (m_opener) {
             m_opener(QStringLiteral("receipt"), *this);
         } else {
@@ -461,15 +469,15 @@ void ZPermits::buildMenus()
     // The listings of the office; they print from the report window.
     m_reportsMenu = menuBar()->addMenu(QStringLiteral("&Reports"));
     m_reportsMenu->setObjectName(QStringLiteral("mnuReports"));
-    addAction(m_reportsMenu, "monthlynumber", "Application by Month");
-    addAction(m_reportsMenu, "exppermits", "Report of Project Status..");
-    addAction(m_reportsMenu, "expiringsoon", "Report of Active Application");
+    connect(addAction(m_reportsMenu, "monthlynumber", "Application by Month"), &QAction::triggered, this,
+        &ZPermits::applicationsByMonth);
+    connect(addAction(m_reportsMenu, "exppermits", "Report of Project Status.."), &QAction::triggered, this,
+        &ZPermits::projectStatus);
+    connect(addAction(m_reportsMenu, "expiringsoon", "Report of Active Application"), &QAction::triggered, this,
+        &ZPermits::activeApplications);
+    // These two do nothing on this screen.
     addAction(m_reportsMenu, "lettersofexppermits", "Print Labels for Anticipated Expiring Zoning Permits");
     addAction(m_reportsMenu, "reportfu", "Report of Application Status");
-    for (QAction* report : m_reportsMenu->actions()) {
-        const QString name = report->text();
-        connect(report, &QAction::triggered, this, [name] { ui::showNotAvailable(name); });
-    }
     // One case: its detail page and the office's letters, as from the Print
     // button.
     m_reportsMenu->addSeparator();
@@ -485,6 +493,81 @@ void ZPermits::buildMenus()
     connect(addAction(m_helpMenu, "hlpKeys", "&Keys"), &QAction::triggered, this, [] {
         showMessage(caseScreenKeys(), QStringLiteral(" Keys"), PromptButtons::Ok, PromptIcon::Information);
     });
+}
+
+void ZPermits::applicationsByMonth()
+{
+    const ui::MonthChoice chosen = ui::chooseMonth(this);
+    if (!chosen.chosen) {
+        return;
+    }
+    runReport(applicationsByMonthQuery(chosen.month, chosen.year), QStringLiteral("Application by Month"),
+        CaseReportHead{applicationsByMonthTitle(chosen.month, chosen.year), applicationsHead()}, applicationLines);
+}
+
+void ZPermits::projectStatus()
+{
+    const ui::DateRange range = ui::chooseDateRange(this);
+    if (!range.chosen) {
+        return;
+    }
+    runReport(projectStatusQuery(range.start, range.end, range.permitType), QStringLiteral("Project Status"),
+        CaseReportHead{projectStatusTitle(range.start, range.end), statusHead()}, statusLine);
+}
+
+void ZPermits::activeApplications()
+{
+    runReport(activeApplicationsQuery(), QStringLiteral("Active Applications"),
+        CaseReportHead{activeApplicationsTitle(todaysDate()), statusHead()}, statusLine);
+}
+
+void ZPermits::runReport(const QString& query, const QString& caption, CaseReportHead head,
+    const std::function<QString(const store::Recordset&)>& lines)
+{
+    if (m_mode != RecordMode::Browse && m_mode != RecordMode::Empty) {
+        return;
+    }
+    // The screen's own query and place, to come back to whatever happens.
+    const QString ownQuery = m_query;
+    const int position = hasRow() ? m_rows->AbsolutePosition() : 0;
+    auto putBack = [this, ownQuery, position] {
+        m_query = ownQuery;
+        session().ScreenQuery[CaseScreenCode] = ownQuery;
+        if (!readRows() || position <= 0 || !m_rows || m_rows->RecordCount() == 0) {
+            return;
+        }
+        m_rows->MoveFirst();
+        m_rows->Move(std::min(position, m_rows->RecordCount()) - 1);
+        showRow();
+    };
+    ui::TaskFrm::open();
+    session().ScreenQuery[CaseScreenCode] = query;
+    store::StoreStatus status;
+    auto rows = store::openRecordsetAt(m_path, query, &status);
+    if (!rows || rows->RecordCount() == 0) {
+        session().ScreenQuery[CaseScreenCode] = ownQuery;
+        ui::TaskFrm::close();
+        if (!rows) {
+            showMessage(status.description + QStringLiteral("\n") + m_path, QStringLiteral(" Projects"),
+                PromptButtons::Ok, PromptIcon::Critical);
+        } else {
+            showMessage(QStringLiteral("No records meet the criteria."), QStringLiteral(" Record(s) not Found"),
+                PromptButtons::Ok, PromptIcon::Information);
+        }
+        return;
+    }
+    documents::Editor& editor = documents::Editor::instance();
+    editor.clearBuffers();
+    editor.setOrigin(QString());
+    editor.setTitle(caption);
+    head.headPath = QDir(session().FormsFolder).filePath(head.headPath);
+    head.fontSize = documents::printState().reportFontSize;
+    ui::TaskFrm::setRange(rows->RecordCount());
+    buildCaseReport(editor.ReportBuffer(), *rows, head, lines, [](int read) { ui::TaskFrm::step(read); });
+    rows.reset();
+    putBack();
+    ui::TaskFrm::close();
+    documents::showBuiltReport();
 }
 
 void ZPermits::buildKeys()
@@ -534,7 +617,7 @@ void ZPermits::registerModes()
 
 bool ZPermits::hasRow() const
 {
-    return m_rows && !store::dbisempty(*m_rows) && !m_rows->Bof() && !m_rows->Eof();
+    return m_nav.hasRow();
 }
 
 bool ZPermits::rowUnreadable() const
@@ -685,22 +768,10 @@ void ZPermits::redrawPosition()
     m_commands.apply(m_mode);
     const bool entering = m_mode == RecordMode::New || m_mode == RecordMode::Find;
     const bool any = hasRow();
-    const int count = m_rows ? m_rows->RecordCount() : 0;
-    const int position = any ? m_rows->AbsolutePosition() : 0;
+    const int position = m_nav.position();
     const bool unreadable = !entering && rowUnreadable();
-    if (entering) {
-        m_position->setText(QStringLiteral("enter data"));
-    } else if (any && count > 0) {
-        m_position->setText(QStringLiteral("Record ") + QString::number(position) + QStringLiteral(" of ")
-            + QString::number(count) + (unreadable ? QStringLiteral(" cannot be read") : QString()));
-    } else {
-        m_position->setText(QStringLiteral("empty database"));
-    }
-    const bool moving = m_mode == RecordMode::Browse && any && !m_list->isSorted();
-    button(QStringLiteral("IMoveFirst"))->setEnabled(moving && position > 1);
-    button(QStringLiteral("IMovePrev"))->setEnabled(moving && position > 1);
-    button(QStringLiteral("IMoveNext"))->setEnabled(moving && position < count);
-    button(QStringLiteral("IMoveLast"))->setEnabled(moving && position < count);
+    m_position->setText(m_nav.positionText(entering, unreadable));
+    m_nav.enableMoves(m_buttons, m_mode == RecordMode::Browse && !m_list->isSorted());
     if (entering) {
         return;
     }
@@ -710,7 +781,7 @@ void ZPermits::redrawPosition()
             command->setEnabled(false);
         }
     }
-    for (const char* name : {"delr", "doprint"}) {
+    for (const char* name : {"delr", "doprint", "printreceipt"}) {
         if (QAction* action = m_actions.value(QString::fromLatin1(name)); action && unreadable) {
             action->setEnabled(false);
         }
@@ -764,24 +835,6 @@ void ZPermits::lock(bool locked)
     m_form->setLocked(locked);
     // Locked inputs of a clerk who may only read never open: they look it.
     m_form->setReadOnlyLook(locked && session().ReadOnlyUser);
-}
-
-void ZPermits::rememberBookmark()
-{
-    m_haveSavedMark = hasRow();
-    if (m_haveSavedMark) {
-        m_savedMark = m_rows->bookmark();
-    }
-}
-
-void ZPermits::returnToBookmark()
-{
-    if (!m_rows || m_rows->RecordCount() == 0) {
-        return;
-    }
-    if (!m_haveSavedMark || !m_rows->setBookmark(m_savedMark)) {
-        m_rows->MoveFirst();
-    }
 }
 
 void ZPermits::setCommandShown(const QString& name, bool shown)
@@ -854,7 +907,7 @@ void ZPermits::INew()
         return;
     }
     showDetail();
-    rememberBookmark();
+    m_nav.remember();
     lock(false);
     m_form->clear();
     m_caseTab->resetCopies();
@@ -930,7 +983,7 @@ void ZPermits::IEdit()
     if (m_mode != RecordMode::Browse || !hasRow() || rowUnreadable()) {
         return;
     }
-    rememberBookmark();
+    m_nav.remember();
     lock(false);
     enterMode(RecordMode::Edit);
 }
@@ -983,7 +1036,7 @@ void ZPermits::ICancel()
         m_rows->CancelUpdate();
     }
     lock(true);
-    returnToBookmark();
+    m_nav.returnToRemembered();
     if (hasRow()) {
         enterMode(RecordMode::Browse);
         showRow();
@@ -1038,7 +1091,7 @@ void ZPermits::ILocate()
         return;
     }
     showDetail();
-    rememberBookmark();
+    m_nav.remember();
     lock(false);
     m_form->clear();
     m_caseTab->resetCopies();
@@ -1079,42 +1132,9 @@ void ZPermits::showDetail()
     }
 }
 
-void ZPermits::moveFirst()
+void ZPermits::step(ui::RecordNavigation::Step step)
 {
-    if (hasRow()) {
-        m_rows->MoveFirst();
-        showRow();
-    }
-}
-
-void ZPermits::movePrevious()
-{
-    if (!hasRow()) {
-        return;
-    }
-    m_rows->MovePrevious();
-    if (m_rows->Bof()) {
-        m_rows->MoveFirst();
-    }
-    showRow();
-}
-
-void ZPermits::moveNext()
-{
-    if (!hasRow()) {
-        return;
-    }
-    m_rows->MoveNext();
-    if (m_rows->Eof()) {
-        m_rows->MoveLast();
-    }
-    showRow();
-}
-
-void ZPermits::moveLast()
-{
-    if (hasRow()) {
-        m_rows->MoveLast();
+    if (m_nav.move(step)) {
         showRow();
     }
 }
@@ -1199,8 +1219,7 @@ void ZPermits::recinfod()
     if (!hasRow() || rowUnreadable()) {
         return;
     }
-    ui::showRecordInfo(
-        m_rows->text(QStringLiteral("BYUSER")), m_rows->value(QStringLiteral("TSTAMP")).toDateTime(), this);
+    m_nav.showInfo(this);
 }
 
 void ZPermits::leftPaneButton(const QString& screenName, const QString& caption)

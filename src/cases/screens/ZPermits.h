@@ -1,8 +1,10 @@
 #pragma once
 
+#include "cases/CaseReports.h"
 #include "store/ColumnMap.h"
 #include "store/Recordset.h"
 #include "ui/RecordMode.h"
+#include "ui/RecordNavigation.h"
 
 #include <QHash>
 #include <QMainWindow>
@@ -77,10 +79,15 @@ public:
     // The Print button: the detail page at once, or, when the office keeps
     // letters of its own in 0custom.txt, the print dialog that offers them.
     void printCurrentProject();
-    void moveFirst();
-    void movePrevious();
-    void moveNext();
-    void moveLast();
+    // The Reports menu's listings: a month or year of applications, the
+    // status of the cases filed in a span, the active cases.
+    void applicationsByMonth();
+    void projectStatus();
+    void activeApplications();
+    void moveFirst() { step(ui::RecordNavigation::Step::First); }
+    void movePrevious() { step(ui::RecordNavigation::Step::Previous); }
+    void moveNext() { step(ui::RecordNavigation::Step::Next); }
+    void moveLast() { step(ui::RecordNavigation::Step::Last); }
 
     // Checks the inputs before a write; leaves the session's StopFlag set to
     // stop. Adds or ties the parcel on the way.
@@ -124,6 +131,10 @@ private:
     // each time the menu opens.
     void refreshLetterEntries();
     void buildKeys();
+    // Lists the cases of `query` in the report window through `lines`, then
+    // puts the screen's own query and place back.
+    void runReport(const QString& query, const QString& caption, CaseReportHead head,
+        const std::function<QString(const store::Recordset&)>& lines);
     ui::XPButton* addButton(
         const QString& name, const QString& caption, const QString& toolTip, QWidget* parent);
     ui::XPButton* button(const QString& name) const { return m_buttons.value(name); }
@@ -137,8 +148,7 @@ private:
     void showParcelFlags();
     void enterMode(ui::RecordMode mode);
     void lock(bool locked);
-    void rememberBookmark();
-    void returnToBookmark();
+    void step(ui::RecordNavigation::Step step);
     void applyUserRights();
     void setCommandShown(const QString& name, bool shown);
     void leftPaneButton(const QString& screenName, const QString& caption);
@@ -159,13 +169,12 @@ private:
 
     store::ColumnMap m_map;
     std::unique_ptr<store::Recordset> m_rows;
+    ui::RecordNavigation m_nav{m_rows};
     QString m_path;
     QString m_query;
     QString m_lastBuilt;
     ui::RecordMode m_mode = ui::RecordMode::Empty;
     ui::RecordModeCommands m_commands;
-    store::Bookmark m_savedMark;
-    bool m_haveSavedMark = false;
     bool m_listShowing = false;
     bool m_resetting = false;
     CasePublished m_published;

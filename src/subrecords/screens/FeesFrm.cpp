@@ -13,7 +13,7 @@
 #include "store/DatabaseLocation.h"
 #include "subrecords/screens/ReceiptDlg.h"
 #include "ui/DateInput.h"
-#include "ui/NotAvailable.h"
+#include "ui/MonthSelect.h"
 #include "ui/TaskFrm.h"
 
 #include <QComboBox>
@@ -61,11 +61,8 @@ FeesFrm::FeesFrm(cases::ZPermits& caseScreen, QWidget* parent)
             connect(action, &QAction::triggered, this, run);
         }
     };
-    // The month reports ask for their month through the month chooser of the
-    // case reports; until it is in the program they say so.
-    add("monthlynumber", "Fees by Month", [] { ui::showNotAvailable(QStringLiteral("Fees by Month")); });
-    add("monthlyAllnumber", "Fees by Month (All Projects)",
-        [] { ui::showNotAvailable(QStringLiteral("Fees by Month (All Projects)")); });
+    add("monthlynumber", "Fees by Month", [this] { printMonth(false); });
+    add("monthlyAllnumber", "Fees by Month (All Projects)", [this] { printMonth(true); });
     add("exppermits", "Report of Receivables..", [this] { printListing(); });
     add("lettersofexppermits", "Receivables (All Projects)", [this] { printReceivables(); });
     add("expiringsoon", "Expiring Soon", {});
@@ -89,19 +86,28 @@ void FeesFrm::buildDetail(QWidget* area)
     form->addRow(QStringLiteral("Purpose/Description of Payment:"), box(Description, 35));
     form->addRow(QStringLiteral("Amount Charged:"), box(Charged, 0));
     form->addRow(QStringLiteral("Amount Paid:"), box(Paid, 0));
-    form->addRow(QStringLiteral("Balance Due:"), box(Balance, 0));
+    QLineEdit* balance = box(Balance, 0);
+    form->addRow(QStringLiteral("Balance Due:"), balance);
+    connect(balance, &QLineEdit::textEdited, this, [this](const QString& text) {
+        m_balanceTyped = !text.trimmed().isEmpty();
+        if (!m_balanceTyped) {
+            calculateBalance();
+        }
+    });
     m_method = new QComboBox(area);
     m_method->setObjectName(QStringLiteral("Combo11"));
     m_method->setEditable(true);
     m_method->addItems({QStringLiteral("Check"), QStringLiteral("Credit/Debit Card"), QStringLiteral("Cash"),
                         QStringLiteral("Money Order"), QStringLiteral("Bank Check"), QStringLiteral("Draft"),
                         QStringLiteral("Invoice")});
+    m_method->installEventFilter(this);
     addInput(m_method);
     form->addRow(QStringLiteral("Method of Payment:"), m_method);
     form->addRow(QStringLiteral("Payment ID (e.g. check #)"), box(PayId, 14));
     auto date = [this, area](const char* name) {
         auto* input = new ui::DateInput(todaysDate(), area);
         input->setObjectName(QString::fromLatin1(name));
+        input->installEventFilter(this);
         addInput(input);
         return input;
     };
@@ -142,10 +148,8 @@ void FeesFrm::buildDetail(QWidget* area)
 
 bool FeesFrm::eventFilter(QObject* watched, QEvent* event)
 {
-    // Leaving the charge or the payment works the balance out again; a
-    // balance typed over stands until one of them is left again.
-    if (event->type() == QEvent::FocusOut
-        && (watched->objectName() == QLatin1String("Text1_2") || watched->objectName() == QLatin1String("Text1_3"))) {
+    // Leaving any input of the detail works the balance out again.
+    if (event->type() == QEvent::FocusOut) {
         calculateBalance();
     }
     return SubRecordFrm::eventFilter(watched, event);
@@ -156,7 +160,43 @@ void FeesFrm::calculateBalance()
     if (mode() != ui::RecordMode::New && mode() != ui::RecordMode::Edit) {
         return;
     }
-    setBoxText(Balance, plainAmount(leadingCents(boxText(Charged)) - leadingCents(boxText(Paid))));
+    const std::optional<Cents> charged = typedCents(boxText(Charged));
+    const std::optional<Cents> paid = typedCents(boxText(Paid));
+    const std::optional<Cents> worked =
+        charged && paid ? std::optional<Cents>(*charged - *paid) : std::nullopt;
+    // A balance the clerk typed over stands until the clerk empties it; the
+    // tip says what charged less paid would give.
+    if (!m_balanceTyped && worked) {
+        setBoxText(Balance, plainAmount(*worked));
+    }
+    showBalanceTip(worked);
+}
+
+void FeesFrm::showBalanceTip(std::optional<Cents> worked)
+{
+    QString tip;
+    if (!m_balanceTyped) {
+        tip = QStringLiteral("Amount Charged less Amount Paid, worked out as you leave each input.\n"
+                             "Type over it to set the balance yourself.");
+    } else {
+        tip = QStringLiteral("Typed over: kept as typed.\n");
+        if (worked) {
+            tip += QStringLiteral("Amount Charged less Amount Paid would be ") + plainAmount(*worked)
+                + QStringLiteral(".\n");
+        }
+        tip += QStringLiteral("Empty it to have it worked out again.");
+    }
+    in(Balance)->setToolTip(tip);
+}
+
+QLineEdit* FeesFrm::in(int box) const
+{
+    return findChild<QLineEdit*>(QStringLiteral("Text1_") + QString::number(box));
+}
+
+void FeesFrm::inputsFinished()
+{
+    calculateBalance();
 }
 
 void FeesFrm::sameAs(int party)
@@ -186,6 +226,11 @@ store::StoreStatus FeesFrm::writeOwnColumns(store::Recordset& row)
 void FeesFrm::showOwnColumns(const store::Recordset& row)
 {
     m_method->setEditText(row.text(QStringLiteral("PBFPAYMETHOD")));
+    // A stored balance that is not charged less paid was typed over once and
+    // stays so on an edit.
+    const Cents worked = centsOf(row.value(QStringLiteral("PBFAMOUNT"))) - centsOf(row.value(QStringLiteral("PBFPAID")));
+    m_balanceTyped = centsOf(row.value(QStringLiteral("PBFBALDUE"))) != worked;
+    showBalanceTip(worked);
     const std::pair<ui::DateInput*, const char*> dates[] = {
         {m_fileDate, "PBFFILEDATE"}, {m_paidDate, "PBFPAIDDATE"}, {m_dueDate, "PBFDUEDATE"}};
     for (const auto& [input, column] : dates) {
@@ -196,6 +241,8 @@ void FeesFrm::showOwnColumns(const store::Recordset& row)
 
 void FeesFrm::clearOwnInputs()
 {
+    m_balanceTyped = false;
+    showBalanceTip(std::nullopt);
     m_method->setCurrentIndex(-1);
     m_method->setEditText(QString());
     for (ui::DateInput* input : {m_fileDate, m_paidDate, m_dueDate}) {
@@ -261,6 +308,23 @@ void FeesFrm::printListing()
     head.emptyLine = QStringLiteral("NO FEES FOUND FOR PROJECT ") + headingLabel()->text() + QLatin1Char('(')
         + ownerCase() + QLatin1Char(')');
     printReport(feesSettings().fullQuery(ownerCase()), head);
+}
+
+void FeesFrm::printMonth(bool allCases)
+{
+    const ui::MonthChoice chosen = ui::chooseMonth(this);
+    if (!chosen.chosen) {
+        return;
+    }
+    FeeReportHead head;
+    if (allCases) {
+        head.kind = FeeReport::AllCases;
+        head.title = QStringLiteral("ALL FEES FOR ") + ui::monthTitle(chosen.month, chosen.year);
+    } else {
+        head.kind = FeeReport::CaseMonths;
+        head.title = feesTitle(headingLabel()->text(), ownerCase());
+    }
+    printReport(feesByMonthQuery(allCases ? QString() : ownerCase(), chosen.month, chosen.year), head);
 }
 
 void FeesFrm::printReceivables()

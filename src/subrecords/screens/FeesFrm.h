@@ -4,6 +4,7 @@
 #include "subrecords/screens/SubRecordFrm.h"
 
 class QComboBox;
+class QLineEdit;
 
 namespace pvardo::ui {
 class DateInput;
@@ -30,6 +31,8 @@ public:
     // The fee reports of the Reports menu.
     void printListing();
     void printReceivables();
+    // "Fees by Month" of this case or of all cases, by the paid date.
+    void printMonth(bool allCases);
     void printreceipt() override;
 
     const FeeTotals& totals() const { return m_totals; }
@@ -46,11 +49,15 @@ protected:
     void printChoice(const QString& code) override;
     void PlugVars(QTextDocument& buffer) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void inputsFinished() override;
 
 private:
+    void showBalanceTip(std::optional<Cents> worked);
+    QLineEdit* in(int box) const;
     void printReport(const QString& query, const FeeReportHead& head);
 
     FeeTotals m_totals;
+    bool m_balanceTyped = false; // the clerk typed the balance over
     QLabel* m_totalLine = nullptr;
     QComboBox* m_method = nullptr;
     ui::DateInput* m_fileDate = nullptr;

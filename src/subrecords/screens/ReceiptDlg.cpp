@@ -38,7 +38,12 @@ constexpr int CaseNumberBox = 1;
 
 QString receiptAmount(const QString& typed)
 {
-    return typed.trimmed().isEmpty() ? QString() : maskedAmount(leadingCents(typed));
+    if (typed.trimmed().isEmpty()) {
+        return QString();
+    }
+    // What is no amount stays as typed, for the clerk to see and mend.
+    const std::optional<Cents> cents = typedCents(typed);
+    return cents ? maskedAmount(*cents) : typed;
 }
 
 ReceiptInputs caseReceipt(const cases::ZPermits& caseScreen)
@@ -97,6 +102,13 @@ ReceiptDlg::ReceiptDlg(const ReceiptInputs& inputs, int screenCode, QWidget* par
 void ReceiptDlg::iPrint()
 {
     m_text[3]->setText(receiptAmount(m_text[3]->text()));
+    if (!typedCents(m_text[3]->text())) {
+        showMessage(QStringLiteral("Amount: \"") + m_text[3]->text().trimmed()
+                        + QStringLiteral("\" is not an amount of money.\nType it as 1250, 1,250.00 or $1,250.00."),
+                    QStringLiteral(" Not an Amount"), PromptButtons::Ok, PromptIcon::Critical);
+        m_text[3]->setFocus();
+        return;
+    }
     documents::PrintState& state = documents::printState();
     state.receiptSlots.fill(QString());
     state.receiptSlots[1] = m_text[6]->text().trimmed();

@@ -13,7 +13,6 @@
 #include "subrecords/Money.h"
 #include "ui/DelconfirmDialog.h"
 #include "ui/NotAvailable.h"
-#include "ui/RecordInfoBox.h"
 #include "ui/TaskFrm.h"
 #include "ui/XPButton.h"
 
@@ -226,7 +225,11 @@ void SubRecordFrm::buildMenus()
     };
     add(m_fileMenu, "delr", QStringLiteral("Void Record"), [this] { voidRecord(); });
     add(m_fileMenu, "doprint", QStringLiteral("&Print.."), [this] { doprint(); });
-    add(m_fileMenu, "printreceipt", QStringLiteral("Print Receipt"), [this] { printreceipt(); });
+    add(m_fileMenu, "printreceipt", QStringLiteral("Print Receipt"), [this] {
+        if (m_mode == RecordMode::Browse && rowReadable()) {
+            printreceipt();
+        }
+    });
     m_fileMenu->addSeparator();
     add(m_fileMenu, "Quit", QStringLiteral("Quit"), [this] { mexit(); });
     m_reportsMenu = menuBar()->addMenu(QStringLiteral("&Reports"));
@@ -353,7 +356,8 @@ void SubRecordFrm::applyUserRights()
             action->setVisible(!readOnly);
         }
     }
-    m_commands.apply(m_mode);
+    // The mode's commands, and what the row shown allows of them.
+    redrawPosition();
 }
 
 void SubRecordFrm::changeEvent(QEvent* event)
@@ -392,7 +396,12 @@ void SubRecordFrm::mexit()
 
 bool SubRecordFrm::hasRow() const
 {
-    return m_rows && !store::dbisempty(*m_rows) && !m_rows->Bof() && !m_rows->Eof();
+    return m_nav.hasRow();
+}
+
+bool SubRecordFrm::rowReadable() const
+{
+    return hasRow() && m_rows->rowStatus().ok();
 }
 
 bool SubRecordFrm::isVoided() const
@@ -492,35 +501,40 @@ void SubRecordFrm::fillList()
 void SubRecordFrm::showRow()
 {
     if (hasRow()) {
-        store::getdata(m_map, *m_rows, [this](int box, const QString& text) { setBoxText(box, text); });
-        showOwnColumns(*m_rows);
         if (const store::StoreStatus read = m_rows->rowStatus(); !read.ok()) {
+            // No value of the row shown before may stay as if it were this one's.
+            clearInputs();
+            redrawPosition();
             showMessage(read.description + QStringLiteral("\n") + m_path, m_settings.caption, PromptButtons::Ok,
                         PromptIcon::Critical);
+            return;
         }
+        store::getdata(m_map, *m_rows, [this](int box, const QString& text) { setBoxText(box, text); });
+        showOwnColumns(*m_rows);
     }
     redrawPosition();
 }
 
 void SubRecordFrm::redrawPosition()
 {
+    // The mode's commands, which an unreadable row below may take away.
+    m_commands.apply(m_mode);
     const bool any = hasRow();
-    const int count = m_rows ? m_rows->RecordCount() : 0;
-    const int position = any ? m_rows->AbsolutePosition() : 0;
-    if (m_mode == RecordMode::New) {
-        m_position->setText(QStringLiteral("enter data"));
-    } else if (any) {
-        m_position->setText(QStringLiteral("Record ") + QString::number(position) + QStringLiteral(" of ")
-                            + QString::number(count));
-    } else {
-        m_position->setText(QStringLiteral("empty database"));
-    }
-    const bool moving = m_mode == RecordMode::Browse && any;
-    m_buttons.value(QStringLiteral("IMoveFirst"))->setEnabled(moving && position > 1);
-    m_buttons.value(QStringLiteral("IMovePrev"))->setEnabled(moving && position > 1);
-    m_buttons.value(QStringLiteral("IMoveNext"))->setEnabled(moving && position < count);
-    m_buttons.value(QStringLiteral("IMoveLast"))->setEnabled(moving && position < count);
+    const int position = m_nav.position();
+    m_position->setText(m_nav.positionText(m_mode == RecordMode::New));
+    m_nav.enableMoves(m_buttons, m_mode == RecordMode::Browse);
     m_void->setVisible(m_mode != RecordMode::New && isVoided());
+    // Nothing of a row the file cannot give back can be changed, voided,
+    // printed or paid out on a receipt.
+    if (m_mode == RecordMode::Browse && any && !rowReadable()) {
+        for (const char* name : {"IEdit", "iDelete", "recinfod", "IDoc", "IPic", "iPrint"}) {
+            m_buttons.value(QString::fromLatin1(name))->setEnabled(false);
+        }
+        for (const char* name : {"delr", "printreceipt"}) {
+            m_actions.value(QString::fromLatin1(name))->setEnabled(false);
+        }
+        m_void->hide();
+    }
     if (any && position >= 1 && position <= m_list->topLevelItemCount()) {
         QTreeWidgetItem* item = m_list->topLevelItem(position - 1);
         m_list->setCurrentItem(item);
@@ -553,14 +567,6 @@ void SubRecordFrm::clearInputs()
     clearOwnInputs();
 }
 
-void SubRecordFrm::rememberBookmark()
-{
-    m_haveSavedMark = hasRow();
-    if (m_haveSavedMark) {
-        m_savedMark = m_rows->bookmark();
-    }
-}
-
 void SubRecordFrm::pickFromList(QTreeWidgetItem* item)
 {
     if (!item || !m_rows || m_mode == RecordMode::New || m_mode == RecordMode::Edit) {
@@ -587,7 +593,7 @@ bool SubRecordFrm::check()
         }
     }
     if (missing.isEmpty()) {
-        return true;
+        return moneyReadable();
     }
     session().StopFlag = true;
     ui::TaskFrm::close();
@@ -595,6 +601,37 @@ bool SubRecordFrm::check()
                     + QStringLiteral("fields are filled in correctly."),
                 QStringLiteral(" Missing Information"), PromptButtons::Ok, PromptIcon::Critical);
     return false;
+}
+
+QString SubRecordFrm::captionOf(const QLineEdit* input) const
+{
+    for (const QLabel* label : findChildren<QLabel*>()) {
+        if (label->buddy() == input) {
+            return label->text();
+        }
+    }
+    return input->objectName();
+}
+
+bool SubRecordFrm::moneyReadable()
+{
+    for (const store::ColumnDef& place : store::tableDef(m_settings.table).places) {
+        QLineEdit* input = place.box > 0 ? m_boxes.value(place.box) : nullptr;
+        const bool amount = place.kind == store::FieldKind::Money || place.kind == store::FieldKind::Number;
+        if (!input || !amount || typedCents(input->text())) {
+            continue;
+        }
+        // Nothing is written rather than a 0 the clerk never meant.
+        session().StopFlag = true;
+        ui::TaskFrm::close();
+        showMessage(captionOf(input) + QStringLiteral(" \"") + input->text().trimmed()
+                        + QStringLiteral("\" is not an amount of money.\nType it as 1250, 1,250.00 or $1,250.00."),
+                    QStringLiteral(" Not an Amount"), PromptButtons::Ok, PromptIcon::Critical);
+        input->setFocus();
+        input->selectAll();
+        return false;
+    }
+    return true;
 }
 
 store::StoreStatus SubRecordFrm::movefieldsintodb(store::Recordset& row)
@@ -610,7 +647,7 @@ store::StoreStatus SubRecordFrm::movefieldsintodb(store::Recordset& row)
         const store::FieldKind kind = index >= 0 ? row.fieldKind(index) : store::FieldKind::Text;
         QVariant value;
         if (kind == store::FieldKind::Money || kind == store::FieldKind::Number) {
-            value = storedAmount(leadingCents(text));
+            value = storedAmount(typedCents(text).value_or(0));
         } else {
             value = store::ColumnMap::cut(text, entry.longest);
         }
@@ -626,7 +663,7 @@ void SubRecordFrm::INew()
     if (m_mode != RecordMode::Browse && m_mode != RecordMode::Empty) {
         return;
     }
-    rememberBookmark();
+    m_nav.remember();
     lock(false);
     clearInputs();
     enterMode(RecordMode::New);
@@ -643,6 +680,7 @@ void SubRecordFrm::IAdd()
     }
     m_saving = false;
     session().StopFlag = false;
+    inputsFinished();
     ui::TaskFrm::open();
     if (!check()) {
         return;
@@ -675,10 +713,10 @@ void SubRecordFrm::IAdd()
 
 void SubRecordFrm::IEdit()
 {
-    if (m_mode != RecordMode::Browse || !hasRow()) {
+    if (m_mode != RecordMode::Browse || !rowReadable()) {
         return;
     }
-    rememberBookmark();
+    m_nav.remember();
     lock(false);
     enterMode(RecordMode::Edit);
 }
@@ -689,6 +727,7 @@ void SubRecordFrm::ISave()
         return;
     }
     const int position = m_rows->AbsolutePosition();
+    inputsFinished();
     m_saving = true;
     const bool complete = check();
     m_saving = false;
@@ -730,9 +769,7 @@ void SubRecordFrm::ICancel()
         m_rows->CancelUpdate();
     }
     lock(true);
-    if (m_rows && m_rows->RecordCount() > 0 && (!m_haveSavedMark || !m_rows->setBookmark(m_savedMark))) {
-        m_rows->MoveFirst();
-    }
+    m_nav.returnToRemembered();
     if (hasRow()) {
         enterMode(RecordMode::Browse);
         showRow();
@@ -744,7 +781,7 @@ void SubRecordFrm::ICancel()
 
 void SubRecordFrm::voidRecord()
 {
-    if (m_mode != RecordMode::Browse || !hasRow()) {
+    if (m_mode != RecordMode::Browse || !rowReadable()) {
         return;
     }
     const store::Bookmark mark = m_rows->bookmark();
@@ -806,11 +843,9 @@ void SubRecordFrm::iReset()
 
 void SubRecordFrm::recinfod()
 {
-    if (!hasRow()) {
-        return;
+    if (rowReadable()) {
+        m_nav.showInfo(this);
     }
-    ui::showRecordInfo(m_rows->text(QStringLiteral("BYUSER")), m_rows->value(QStringLiteral("TSTAMP")).toDateTime(),
-                       this);
 }
 
 void SubRecordFrm::doprint()
@@ -836,42 +871,9 @@ void SubRecordFrm::PlugVars(QTextDocument& buffer)
 
 // --- moves ------------------------------------------------------------------
 
-void SubRecordFrm::moveFirst()
+void SubRecordFrm::step(ui::RecordNavigation::Step step)
 {
-    if (hasRow()) {
-        m_rows->MoveFirst();
-        showRow();
-    }
-}
-
-void SubRecordFrm::movePrevious()
-{
-    if (!hasRow()) {
-        return;
-    }
-    m_rows->MovePrevious();
-    if (m_rows->Bof()) {
-        m_rows->MoveFirst();
-    }
-    showRow();
-}
-
-void SubRecordFrm::moveNext()
-{
-    if (!hasRow()) {
-        return;
-    }
-    m_rows->MoveNext();
-    if (m_rows->Eof()) {
-        m_rows->MoveLast();
-    }
-    showRow();
-}
-
-void SubRecordFrm::moveLast()
-{
-    if (hasRow()) {
-        m_rows->MoveLast();
+    if (m_nav.move(step)) {
         showRow();
     }
 }

@@ -5,6 +5,7 @@
 #include "store/Recordset.h"
 #include "subrecords/SubRecordSettings.h"
 #include "ui/RecordMode.h"
+#include "ui/RecordNavigation.h"
 
 #include <QHash>
 #include <QMainWindow>
@@ -53,10 +54,10 @@ public:
     void recinfod();
     void doprint();
     void mexit();
-    void moveFirst();
-    void movePrevious();
-    void moveNext();
-    void moveLast();
+    void moveFirst() { step(ui::RecordNavigation::Step::First); }
+    void movePrevious() { step(ui::RecordNavigation::Step::Previous); }
+    void moveNext() { step(ui::RecordNavigation::Step::Next); }
+    void moveLast() { step(ui::RecordNavigation::Step::Last); }
 
     // What the screen does each time it comes to the front.
     void activateScreen();
@@ -67,6 +68,8 @@ public:
     QString ownerCase() const { return m_ownerCase; }
     ui::RecordMode mode() const { return m_mode; }
     store::Recordset* rows() const { return m_rows.get(); }
+    // The cursor stands on a row the file can give back.
+    bool rowReadable() const;
     QString currentQuery() const { return m_query; }
     QString boxText(int box) const;
     void setBoxText(int box, const QString& text);
@@ -102,6 +105,8 @@ protected:
     virtual void printChoice(const QString&) {}
     // The screen's part of a letter.
     virtual void PlugVars(QTextDocument& buffer);
+    // The clerk is done typing: Add or Save was pressed, before the check.
+    virtual void inputsFinished() {}
     // The menu item "Print Receipt".
     virtual void printreceipt() {}
     // The menu the kind adds its reports to.
@@ -127,10 +132,14 @@ private:
     void lock(bool locked);
     void clearInputs();
     bool check();
+    // Every money input holds an amount; tells the clerk of the first that
+    // does not.
+    bool moneyReadable();
+    QString captionOf(const QLineEdit* input) const;
     store::StoreStatus movefieldsintodb(store::Recordset& row);
     bool hasRow() const;
     bool isVoided() const;
-    void rememberBookmark();
+    void step(ui::RecordNavigation::Step step);
     void pickFromList(QTreeWidgetItem* item);
     void leftPaneOnly(bool ownOnly);
     void applyUserRights();
@@ -139,13 +148,12 @@ private:
     QPointer<cases::ZPermits> m_caseScreen;
     store::ColumnMap m_map;
     std::unique_ptr<store::Recordset> m_rows;
+    ui::RecordNavigation m_nav{m_rows};
     QString m_path;
     QString m_query;
     QString m_ownerCase;
     ui::RecordMode m_mode = ui::RecordMode::Empty;
     ui::RecordModeCommands m_commands;
-    store::Bookmark m_savedMark;
-    bool m_haveSavedMark = false;
     bool m_saving = false;
 
     QMap<int, QLineEdit*> m_boxes;
