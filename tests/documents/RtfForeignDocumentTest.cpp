@@ -9,6 +9,7 @@
 
 using namespace pvardo::documents;
 using pvardo::test::displayedText;
+using pvardo::test::readFixtureBytes;
 
 namespace {
 
@@ -313,6 +314,14 @@ TEST(RtfForeignDocument, drawsMetafilesAndBitmaps)
     ASSERT_FALSE(image.isNull());
     EXPECT_EQ(image.pixelColor(0, 0), QColor(Qt::white));
     EXPECT_EQ(image.pixelColor(1, 0), QColor(Qt::black));
+
+    // A bar WordPad wrote as a metafile around a 16-colour bitmap, with the
+    // colour its palette gives it.
+    image = firstPicture(readFixtureBytes(QStringLiteral(PVARDO_TEST_DATA_DIR "/rtf-corpus/rtfpipe-wordpad-metafiles.rtf")),
+                         &result);
+    ASSERT_FALSE(image.isNull());
+    EXPECT_FALSE(result.damaged) << result.problem.toStdString();
+    EXPECT_EQ(colorAt(image, 0.25, 0.5), QColor(255, 0, 51));
 }
 
 // A metafile cut short or full of nonsense draws what it can, or says the
