@@ -1,6 +1,7 @@
 #include "admin/Preferences.h"
 
 #include "common/BoardMembers.h"
+#include "common/NumberText.h"
 #include "common/ReplacingFile.h"
 #include "common/Session.h"
 #include "common/Settings.h"
@@ -74,7 +75,13 @@ Preferences loadPreferences(const Session& state)
     p.backupMode = state.BackupMode;
     p.shareParcelStore = state.ShareParcelStore;
     p.editorFontName = state.EditorFontName;
+    // The session works at size 9 whatever the file says; the screen shows,
+    // and a save keeps, the size the file holds.
     p.editorFontSize = numberText(state.EditorFontSize);
+    if (const auto ini = readTextLines(joinPath(state.ProgramFolder, QStringLiteral("\\PVardo.ini")));
+        ini && ini->size() > 9 && LeadingNumber(ini->at(9)) > 0) {
+        p.editorFontSize = numberText(LeadingNumber(ini->at(9)));
+    }
 
     if (const auto def = readTextLines(joinPath(state.ProgramFolder, QStringLiteral("\\def.txt")))) {
         p.backupFolder = def->value(1).trimmed();
@@ -185,9 +192,10 @@ bool copyDatabaseFolder(const QString& from, const QString& to, QString* error)
     return true;
 }
 
-bool writePreferences(
-    const Session& state, const Preferences& p, const QString& databaseFolderAfter, QString* error)
+bool writePreferences(const Session& state, const Preferences& p, const QString& databaseFolderAfter,
+    const QString& listsFolder, QString* error)
 {
+    const QString lists = listsFolder.isEmpty() ? state.DatabaseFolder : listsFolder;
     std::vector<Staged> files;
     auto stage = [&files](const QString& path, const QStringList& lines) {
         Staged staged;
@@ -196,9 +204,9 @@ bool writePreferences(
         files.push_back(std::move(staged));
     };
     stage(joinPath(state.ProgramFolder, QStringLiteral("\\PVardo.ini")), settingsFileLines(p));
-    stage(joinPath(state.DatabaseFolder, QStringLiteral("\\pnb.txt")),
+    stage(joinPath(lists, QStringLiteral("\\pnb.txt")),
         {p.letComputerDecide ? QStringLiteral("-1") : p.beginNumbering.trimmed()});
-    stage(BoardMembers::fileOf(databaseFolderAfter), p.boardMembers);
+    stage(BoardMembers::fileOf(lists), p.boardMembers);
     stage(joinPath(state.ProgramFolder, QStringLiteral("\\def.txt")),
         {databaseFolderAfter, p.backupFolder.trimmed(), p.onlineCodesLink.trimmed(),
             p.localCodesLink.trimmed()});

@@ -57,13 +57,13 @@ QString databaseFolderAfterSave(const Session& state, const Preferences& prefere
 bool copyDatabaseFolder(const QString& from, const QString& to, QString* error = nullptr);
 
 // Writes every settings file at once: PVardo.ini and def.txt in the program
-// folder, pnb.txt in the session's database folder, Inspectors.txt in the
-// folder the databases will be in (def.txt names it), browser.txt only when a
-// GIS link is given. All are written beside their names first and put in
-// place only when every one was written whole; a file put in place before a
-// later one failed is put back. Gives false, with the reason, when the files
-// are as they were before.
+// folder (def.txt names the folder the databases will be in), pnb.txt and
+// Inspectors.txt in `listsFolder`, the database folder whose lists the screen
+// showed (empty: the session's), browser.txt only when a GIS link is given.
+// All are written beside their names first and put in place only when every
+// one was written whole; a file put in place before a later one failed is put
+// back. Gives false, with the reason, when the files are as they were before.
 bool writePreferences(const Session& state, const Preferences& preferences,
-    const QString& databaseFolderAfter, QString* error = nullptr);
+    const QString& databaseFolderAfter, const QString& listsFolder = QString(), QString* error = nullptr);
 
 } // namespace pvardo::admin

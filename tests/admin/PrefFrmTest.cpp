@@ -88,7 +88,7 @@ protected:
         state.MasterDatabaseFolder = state.DatabaseFolder;
         state.MunicipalityName = QStringLiteral("Town of Elmford");
         state.BackupMode = 2;
-        state.EditorFontSize = 12;
+        state.EditorFontSize = 9; // as every session has it after log-on
         ASSERT_TRUE(replaceTextLines(installation.path(QStringLiteral("PVardo.ini")),
             Settings::defaultLines(state.DatabaseFolder, false)));
         ASSERT_TRUE(replaceTextLines(installation.path(QStringLiteral("databases/Inspectors.txt")),
@@ -116,6 +116,8 @@ TEST_F(PrefFrmTest, EverySettingIsShownWrittenAndReadBack)
     EXPECT_FALSE(child<QCheckBox>(screen, "Check9")->isChecked());
     EXPECT_EQ(child<QLineEdit>(screen, "Text20")->text(), QStringLiteral("http://gis.local/map"));
     EXPECT_EQ(child<QListWidget>(screen, "List4")->count(), 2);
+    // The size the file holds, not the session's working size.
+    EXPECT_EQ(child<QComboBox>(screen, "Combo2")->currentText(), QStringLiteral("12"));
     // No def.txt: the backup goes under the root of the program's drive.
     EXPECT_TRUE(child<QLineEdit>(screen, "Text8")->text().endsWith(QStringLiteral("/backup")));
     EXPECT_EQ(child<QPushButton>(screen, "Command3")->toolTip(),
@@ -230,16 +232,25 @@ TEST_F(PrefFrmTest, SwitchingTheDatabaseLocation)
         EXPECT_EQ(linesOf(ini()).value(0), filled.path());
         EXPECT_EQ(linesOf(installation.path(QStringLiteral("def.txt"))).value(0), old);
     }
-    // Yes to a folder with databases: it is used now and missing seeds are put there.
+    // Yes to a folder with databases: it is used now and missing seeds are put
+    // there; its own board members and numbering stay its own.
     {
+        ASSERT_TRUE(
+            replaceTextLines(filled.path() + QStringLiteral("/Inspectors.txt"), {QStringLiteral("Cy Dee")}));
+        ASSERT_TRUE(replaceTextLines(filled.path() + QStringLiteral("/pnb.txt"), {QStringLiteral("300")}));
         session().MasterDatabaseFolder = old;
         PrefFrm screen;
         typeInto(screen, "Text9", filled.path());
+        typeInto(screen, "Text15", QStringLiteral("Di Ewe"));
+        click(screen, "Command7");
         scriptedPrompts().answer(QStringLiteral("Change Master Database Location"), PromptAnswer::Yes);
         click(screen, "Command1");
         EXPECT_EQ(session().DatabaseFolder, filled.path());
         EXPECT_EQ(session().MasterDatabaseFolder, filled.path());
-        EXPECT_TRUE(QFile::exists(filled.path() + QStringLiteral("/Inspectors.txt")));
+        EXPECT_EQ(linesOf(filled.path() + QStringLiteral("/Inspectors.txt")),
+            QStringList{QStringLiteral("Cy Dee")});
+        EXPECT_EQ(linesOf(filled.path() + QStringLiteral("/pnb.txt")), QStringList{QStringLiteral("300")});
+        EXPECT_EQ(linesOf(old + QStringLiteral("/Inspectors.txt")).value(2), QStringLiteral("Di Ewe"));
         EXPECT_TRUE(QFile::exists(filled.path() + QStringLiteral("/sbl.db")));
         EXPECT_EQ(linesOf(installation.path(QStringLiteral("def.txt"))).value(0), filled.path());
     }
@@ -291,7 +302,7 @@ TEST_F(PrefFrmTest, SwitchingTheDatabaseLocation)
         EXPECT_EQ(linesOf(ini()).value(0), moved);
         EXPECT_EQ(linesOf(installation.path(QStringLiteral("def.txt"))).value(0), moved);
         EXPECT_EQ(linesOf(moved + QStringLiteral("/Inspectors.txt")),
-            (QStringList{QStringLiteral("Ann Ode"), QStringLiteral("Bo Lee")}));
+            linesOf(old + QStringLiteral("/Inspectors.txt")));
         EXPECT_TRUE(QFile::exists(moved + QStringLiteral("/pbproj.db")));
         EXPECT_TRUE(QFile::exists(old + QStringLiteral("/pbproj.db")));
         EXPECT_TRUE(store::unreachableFolderMessage(moved, installation.programFolder()).isEmpty());

@@ -416,12 +416,13 @@ void PrefFrm::Command1()
     Preferences chosen = current();
     const QString wanted = chosen.masterDatabaseFolder.trimmed();
     bool switchFolder = false;
+    bool copied = false;
     if (wanted != state.MasterDatabaseFolder && !wanted.isEmpty() && !store::holdsAnyDatabase(wanted)) {
         // The program does not start on a named folder without databases, so
         // the new location gets the databases in use now, or is not taken.
         switch (offerDatabaseCopy(wanted)) {
         case FolderCopy::Copied:
-            switchFolder = true;
+            switchFolder = copied = true;
             break;
         case FolderCopy::Declined:
             chosen.masterDatabaseFolder = state.MasterDatabaseFolder;
@@ -440,8 +441,12 @@ void PrefFrm::Command1()
             == PromptAnswer::Yes;
     }
     const QString folderAfter = databaseFolderAfterSave(state, chosen, switchFolder);
+    // The board members and the numbering shown are those of the folder in
+    // use: a folder switched to keeps its own, unless it was just made a copy
+    // of this one.
+    const QString listsFolder = copied ? folderAfter : state.DatabaseFolder;
     QString error;
-    if (!writePreferences(state, chosen, folderAfter, &error)) {
+    if (!writePreferences(state, chosen, folderAfter, listsFolder, &error)) {
         showMessage(error, QStringLiteral(" Preferences"), PromptButtons::Ok, PromptIcon::Critical);
         return;
     }
