@@ -295,6 +295,20 @@ TEST_F(SchedulerTest, AOnceOnlyMeetingFallsOnTheChosenDayAndOnlyInItsMonth)
     EXPECT_TRUE(markedDays().isEmpty());
     chooseMonth(3);
     EXPECT_EQ(listed().size(), 1);
+
+    // Moved to another office's folder without meetings: nothing of the old
+    // folder stays listed, whatever month is shown.
+    const QString other = installation.path(q("other"));
+    QDir().mkpath(other);
+    TestInstallation office;
+    ASSERT_TRUE(QFile::copy(office.createDatabase(store::Table::MEETING), other + q("/meeting.db")));
+    session().DatabaseFolder = other;
+    dashboard->reloadMonth();
+    EXPECT_TRUE(listed().isEmpty());
+    EXPECT_TRUE(markedDays().isEmpty());
+    chooseMonth(4);
+    chooseMonth(3);
+    EXPECT_TRUE(listed().isEmpty());
 }
 
 TEST_F(SchedulerTest, ChangingOnlyTheDayReadsNothingAgain)

@@ -5,6 +5,7 @@
 #include "app/screens/MaintenanceCommands.h"
 #include "cases/screens/ZPermits.h"
 #include "common/PromptService.h"
+#include "common/Session.h"
 #include "parcels/screens/CCalc.h"
 #include "parcels/screens/RollScreens.h"
 #include "parcels/screens/SblFrm.h"
@@ -36,7 +37,14 @@ void wireDashboard(schedule::Scheduler& dashboard)
     dashboard.setMenuCommand(QStringLiteral("updateparcel"), [window] { parcels::updateparcel(window); });
     dashboard.setMenuCommand(QStringLiteral("viewparcel"), [window] { parcels::viewparcel(window); });
     dashboard.setMenuCommand(QStringLiteral("syncSBL"), [window] { parcels::syncSBL(window); });
-    dashboard.setMenuCommand(QStringLiteral("defaults"), [window] { admin::showPreferences(window); });
+    dashboard.setMenuCommand(QStringLiteral("defaults"), [window] {
+        const QString before = session().DatabaseFolder;
+        admin::showPreferences(window);
+        // Moved to other databases: the dashboard reads them at once.
+        if (session().DatabaseFolder != before) {
+            window->reloadMonth();
+        }
+    });
     dashboard.setMenuCommand(QStringLiteral("changepsw"), [window] { admin::showChangePassword(window); });
     dashboard.setMenuCommand(QStringLiteral("repair"), [] { repairAttempt(); });
     dashboard.setMenuCommand(QStringLiteral("checkupdates"), [window] { checkUpdates(window); });

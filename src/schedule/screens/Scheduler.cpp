@@ -447,10 +447,17 @@ void Scheduler::yearChosen()
 void Scheduler::reloadMonth(bool afterChange)
 {
     m_grid.build(m_calendar->CalYear(), m_calendar->CalMonth());
-    // The preferences may have moved the databases since the last load.
+    // The preferences may have moved the databases since the last load: what
+    // the list shows of the old folder goes with it.
     if (session().DatabaseFolder != m_databaseFolder) {
         m_databaseFolder = session().DatabaseFolder;
         m_table = MeetingTable(m_databaseFolder, session().ProgramFolder);
+        m_events.reset();
+        m_list->clear();
+        m_calendar->clearMarks();
+        m_marksMonth.clear();
+        m_currentKey.clear();
+        m_editor->clearToDefaults();
     }
     setHourglass();
     const store::StoreStatus opened = m_table.open(m_calendar->date().toString(QStringLiteral("yyyy")));

@@ -41,6 +41,12 @@ public:
     explicit Scheduler(QWidget* parent = nullptr);
     ~Scheduler() override;
 
+    // Re-reads the year's rows and lists the month in view. After a change of
+    // the table an empty year empties the list, so that it agrees with the
+    // table; a plain move to an empty year keeps the list as it was. Moved to
+    // another database folder, nothing of the old one stays listed.
+    void reloadMonth(bool afterChange = false);
+
     // Opens the calendar on a day (today when the program starts) and loads
     // its month, with the logged-on user's rights.
     void load(const QDate& today = QDate::currentDate());
@@ -99,10 +105,6 @@ private:
     void calendarChanged();
     void monthChosen(int index);
     void yearChosen();
-    // Re-reads the year's rows and lists the month in view. After a change of
-    // the table an empty year empties the list, so that it agrees with the
-    // table; a plain move to an empty year keeps the list as it was.
-    void reloadMonth(bool afterChange = false);
     void fillList();
     void selectInList(const QString& key);
     void listItemChosen(QTreeWidgetItem* item);
