@@ -2097,8 +2097,18 @@ void RtfReader::closeTable()
         widths.resize(table->columns());
         format.setColumnWidthConstraints(widths);
         format.setAlignment(widest->alignment);
-        if (widest->alignment == Qt::AlignLeft && widest->leftTwips > 0) {
-            format.setLeftMargin(twipsToUnits(widest->leftTwips));
+        // Word processors start a cell's text at the cell's left edge as the
+        // row gives it (\trleft, \cellx), its padding reaching out to the
+        // left; Qt puts the padding and border inside. The table moves left
+        // by them so that its text stands where theirs does.
+        if (widest->alignment == Qt::AlignLeft && !widest->cells.isEmpty()) {
+            const CellDef& first = widest->cells.constFirst();
+            const int inside = (first.padding[1] >= 0 ? first.padding[1] : widest->sidePadding(1))
+                               + int(first.borders[1].present ? first.borders[1].widthTwips : 0);
+            const int margin = widest->leftTwips - inside;
+            if (margin != 0) {
+                format.setLeftMargin(twipsToUnits(margin));
+            }
         }
     }
     int headerRows = 0;

@@ -389,6 +389,10 @@ void RtfWriter::writeBorder(const char* side, qreal width, QTextFrameFormat::Bor
 void RtfWriter::writeTable(QTextTable* table)
 {
     const QTextTableFormat tableFormat = table->format();
+    // A cell's padding on one side: its own, else the table's.
+    auto cellPadding = [&tableFormat](const QTextTableCellFormat& format, int side) {
+        return format.hasProperty(side) ? format.doubleProperty(side) : tableFormat.cellPadding();
+    };
     const int columns = table->columns();
 
     // Right edges of the cells in twips from the column widths; widths the
@@ -409,7 +413,16 @@ void RtfWriter::writeTable(QTextTable* table)
     }
     const qreal share = open > 0 ? std::max<qreal>((line - fixed) / open, 720) : 0;
     QList<int> rightEdges;
-    const int left = tableFormat.hasProperty(QTextFormat::FrameLeftMargin) ? twips(tableFormat.leftMargin()) : 0;
+    // The row's left edge is where the first cell's text begins, less its
+    // padding and border: the reader sets the table that much to the left.
+    int left = tableFormat.hasProperty(QTextFormat::FrameLeftMargin) ? twips(tableFormat.leftMargin()) : 0;
+    if (table->rows() > 0 && columns > 0 && !(tableFormat.alignment() & (Qt::AlignHCenter | Qt::AlignRight))) {
+        const QTextTableCellFormat first = table->cellAt(0, 0).format().toTableCellFormat();
+        left += twips(cellPadding(first, QTextFormat::TableCellLeftPadding));
+        if (first.leftBorder() > 0 && first.leftBorderStyle() != QTextFrameFormat::BorderStyle_None) {
+            left += std::max(1, twips(first.leftBorder()));
+        }
+    }
     qreal edge = left;
     for (int column = 0; column < columns; ++column) {
         const QTextLength length = constraints.value(column);
@@ -466,10 +479,14 @@ void RtfWriter::writeTable(QTextTable* table)
             } else if (vertical == QTextCharFormat::AlignBottom) {
                 m_out += "\\clvertalb";
             }
-            m_out += "\\clpadt" + QByteArray::number(twips(format.topPadding())) + "\\clpadft3\\clpadl"
-                     + QByteArray::number(twips(format.leftPadding())) + "\\clpadfl3\\clpadb"
-                     + QByteArray::number(twips(format.bottomPadding())) + "\\clpadfb3\\clpadr"
-                     + QByteArray::number(twips(format.rightPadding())) + "\\clpadfr3";
+            m_out += "\\clpadt" + QByteArray::number(twips(cellPadding(format, QTextFormat::TableCellTopPadding)))
+                     + "\\clpadft3\\clpadl"
+                     + QByteArray::number(twips(cellPadding(format, QTextFormat::TableCellLeftPadding)))
+                     + "\\clpadfl3\\clpadb"
+                     + QByteArray::number(twips(cellPadding(format, QTextFormat::TableCellBottomPadding)))
+                     + "\\clpadfb3\\clpadr"
+                     + QByteArray::number(twips(cellPadding(format, QTextFormat::TableCellRightPadding)))
+                     + "\\clpadfr3";
             writeBorder("t", format.topBorder(), format.topBorderStyle(), format.topBorderBrush());
             writeBorder("l", format.leftBorder(), format.leftBorderStyle(), format.leftBorderBrush());
             writeBorder("b", format.bottomBorder(), format.bottomBorderStyle(), format.bottomBorderBrush());

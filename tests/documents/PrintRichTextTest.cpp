@@ -12,6 +12,7 @@
 #include <QTemporaryDir>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextTable>
 
 #include <gtest/gtest.h>
 
@@ -318,4 +319,54 @@ TEST(SetupPage, measuresFromThePrintableArea)
     const PageGeometry small = SetupPage(writer, 100, 100, 100, 100);
     EXPECT_EQ(small.leftEdge, 0); // a margin inside the unprintable edge becomes 0
     EXPECT_EQ(small.topEdge, 0);
+}
+
+// A cell's text begins where the row puts the cell's edge (\trleft, \cellx),
+// its padding and border reaching out to the left, as word processors print
+// it; a table saved by the notepad and read again stays where it was.
+TEST_F(PrintTest, tableTextStandsAtTheCellsEdge)
+{
+    struct Case {
+        const char* row;
+        qreal shift; // points from the text's left edge
+    };
+    const Case cases[] = {{"\\trgaph108\\trleft0", 0},
+                          {"\\trgaph108\\trleft-108", -5.4},
+                          {"\\trgaph108\\trleft360", 18},
+                          {"\\trgaph108\\trleft0\\clbrdrl\\brdrs\\brdrw10", 0}};
+    for (const Case& c : cases) {
+        const QByteArray rtf = QByteArray("{\\rtf1\\ansi\\margl1440{\\fonttbl{\\f0 Liberation Serif;}}\\f0\\fs24 Body\\par"
+                                          "\\trowd")
+                               + c.row
+                               + "\\cellx4000\\cellx8000\\pard\\intbl Cellone\\cell Celltwo\\cell\\row\\pard After\\par}";
+        QTextDocument document;
+        ASSERT_FALSE(readRtf(rtf, document).damaged);
+        const QString path = pdf(QStringLiteral("cells.pdf"));
+        ASSERT_TRUE(printToPdf(document, path, settingsOfPaper(document)).ok);
+        const qreal body = pdfWordBox(path, QStringLiteral("Body")).left();
+        EXPECT_NEAR(pdfWordBox(path, QStringLiteral("Cellone")).left() - body, c.shift, 0.3) << c.row;
+        EXPECT_NEAR(pdfWordBox(path, QStringLiteral("Celltwo")).left() - body, 200, 0.3) << c.row;
+
+        QTextDocument again;
+        ASSERT_FALSE(readRtf(writeRtf(document), again).damaged);
+        ASSERT_TRUE(printToPdf(again, path, settingsOfPaper(again)).ok);
+        EXPECT_NEAR(pdfWordBox(path, QStringLiteral("Cellone")).left() - body, c.shift, 0.3) << c.row << " saved";
+    }
+
+    // A table made in the notepad keeps its place when saved and read again.
+    QTextDocument made;
+    QTextCursor cursor(&made);
+    cursor.insertText(QStringLiteral("Body"));
+    QTextTableFormat format;
+    format.setBorderCollapse(true);
+    format.setCellPadding(6);
+    format.setBorder(0);
+    cursor.insertTable(1, 2, format)->cellAt(0, 0).firstCursorPosition().insertText(QStringLiteral("Cellone"));
+    const QString path = pdf(QStringLiteral("made.pdf"));
+    ASSERT_TRUE(printToPdf(made, path, settingsOfPaper(made)).ok);
+    const qreal before = pdfWordBox(path, QStringLiteral("Cellone")).left();
+    QTextDocument reread;
+    ASSERT_FALSE(readRtf(writeRtf(made), reread).damaged);
+    ASSERT_TRUE(printToPdf(reread, path, settingsOfPaper(reread)).ok);
+    EXPECT_NEAR(pdfWordBox(path, QStringLiteral("Cellone")).left(), before, 0.5);
 }
