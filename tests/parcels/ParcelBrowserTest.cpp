@@ -2,9 +2,11 @@
 #include "parcels/ParcelSearch.h"
 #include "parcels/screens/ParcelListModel.h"
 #include "parcels/screens/SblFrm.h"
+#include "support/DamagedPage.h"
 #include "ui/PostitDialog.h"
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -300,3 +302,17 @@ TEST_F(ParcelBrowserTest, CrossReferenceNeedsCoordinates)
 }
 
 } // namespace
+
+TEST_F(ParcelBrowserTest, ADamagedStoreIsReportedNotListedBlank)
+{
+    zeroFirstLeafPage(storePath, "SBL");
+    open();
+    // The parcels on the zeroed page are listed as unreadable, and said once.
+    EXPECT_EQ(cell(0, 0), ParcelListModel::unreadableText());
+    EXPECT_EQ(cell(1, 0), ParcelListModel::unreadableText());
+    QCoreApplication::processEvents();
+    ASSERT_EQ(scriptedPrompts().shown().size(), 1);
+    EXPECT_EQ(scriptedPrompts().shown().first().title, browser->windowTitle());
+    EXPECT_TRUE(lastText().contains(q("damaged"))) << lastText().toStdString();
+    EXPECT_TRUE(lastText().contains(storePath)) << lastText().toStdString();
+}

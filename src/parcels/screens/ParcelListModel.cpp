@@ -63,6 +63,7 @@ void ParcelListModel::setRows(std::unique_ptr<store::Recordset> rows)
     m_rows = std::move(rows);
     m_count = m_rows ? std::max(0, m_rows->RecordCount()) : 0;
     m_cache.clear();
+    m_unreadableTold = false;
     endResetModel();
 }
 
@@ -74,6 +75,7 @@ void ParcelListModel::refresh()
         m_count = std::max(0, m_rows->RecordCount());
     }
     m_cache.clear();
+    m_unreadableTold = false;
     endResetModel();
 }
 
@@ -113,6 +115,16 @@ const ParcelListModel::RowTexts* ParcelListModel::rowTexts(int row) const
         m_cache.clear();
     }
     RowTexts texts;
+    if (const store::StoreStatus read = m_rows->rowStatus(); !read.ok()) {
+        for (qsizetype i = 0; i < qsizetype(m_columns.size()); ++i) {
+            texts.texts << (i == 0 ? unreadableText() : QString());
+        }
+        if (!m_unreadableTold && m_onUnreadable) {
+            m_unreadableTold = true;
+            m_onUnreadable(read.description);
+        }
+        return &m_cache.insert(row, texts).value();
+    }
     const QVariant sbl = m_rows->value(QStringLiteral("SBLF"));
     texts.sbl = sbl.toString();
     for (const Column& column : m_columns) {

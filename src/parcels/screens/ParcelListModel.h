@@ -6,6 +6,7 @@
 #include <QAbstractTableModel>
 #include <QHash>
 #include <QStringList>
+#include <functional>
 #include <memory>
 
 namespace pvardo::store {
@@ -37,6 +38,15 @@ public:
 
     // Shows the rows of a cursor, which the model keeps; nullptr empties the list.
     void setRows(std::unique_ptr<store::Recordset> rows);
+
+    // A row a damaged file cannot give back is listed as such, never as a
+    // parcel with blank values; the first one of a listing is told here with
+    // the store's description, so the screen can say it once.
+    static QString unreadableText() { return QStringLiteral("(cannot be read)"); }
+    void setUnreadableHandler(std::function<void(const QString& description)> handler)
+    {
+        m_onUnreadable = std::move(handler);
+    }
     store::Recordset* rows() const { return m_rows.get(); }
 
     // The full form of a row, "" outside the list.
@@ -51,6 +61,9 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
+    std::function<void(const QString&)> m_onUnreadable;
+    mutable bool m_unreadableTold = false;
+
     struct RowTexts
     {
         QString sbl;

@@ -27,6 +27,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPointer>
+#include <QTimer>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -76,6 +77,12 @@ SblFrm::SblFrm(QWidget* parent)
     layout->addLayout(search);
 
     m_model = new ParcelListModel(ParcelListModel::browserColumns(), this);
+    // Said after the list has drawn, once a listing.
+    m_model->setUnreadableHandler([this](const QString& description) {
+        QTimer::singleShot(0, this, [this, description] {
+            showMessage(description, windowTitle(), PromptButtons::Ok, PromptIcon::Critical);
+        });
+    });
     m_list = new QTreeView(this);
     m_list->setObjectName(QStringLiteral("ListView1"));
     m_list->setRootIsDecorated(false);
