@@ -2,6 +2,7 @@
 
 #include "common/Clock.h"
 #include "documents/PdfPages.h"
+#include "documents/Merge.h"
 #include "documents/PrintState.h"
 #include "documents/printer/DefaultPrinter.h"
 #include "documents/screens/Editor.h"
@@ -168,6 +169,9 @@ TEST_F(FeesScreen, clerkChargesPaysVoidsAndDeletes)
     EXPECT_EQ(rows->text(q("PBFPAIDYY")), q("12"));
     EXPECT_EQ(rows->text(q("BYUSER")), q("clerk"));
     EXPECT_TRUE(rows->value(q("TSTAMP")).toDateTime().isValid());
+    rows->MoveLast(); // the escrow, nothing paid yet, has no date of payment
+    EXPECT_TRUE(rows->value(q("PBFPAIDDATE")).isNull());
+    EXPECT_EQ(rows->text(q("PBFPAIDMM")), QString());
     EXPECT_EQ(listColumn(3), (QStringList{q("   $100.00"), q("   $250.10")}));
     EXPECT_EQ(in<QLabel>(q("lblTotals"))->text(),
               q("  Grand Total $350.10   $30.00        Bal Due $320.10"));
@@ -180,17 +184,27 @@ TEST_F(FeesScreen, clerkChargesPaysVoidsAndDeletes)
     press("ISave");
     rows = feesOnDisk(q(" where [PBFBALDUE] = 0"));
     EXPECT_EQ(rows->RecordCount(), 1);
+    EXPECT_EQ(in<QLabel>(q("lblTotals"))->text(), q("  Grand Total $350.10   $100.00        Bal Due $250.10"));
+    EXPECT_EQ(listColumn(4).first(), q("   $100.00"));
 
     // Void the escrow: the list marks it and the totals leave it out; voiding
     // again restores it.
     press("IMoveLast");
+    prompts().answer(q("void this record"), PromptAnswer::No);
+    fees->findChild<QAction*>(q("delr"))->trigger();
+    EXPECT_EQ(lastTitle(), q(" Void a Record"));
+    EXPECT_EQ(feesOnDisk(q(" where [PBFSTATUS] = 'V'"))->RecordCount(), 0) << "the clerk said no";
+    prompts().answer(q("void this record"), PromptAnswer::Yes);
     fees->findChild<QAction*>(q("delr"))->trigger();
     EXPECT_EQ(feesOnDisk(q(" where [PBFSTATUS] = 'V'"))->RecordCount(), 1);
     EXPECT_EQ(listColumn(2).last(), q("** VOIDED ** Escrow"));
     EXPECT_TRUE(in<QLabel>(q("lblVoid"))->isVisible() || !fees->isVisible());
     EXPECT_EQ(in<QLabel>(q("lblTotals"))->text(), q("  Grand Total $100.00   $100.00        Bal Due $.00"));
+    prompts().answer(q("already voided"), PromptAnswer::Yes);
     fees->findChild<QAction*>(q("delr"))->trigger();
+    EXPECT_EQ(lastTitle(), q(" Record Void"));
     EXPECT_EQ(listColumn(2).last(), q("Escrow"));
+    EXPECT_EQ(feesOnDisk(q(" where [PBFSTATUS] = 'A'"))->RecordCount(), 2) << "restored as active";
 
     // An administrator deletes it for good behind the confirmation.
     session().UserLevel = q("ADMIN");
@@ -329,15 +343,32 @@ TEST_F(FeesScreen, followsTheCaseScreenToAnotherCase)
     addCharge(q("Review"), q("75"));
     ASSERT_EQ(listColumn(1), QStringList{q("24-017")});
 
-    // The clerk moves on in the case screen while the fees stay open.
+    // The clerk moves on in the case screen while the fees stay open: they
+    // follow at once, without being clicked.
     screen->moveNext();
-    fees->activateScreen();
     EXPECT_EQ(fees->ownerCase(), q("24-018"));
     EXPECT_EQ(in<QLabel>(q("lblHeading"))->text(), q("Orchard Lots"));
     EXPECT_TRUE(listColumn(1).isEmpty());
     EXPECT_EQ(in<QLabel>(q("lblTotals"))->text(), QString());
     addCharge(q("Review"), q("20"));
     EXPECT_EQ(feesOnDisk(q(" where [PBFCASE] = '24-018'"))->RecordCount(), 1);
+
+    // A fee being typed when the case screen moves is saved to its own case
+    // when the clerk says so, and dropped only when the clerk says so.
+    press("INew");
+    enter(1, q("Hearing notice"));
+    enter(2, q("45"));
+    prompts().answer(q("is not saved yet"), PromptAnswer::Yes);
+    screen->movePrevious();
+    EXPECT_TRUE(lastText().contains(q("case 24-018"))) << lastText().toStdString();
+    EXPECT_EQ(feesOnDisk(q(" where [PBFCASE] = '24-018'"))->RecordCount(), 2);
+    EXPECT_EQ(fees->ownerCase(), q("24-017"));
+    press("INew");
+    enter(1, q("Not wanted"));
+    prompts().answer(q("is not saved yet"), PromptAnswer::No);
+    screen->moveNext();
+    EXPECT_EQ(fees->ownerCase(), q("24-018"));
+    EXPECT_EQ(feesOnDisk(q(" where [PBFPAYDESC] = 'Not wanted'"))->RecordCount(), 0);
 
     // Closing the fees turns the case screen's left pane on again.
     fees->close();
@@ -410,6 +441,18 @@ TEST_F(FeesScreen, caseReceiptMasksTheAmountAndPrintsNoCopiesForZero)
     EXPECT_EQ(*seen, (QStringList{q("PLANNING BOARD CASE # 24-017"), q("1500000.00")}));
     EXPECT_EQ(documents::Editor::instance().lastPdf(), lastPdf) << "no copy asked, none printed";
     EXPECT_EQ(documents::printState().receiptSlots[2], q("1500000.00"));
+
+    // To be looked at and mended first, the receipt shows its values filled in.
+    prompts().onDialog(q("receipt"), [](QDialog& dialog) {
+        dialog.findChild<QLineEdit*>(q("Text3"))->setText(q("1,250.5"));
+        dialog.findChild<QCheckBox*>(q("Check1"))->setChecked(true);
+        dialog.findChild<QPushButton*>(q("iPrint"))->click();
+        return dialog.result();
+    });
+    trigger("printreceipt");
+    const QString shown = documents::Editor::instance().ReportBuffer().toPlainText();
+    EXPECT_TRUE(shown.contains(q("$1,250.50"))) << shown.toStdString();
+    EXPECT_FALSE(shown.contains(q("%$02")));
 
     if (!documents::defaultPrinterName().isEmpty()) {
         GTEST_SKIP() << "a printer is set up on this machine";
@@ -489,6 +532,9 @@ TEST_F(FeesScreen, billingLetterGoesToTheResponsiblePartyWithTheBalance)
     enter(3, q("450.25"));
     in<QRadioButton>(q("Option1_0"))->click();
     press("IAdd");
+    press("INew");
+    EXPECT_FALSE(in<QRadioButton>(q("Option1_0"))->isChecked()) << "a new fee has no party chosen yet";
+    press("ICancel");
     choose(q("Billing Letter"));
     const QString letter = documents::Editor::instance().ReportBuffer().toPlainText();
     for (const char* expected : {"Ann Applicant", "1 Elm Rd", "Elmford NY 12000", "Engineering review",
@@ -497,6 +543,14 @@ TEST_F(FeesScreen, billingLetterGoesToTheResponsiblePartyWithTheBalance)
         EXPECT_TRUE(letter.contains(q(expected))) << expected << "\n" << letter.toStdString();
     }
     EXPECT_FALSE(letter.contains(q("%"))) << "every placeholder filled";
+}
+
+TEST_F(FeesScreen, aLabelNeedsAResponsibleParty)
+{
+    openFees();
+    addCharge(q("Filing fee"), q("50"));
+    choose(q("Label for Mailing"));
+    EXPECT_EQ(lastTitle(), documents::noAddresseeTitle());
 }
 
 } // namespace pvardo::test

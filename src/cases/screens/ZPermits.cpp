@@ -743,6 +743,7 @@ void ZPermits::showRow()
                     ? read.description
                     : read.description + QStringLiteral("\n") + session().DatabaseLabel,
                 QStringLiteral(" Projects"), PromptButtons::Ok, PromptIcon::Critical);
+            tellCaseChanged();
             return;
         }
         m_form->showRow(*m_rows);
@@ -760,6 +761,16 @@ void ZPermits::showRow()
         session().CurrentCase = in.caseNumber;
     }
     redrawPosition();
+    tellCaseChanged();
+}
+
+void ZPermits::tellCaseChanged()
+{
+    const QString shown = m_form->boxText(CaseNumberBox).trimmed();
+    if (shown != m_caseShown) {
+        m_caseShown = shown;
+        emit caseChanged(shown);
+    }
 }
 
 void ZPermits::redrawPosition()

@@ -117,6 +117,8 @@ public:
 signals:
     // The screen closes: the dashboard shows itself again.
     void returnToDashboard();
+    // The screen shows another case (or none): the sub-record screens follow.
+    void caseChanged(const QString& caseNumber);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -144,6 +146,7 @@ private:
     bool readRows();
     void handleStoreError(const store::StoreStatus& status);
     void showRow();
+    void tellCaseChanged();
     void redrawPosition();
     void showParcelFlags();
     void enterMode(ui::RecordMode mode);
@@ -178,6 +181,7 @@ private:
     bool m_listShowing = false;
     bool m_resetting = false;
     CasePublished m_published;
+    QString m_caseShown; // the number in the case input when last told
     QString m_pendingPair; // coordinates chosen for a case not yet written
     SubRecordOpener m_opener;
 

@@ -216,7 +216,8 @@ store::StoreStatus FeesFrm::writeOwnColumns(store::Recordset& row)
     values.ownerCase = ownerCase();
     values.projectName = headingLabel()->text();
     values.fileDate = m_fileDate->date();
-    values.paidDate = m_paidDate->date();
+    // Nothing paid has no date of payment.
+    values.paidDate = typedCents(boxText(Paid)).value_or(0) != 0 ? m_paidDate->date() : QDate();
     values.dueDate = m_dueDate->date();
     values.payMethod = m_method->currentText();
     values.user = session().CurrentUser;
@@ -243,6 +244,12 @@ void FeesFrm::clearOwnInputs()
 {
     m_balanceTyped = false;
     showBalanceTip(std::nullopt);
+    // No party is chosen for a new record until the clerk picks one.
+    for (QRadioButton* option : findChildren<QRadioButton*>()) {
+        option->setAutoExclusive(false);
+        option->setChecked(false);
+        option->setAutoExclusive(true);
+    }
     m_method->setCurrentIndex(-1);
     m_method->setEditText(QString());
     for (ui::DateInput* input : {m_fileDate, m_paidDate, m_dueDate}) {
@@ -263,13 +270,6 @@ void FeesFrm::listRowAdded(const store::Recordset& row)
 void FeesFrm::listFinished(int count)
 {
     m_totalLine->setText(count > 0 ? grandTotalLine(m_totals) : QString());
-}
-
-void FeesFrm::rowSaved(const store::Recordset& row)
-{
-    // The sums take the saved row again; the line under the list keeps what
-    // it shows until the list is next read.
-    m_totals.add(row);
 }
 
 void FeesFrm::PlugVars(QTextDocument& buffer)
@@ -295,6 +295,11 @@ void FeesFrm::printChoice(const QString& code)
         documents::mergeAndShow(feeFolderFile("feesd.rtf"), feesSettings().screenCode, party,
                                 QStringLiteral("applicant"), QStringLiteral("Billing Letter"));
     } else if (code == QLatin1String("LAB")) {
+        if (party.name.trimmed().isEmpty()) {
+            showMessage(documents::noAddresseeMessage(ownerCase(), QStringLiteral("responsible party")),
+                        documents::noAddresseeTitle(), PromptButtons::Ok, PromptIcon::Exclamation);
+            return;
+        }
         documents::labelState().single = false;
         documents::printMailingLabels({party}, this);
     }

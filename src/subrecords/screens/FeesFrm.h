@@ -45,7 +45,6 @@ protected:
     void listStarted() override;
     void listRowAdded(const store::Recordset& row) override;
     void listFinished(int count) override;
-    void rowSaved(const store::Recordset& row) override;
     void printChoice(const QString& code) override;
     void PlugVars(QTextDocument& buffer) override;
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -140,6 +140,8 @@ void ReceiptDlg::printreceipt(bool editMark)
         return;
     }
     if (editMark) {
+        // The clerk sees and may mend the receipt as it will print.
+        documents::ExpandPrintTokens(editor.ReportBuffer());
         documents::printState().preview = true;
         documents::showBuiltReport();
     } else {

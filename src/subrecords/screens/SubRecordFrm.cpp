@@ -79,6 +79,8 @@ SubRecordFrm::SubRecordFrm(const SubRecordSettings& settings, cases::ZPermits& c
     setWindowTitle(settings.caption);
     setAttribute(Qt::WA_DeleteOnClose, false);
     documents::registerPlugVars(settings.screenCode, [this](QTextDocument& buffer) { PlugVars(buffer); });
+    // The screen follows the case screen the moment it shows another case.
+    connect(&caseScreen, &cases::ZPermits::caseChanged, this, [this](const QString& shown) { followCase(shown); });
 }
 
 SubRecordFrm::~SubRecordFrm()
@@ -325,13 +327,35 @@ void SubRecordFrm::activateScreen()
     m_heading->setText(projectName());
     m_caseLabel->setText(QStringLiteral("Case # ") + m_ownerCase);
     session().CurrentCase = m_ownerCase;
-    const QString shown = m_caseScreen ? m_caseScreen->form().boxText(CaseNumberBox).trimmed() : m_ownerCase;
-    if (lastBoundCase() != m_ownerCase || shown != m_ownerCase) {
-        if (m_mode == RecordMode::New || m_mode == RecordMode::Edit) {
+    followCase(m_caseScreen ? m_caseScreen->form().boxText(CaseNumberBox).trimmed() : m_ownerCase);
+}
+
+void SubRecordFrm::followCase(const QString& shown)
+{
+    if (shown.isEmpty() || (shown == m_ownerCase && lastBoundCase() == m_ownerCase)) {
+        return;
+    }
+    if (m_mode == RecordMode::New || m_mode == RecordMode::Edit) {
+        // What was typed belongs to the case it was begun for.
+        const PromptAnswer answer = showMessage(
+            QStringLiteral("The record you are entering for case ") + m_ownerCase
+                + QStringLiteral(" is not saved yet.\nSave it to case ") + m_ownerCase
+                + QStringLiteral(" before showing case ") + shown + QStringLiteral("?"),
+            m_settings.caption, PromptButtons::YesNo, PromptIcon::Question);
+        if (answer == PromptAnswer::Yes) {
+            if (m_mode == RecordMode::New) {
+                IAdd();
+            } else {
+                ISave();
+            }
+            if (m_mode == RecordMode::New || m_mode == RecordMode::Edit) {
+                return; // refused: it stays on its case for the clerk to finish
+            }
+        } else {
             ICancel();
         }
-        bind();
     }
+    bind();
 }
 
 void SubRecordFrm::leftPaneOnly(bool ownOnly)
@@ -752,10 +776,10 @@ void SubRecordFrm::ISave()
         return; // still editing
     }
     lock(true);
-    if (QTreeWidgetItem* item = m_list->topLevelItem(position - 1)) {
-        setListRow(item, *m_rows);
-    }
-    rowSaved(*m_rows);
+    // The list and its totals are read again, so they show the saved row.
+    fillList();
+    m_rows->MoveFirst();
+    m_rows->Move(position - 1);
     enterMode(RecordMode::Browse);
     showRow();
 }
@@ -784,8 +808,21 @@ void SubRecordFrm::voidRecord()
     if (m_mode != RecordMode::Browse || !rowReadable()) {
         return;
     }
+    const bool restoring = isVoided();
+    const PromptAnswer answer = restoring
+        ? showMessage(QStringLiteral("This record is already voided. Do you want to reset it?\n")
+                          + QStringLiteral("Clicking 'Yes' will restore/unvoid it"),
+                      QStringLiteral(" Record Void"), PromptButtons::YesNo, PromptIcon::Question)
+        : showMessage(QStringLiteral("Are you sure you want to void this record?\n")
+                          + QStringLiteral("Clicking 'Yes' will void the record."),
+                      QStringLiteral(" Void a Record"), PromptButtons::YesNo, PromptIcon::Question);
+    if (answer != PromptAnswer::Yes) {
+        return;
+    }
     const store::Bookmark mark = m_rows->bookmark();
-    store::StoreStatus status = m_rows->setValue(m_settings.statusColumn, isVoided() ? QString() : QStringLiteral("V"));
+    // A restored row is active again, as every write of the screen makes it.
+    store::StoreStatus status
+        = m_rows->setValue(m_settings.statusColumn, restoring ? QStringLiteral("A") : QStringLiteral("V"));
     if (status.ok()) {
         status = store::stampRow(*m_rows, session().CurrentUser);
     }

@@ -63,6 +63,9 @@ public:
     void activateScreen();
     // Reads the case screen's case and the rows of that case.
     void bind();
+    // Binds to the case the case screen shows, when it is another; a record
+    // being typed is saved to its own case first or dropped, as the clerk says.
+    void followCase(const QString& shown);
 
     const SubRecordSettings& settings() const { return m_settings; }
     QString ownerCase() const { return m_ownerCase; }
@@ -96,11 +99,10 @@ protected:
     virtual void showOwnColumns(const store::Recordset&) {}
     // Puts the kind's own inputs to their new-record state.
     virtual void clearOwnInputs() {}
-    // The list's rebuild, row by row, and a save that rewrites one list row.
+    // The list's rebuild, row by row.
     virtual void listStarted() {}
     virtual void listRowAdded(const store::Recordset&) {}
     virtual void listFinished(int) {}
-    virtual void rowSaved(const store::Recordset&) {}
     // A choice of the print dialog other than a custom letter, by its code.
     virtual void printChoice(const QString&) {}
     // The screen's part of a letter.
