@@ -145,6 +145,7 @@ TEST_F(FeesScreen, clerkChargesPaysVoidsAndDeletes)
     EXPECT_EQ(in<QLabel>(q("lblCase"))->text(), q("Case # 24-017"));
     EXPECT_EQ(in<QLabel>(q("lblPosition"))->text(), q("empty database"));
     EXPECT_FALSE(screen->findChild<QPushButton*>(q("iMeetings"))->isEnabled()) << "one sub-record screen at a time";
+    EXPECT_LE(fees->minimumSizeHint().width(), 1366) << "fits the office's displays";
 
     // A charge of 100 paid 30 in part: the balance follows as plain text.
     press("INew");

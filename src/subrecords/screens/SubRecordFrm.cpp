@@ -168,7 +168,13 @@ void SubRecordFrm::build()
 
 void SubRecordFrm::buildCommands(QWidget* bar)
 {
-    auto* layout = new QHBoxLayout(bar);
+    // Two rows, so that the screen fits a 1366-pixel-wide display: the record
+    // commands, then the moves, the position and the rest.
+    auto* rows = new QVBoxLayout(bar);
+    auto* records = new QHBoxLayout;
+    auto* layout = new QHBoxLayout;
+    rows->addLayout(records);
+    rows->addLayout(layout);
     struct Command {
         const char* name;
         const char* caption;
@@ -194,10 +200,11 @@ void SubRecordFrm::buildCommands(QWidget* bar)
         {"iDelete", "Delete", " Delete ", &SubRecordFrm::iDelete},
         {"mexit", "E&xit", " Exit", &SubRecordFrm::mexit},
     };
+    int placed = 0;
     for (const Command& command : commands) {
         auto* button = addButton(QString::fromLatin1(command.name), QString::fromLatin1(command.caption),
                                  QString::fromLatin1(command.tip), bar);
-        layout->addWidget(button);
+        (placed++ < 6 ? records : layout)->addWidget(button);
         if (command.run) {
             connect(button, &QPushButton::clicked, this, command.run);
         }
@@ -211,7 +218,8 @@ void SubRecordFrm::buildCommands(QWidget* bar)
     m_buttons.value(QStringLiteral("iReset"))->hide();
     m_position = new QLabel(bar);
     m_position->setObjectName(QStringLiteral("lblPosition"));
-    layout->insertWidget(10, m_position);
+    records->addStretch();
+    layout->insertWidget(4, m_position);
 }
 
 void SubRecordFrm::buildMenus()
