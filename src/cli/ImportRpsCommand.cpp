@@ -44,7 +44,8 @@ void printPreview(
     out << "File: " << QDir::toNativeSeparators(import.filePath()) << '\n'
         << "Records Read: " << result.processed << '\n'
         << "Total Records Processed: " << result.processed << '\n'
-        << "Confidence Level: " << parcels::RpsImport::ConfidenceText(result.confidence) << '\n'
+        << "Confidence Level: "
+        << parcels::RpsImport::ConfidenceText(parcels::RpsImport::shownConfidence(result.confidence)) << '\n'
         << "SBL: " << preview.sbl << '\n'
         << "Association: " << preview.owner << '\n'
         << "Location: " << preview.location << '\n'

@@ -5,6 +5,7 @@
 #include "common/SettingStore.h"
 
 #include <QDir>
+#include <QRegularExpression>
 #include <QUrl>
 #include <cmath>
 
@@ -23,17 +24,12 @@ double decimalDegrees(double degrees, double minutes, double seconds)
     return degrees < 0 ? -value : value;
 }
 
-// A number as the office's programs write one back: up to fifteen figures,
-// no zero before the point of a fraction.
-QString writtenBack(double value)
+// A box of whole degrees, minutes or seconds: digits, with a minus sign
+// in front at most. A blank box is no number.
+bool wholeNumber(const QString& text)
 {
-    QString text = QString::number(value, 'g', 15);
-    if (text.startsWith(QLatin1String("0."))) {
-        text.remove(0, 1);
-    } else if (text.startsWith(QLatin1String("-0."))) {
-        text.remove(1, 1);
-    }
-    return text;
+    static const QRegularExpression whole(QStringLiteral("^-?[0-9]+$"));
+    return whole.match(text.trimmed()).hasMatch();
 }
 
 } // namespace
@@ -41,28 +37,40 @@ QString writtenBack(double value)
 Converted convert(const Sexagesimal& typed)
 {
     Converted result;
+    // The degrees must be given; blank minutes and seconds are none. A box
+    // that holds no number is refused with its own line rather than read
+    // as 0, which would put the point somewhere else without a word.
+    const auto given = [](const QString& text, bool required) {
+        return text.trimmed().isEmpty() ? !required : wholeNumber(text);
+    };
+    const bool latDegreesOk = given(typed.latDegrees, true);
+    const bool longDegreesOk = given(typed.longDegrees, true);
+    const bool latMinutesOk = given(typed.latMinutes, false);
+    const bool longMinutesOk = given(typed.longMinutes, false);
+    const bool latSecondsOk = given(typed.latSeconds, false);
+    const bool longSecondsOk = given(typed.longSeconds, false);
     const double latDegrees = valueOf(typed.latDegrees);
     const double longDegrees = valueOf(typed.longDegrees);
     const double latMinutes = valueOf(typed.latMinutes);
     const double longMinutes = valueOf(typed.longMinutes);
     const double latSeconds = valueOf(typed.latSeconds);
     const double longSeconds = valueOf(typed.longSeconds);
-    if (latDegrees > 90 || latDegrees < -90) {
+    if (!latDegreesOk || latDegrees > 90 || latDegrees < -90) {
         result.faults << QStringLiteral("Latitude Degrees cannot be less than -90 or greater than 90.");
     }
-    if (longDegrees > 180 || longDegrees < -180) {
+    if (!longDegreesOk || longDegrees > 180 || longDegrees < -180) {
         result.faults << QStringLiteral("Longitude Degrees cannot be less than -180 or greater than 180.");
     }
-    if (latMinutes < 0 || latMinutes > 59) {
+    if (!latMinutesOk || latMinutes < 0 || latMinutes > 59) {
         result.faults << QStringLiteral("Latitude Minutes cannot be less than 0 or greater than 59.");
     }
-    if (longMinutes < 0 || longMinutes > 59) {
+    if (!longMinutesOk || longMinutes < 0 || longMinutes > 59) {
         result.faults << QStringLiteral("Longitude Minutes cannot be less than 0 or greater than 59.");
     }
-    if (latSeconds < 0 || latSeconds > 59) {
+    if (!latSecondsOk || latSeconds < 0 || latSeconds > 59) {
         result.faults << QStringLiteral("Latitude Seconds cannot be less than 0 or greater than 59.");
     }
-    if (longSeconds < 0 || longSeconds > 59) {
+    if (!longSecondsOk || longSeconds < 0 || longSeconds > 59) {
         result.faults << QStringLiteral("Longitude Seconds cannot be less than 0 or greater than 59.");
     }
     if (!result.faults.isEmpty()) {
@@ -119,7 +127,11 @@ QStringList lookupFaults(const QString& latitude, const QString& longitude)
 
 bool isNumber(const QString& text)
 {
-    return writtenBack(LeadingNumber(text)).trimmed().size() == text.size();
+    // A plain decimal number and nothing else. The converter writes whole
+    // degrees as 41.0 and the equator as 0.0: those are numbers too, so a
+    // converted point can always be looked up.
+    static const QRegularExpression plain(QStringLiteral("^-?([0-9]+(\\.[0-9]*)?|\\.[0-9]+)$"));
+    return plain.match(text).hasMatch();
 }
 
 QString storedPair(const QString& latitude, const QString& longitude)

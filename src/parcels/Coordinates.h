@@ -26,6 +26,8 @@ struct Converted
 
 // Checks the six values and converts them to decimal degrees. The sign
 // travels on the degrees, so a west position of 0 degrees reads as east.
+// Degrees must be given; blank minutes and seconds count as 0; a box that
+// holds no whole number gets the line of its range.
 Converted convert(const Sexagesimal& typed);
 
 // A decimal degree value with one to six places, as the converter writes it.
@@ -38,9 +40,8 @@ QStringList storeFaults(const QString& latitude, const QString& longitude);
 // read back exactly as typed (isNumber).
 QStringList lookupFaults(const QString& latitude, const QString& longitude);
 
-// True when the text's number, written back as text, is as long as the text:
-// 40.5 passes; 40.5N, 40.50 and 0.5 (written back .5) do not. The office's
-// look-up has always tested its coordinates this way.
+// True when the text is a plain decimal number: 40.5, 40.50, 0.5, 41.0 and
+// -73.99 pass; 40.5N, " 40.5" and "" do not.
 bool isNumber(const QString& text);
 
 // The pair as one stored text, latitude "," longitude, cut to 20.

@@ -4,6 +4,9 @@
 #include "store/Recordset.h"
 #include "store/SqlSubset.h"
 
+#include <QStringList>
+#include <array>
+
 namespace pvardo::parcels {
 
 namespace {
@@ -12,6 +15,53 @@ QString likeAnywhere(const char* column, const QString& text)
 {
     return QLatin1String(column) + QStringLiteral(" like ")
         + store::quotedText(QLatin1Char('%') + text + QLatin1Char('%'));
+}
+
+// The condition of a partial S-B-L: each filled box must begin its own part
+// of the key, so section 1 finds 1-..., 12-... and 15.2-..., never 31-...;
+// a point in the section asks for that section exactly and a subsection
+// beginning with what follows the point. Every key has its eight parts, so
+// the pattern's seven dashes fall on the key's seven. The leading part also
+// bounds the key from both sides, which lets the store read only those
+// sections through its index rather than every parcel.
+QString sblBeginsWith(const SblBoxes& boxes)
+{
+    std::array<QString, 8> parts;
+    QString section = boxes.section.trimmed().toUpper();
+    bool sectionExact = false;
+    if (const qsizetype point = section.indexOf(QLatin1Char('.')); point >= 0) {
+        parts[1] = section.mid(point + 1).trimmed();
+        section = section.left(point).trimmed();
+        sectionExact = !section.isEmpty();
+    }
+    parts[0] = section;
+    parts[3] = boxes.block.trimmed().toUpper();
+    parts[4] = boxes.lot.trimmed().toUpper();
+    parts[5] = boxes.sublot1.trimmed().toUpper();
+    parts[6] = boxes.sublot2.trimmed().toUpper();
+
+    QStringList pattern;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        if (i == 0 && sectionExact) {
+            pattern << parts[i];
+        } else {
+            pattern << parts[i] + QLatin1Char('%');
+        }
+    }
+    QString condition = QStringLiteral("[SBLF] like ") + store::quotedText(pattern.join(QLatin1Char('-')));
+
+    // Texts compare without regard to case: the bounds are taken in lower
+    // case, so a letter's successor is a lower-case one too.
+    QString prefix = sectionExact ? parts[0] + QLatin1Char('-') + parts[1] : parts[0];
+    prefix = prefix.toLower();
+    if (!prefix.isEmpty() && prefix.back().unicode() < 0xFFFF) {
+        QString upper = prefix;
+        upper.back() = QChar(static_cast<char16_t>(upper.back().unicode() + 1));
+        condition = QStringLiteral("[SBLF] >= ") + store::quotedText(prefix)
+            + QStringLiteral(" AND [SBLF] < ") + store::quotedText(upper) + QStringLiteral(" AND ")
+            + condition;
+    }
+    return condition;
 }
 
 int flagValue(const QVariant& value)
@@ -33,12 +83,11 @@ QString all()
     return QStringLiteral("Select * from SBL order by [SBLF]");
 }
 
-QString locate(ParcelService& parcels, const ParcelSearchFields& fields)
+QString locate(const ParcelSearchFields& fields)
 {
     QString where;
     if (ParcelService::SBLfilled(fields.boxes)) {
-        const QString trimmed = ParcelService::TrimSBL(parcels.MakeSBL(fields.boxes));
-        where += likeAnywhere("[SBLF]", trimmed) + QStringLiteral(" AND ");
+        where += sblBeginsWith(fields.boxes) + QStringLiteral(" AND ");
     }
     if (!fields.owner.trimmed().isEmpty()) {
         where += likeAnywhere("[ASSOC]", fields.owner.trimmed()) + QStringLiteral(" AND ");
@@ -70,10 +119,12 @@ QString crossReference(double east, double north)
         + n(east + 500) + QStringLiteral("))  order by [SBLF]");
 }
 
-QString sblLocator(ParcelService& parcels, const SblBoxes& boxes)
+QString sblLocator(const SblBoxes& boxes)
 {
-    const QString trimmed = ParcelService::TrimSBL(parcels.MakeSBL(boxes));
-    return QStringLiteral("Select * from SBL where ") + likeAnywhere("[SBLF]", trimmed)
+    if (!ParcelService::SBLfilled(boxes)) {
+        return all();
+    }
+    return QStringLiteral("Select * from SBL where ") + sblBeginsWith(boxes)
         + QStringLiteral(" order by [SBLF]");
 }
 
@@ -139,6 +190,12 @@ QString trailLines(const QString& trail)
         }
     }
     return lines;
+}
+
+QString permitText(const QVariant& value)
+{
+    const QString text = listText(value);
+    return text.trimmed() == QLatin1String("?") ? QString() : text;
 }
 
 QString listText(const QVariant& value)

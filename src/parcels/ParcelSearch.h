@@ -32,21 +32,23 @@ namespace ParcelQueries {
 // The whole store in S-B-L order.
 QString all();
 
-// The browser's search: each filled field adds its condition, a partial
-// S-B-L (its trimmed full form) matching anywhere in the key. The notes
+// The browser's search: each filled field adds its condition. A partial
+// S-B-L finds the parcels whose section begins with the section typed, whose
+// block begins with the block typed, and so on for each filled box. The notes
 // condition comes last and asks for the note OR the trail without brackets,
 // so a match in the trail alone is enough whatever the other fields say; the
 // office has always searched that way. Empty when nothing is filled: there
 // is nothing to search for.
-QString locate(ParcelService& parcels, const ParcelSearchFields& fields);
+QString locate(const ParcelSearchFields& fields);
 
 // Parcels whose coordinates lie within 500 units of the given ones, bounds
 // excluded. Only parcels with both coordinates above zero take part.
 QString crossReference(double east, double north);
 
-// The S-B-L locator's search on the boxes (trimmed full form, matched
-// anywhere), and the address locator's on the location.
-QString sblLocator(ParcelService& parcels, const SblBoxes& boxes);
+// The S-B-L locator's search on the boxes, partial as the browser's (the
+// whole store when the boxes are blank), and the address locator's on the
+// location.
+QString sblLocator(const SblBoxes& boxes);
 QString addressLocator(const QString& text);
 
 } // namespace ParcelQueries
@@ -66,5 +68,8 @@ QString trailLines(const QString& trail);
 
 // The text of a parcel value in a list: a null reads "--".
 QString listText(const QVariant& value);
+// The permit of a parcel as shown: the "?" the store writes for a parcel no
+// case gave a permit to reads as nothing.
+QString permitText(const QVariant& value);
 
 } // namespace pvardo::parcels

@@ -80,6 +80,10 @@ public:
     // The confidence as the preview shows it: "##.#0" and " %", so 188.59 %
     // and .00 %.
     static QString ConfidenceText(double confidence);
+    // The confidence a clerk is shown: the measure counts each record's
+    // length twice, so a sound file comes near 200; past 100 it says no
+    // more than that the whole file reads as records.
+    static double shownConfidence(double confidence) { return confidence > 100 ? 100 : confidence; }
 
     // One pass. Pass 2 writes to the roll (and needs it), and sets the
     // session's StopFlag: true when nothing was processed.

@@ -213,6 +213,12 @@ QString SblParts::mysbl2SBL(const QString& fullForm)
     return result;
 }
 
+QString SblParts::writtenForm(const QString& fullForm)
+{
+    const QString written = SblParts().mysbl2SBL(fullForm);
+    return written == invalidSBL() ? fullForm : written;
+}
+
 QString SblParts::myssbl2SBL(const QString& shortText)
 {
     shortForm = shortText.toUpper();

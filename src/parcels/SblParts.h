@@ -54,6 +54,11 @@ public:
     // Short form to full form, or invalidSBL().
     QString myssbl2SBL(const QString& shortText);
 
+    // The parcel number as a clerk reads it (12.34-1-5.1) for a list or a
+    // note, converted afresh so no part of another parcel is carried over;
+    // a key that cannot be read is shown as it is stored.
+    static QString writtenForm(const QString& fullForm);
+
 private:
     enum class Reading { Complete, RanOut };
     // Reads parts first..last of at most six places each from 1-based position

@@ -1,7 +1,9 @@
 #include "CaseScreenFixture.h"
 #include "common/TextFiles.h"
+#include "parcels/RpsRoll.h"
 #include "parcels/screens/ParcelListModel.h"
 #include "parcels/screens/ParcelLocator.h"
+#include "parcels/screens/RollScreens.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -86,6 +88,114 @@ TEST_F(CaseScreenTest, FindersFillTheParcelOwnerAndLocationOfANewCase)
     QTest::keyClick(screen.get(), Qt::Key_F, Qt::ControlModifier);
     EXPECT_EQ(prompts().dialogsRun().count(q("adloc")), 2);
     EXPECT_EQ(text(12), q("MARY O'HARA"));
+}
+
+TEST_F(CaseScreenTest, PickingAnotherParcelLeavesNothingOfThePreviousOwner)
+{
+    seedParcel(q("12-0-0-1-5-0-0-0")); // owner SOMEONE, no mailing address
+    seedParcel(q("40-0-0-2-0-0-0-0"));
+    {
+        store::StoreStatus status;
+        auto rows = store::openRecordsetAt(parcelPath, q("Select * from SBL"), &status);
+        ASSERT_TRUE(rows->FindKey(q("SBLF"), q("40-0-0-2-0-0-0-0")).ok());
+        rows->setValue(q("ASSOC"), q("MARY O'HARA"));
+        rows->setValue(q("LOCN1"), q("9 QUARRY RD"));
+        rows->setValue(q("MAILING"), q("PO BOX 12, ROSENDALE NY"));
+        ASSERT_TRUE(rows->Update().ok());
+    }
+    open();
+    click("INew");
+    fillRequired();
+    type(14, q("845-555-0101"));
+    type(15, q("owen@example.org"));
+    type(60, q("OAK HILLS"));
+    pickFirst(prompts(), "adloc", "txtLookFor", "quarry");
+    click("finda");
+    EXPECT_EQ(text(12), q("MARY O'HARA"));
+    EXPECT_EQ(text(13), q("PO BOX 12, ROSENDALE NY"));
+    EXPECT_EQ(text(14), QString()) << "the previous owner's telephone";
+    EXPECT_EQ(text(15), QString());
+    EXPECT_EQ(text(60), QString()) << "the previous parcel's subdivision";
+
+    // A parcel without a mailing address leaves the new owner without one.
+    type(14, q("845-555-0202"));
+    pickFirst(prompts(), "sblloc", "Text1_2", "12");
+    click("iSBLLoc");
+    EXPECT_EQ(text(12), q("SOMEONE"));
+    EXPECT_EQ(text(7), QString()) << "nor a location";
+    EXPECT_EQ(text(13), QString());
+    EXPECT_EQ(text(14), QString());
+
+    // Picking the same parcel again keeps what was typed for its owner.
+    type(13, q("3 BIRCH RD"));
+    type(14, q("845-555-0303"));
+    type(60, q("BIRCH HILLS"));
+    pickFirst(prompts(), "sblloc", "Text1_2", "12");
+    click("iSBLLoc");
+    EXPECT_EQ(text(13), q("3 BIRCH RD"));
+    EXPECT_EQ(text(14), q("845-555-0303"));
+    EXPECT_EQ(text(60), q("BIRCH HILLS"));
+    type(7, q("10 MAIN ST"));
+    const QString number = text(1);
+    click("IAdd");
+    auto added = caseOnDisk(number);
+    ASSERT_TRUE(added) << prompts().shownTexts().join(q(" | ")).toStdString();
+    EXPECT_EQ(added->text(q("PBOWNRNAME1")), q("SOMEONE"));
+    EXPECT_EQ(added->text(q("PBOWNRADDR1")), q("3 BIRCH RD"));
+    EXPECT_EQ(added->text(q("PBOWNTEL")), q("845-555-0303"));
+    EXPECT_EQ(added->text(q("PBSUBDIV")), q("BIRCH HILLS"));
+}
+
+TEST_F(CaseScreenTest, RollLookUpFillsTheCaseFromTheImportedRoll)
+{
+    open();
+    click("INew");
+    click("rpslook");
+    EXPECT_TRUE(lastText().startsWith(q("There are no imported tax parcels to look in.")))
+        << lastText().toStdString();
+    {
+        parcels::RpsRoll roll(parcels::RpsRoll::rollPathIn(session().DatabaseFolder));
+        ASSERT_TRUE(roll.resetRPSsbl().ok());
+        auto add = [&](const char* full, const char* written, const char* owner, const char* location,
+                       const char* mailing) {
+            parcels::RpsRow row;
+            row.fullForm = q(full);
+            row.shortForm = q(written);
+            row.association = row.contact = q(owner);
+            row.location = q(location);
+            row.mailing = q(mailing);
+            return roll.RPSSBLAdd(row).ok();
+        };
+        ASSERT_TRUE(add(
+            "12-34-0-1-5-1-0-0", "12.34-1-5.1", "KATE O'BRIEN", "14 OAK LANE", "PO BOX 9, ESOPUS NY 12429"));
+        ASSERT_TRUE(add("40-0-0-2-0-0-0-0", "40-2", "MARY O'HARA", "9 OAKWOOD DR", ""));
+    }
+    prompts().onDialog(q("rpsloc"), [this](QDialog& dialog) {
+        auto& roll = static_cast<parcels::RpsLoc&>(dialog);
+        EXPECT_EQ(roll.model().rowCount(), 2) << "the whole roll at first";
+        EXPECT_EQ(roll.model().data(roll.model().index(0, 0), Qt::DisplayRole).toString(), q("12.34-1-5.1"));
+        auto lookFor = [&](const char* location, const char* contact) {
+            dialog.findChild<QLineEdit*>(q("txtLocation"))->setText(q(location));
+            dialog.findChild<QLineEdit*>(q("txtContact"))->setText(q(contact));
+            dialog.findChild<QPushButton*>(q("iLook"))->click();
+            return roll.model().rowCount();
+        };
+        EXPECT_EQ(lookFor("oak", ""), 2);
+        EXPECT_EQ(lookFor("oak", "nobody"), 0);
+        EXPECT_EQ(lastText(), q("No matches found."));
+        EXPECT_EQ(lookFor("oak", "o'brien"), 1);
+        dialog.findChild<QTreeView*>(q("ListView1"))->setCurrentIndex(roll.model().index(0, 0));
+        dialog.findChild<QPushButton*>(q("iContinue"))->click();
+        return dialog.result();
+    });
+    click("rpslook");
+    EXPECT_EQ(text(2), q("12.34"));
+    EXPECT_EQ(text(3), q("1"));
+    EXPECT_EQ(text(4), q("5"));
+    EXPECT_EQ(text(5), q("1"));
+    EXPECT_EQ(text(12), q("KATE O'BRIEN"));
+    EXPECT_EQ(text(7), q("14 OAK LANE"));
+    EXPECT_EQ(text(13), q("PO BOX 9, ESOPUS NY 12429"));
 }
 
 TEST_F(CaseScreenTest, MapButtonStoresTheCoordinatesOfTheCaseShown)

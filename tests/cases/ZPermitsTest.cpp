@@ -302,8 +302,10 @@ TEST_F(CaseScreenTest, DeleteIsAnAdministratorsHiddenCommand)
     });
     click("iDelete"); // Delconfirm refused: kept
     EXPECT_EQ(prompts().dialogsRun(), QStringList{q("Delconfirm")});
-    EXPECT_TRUE(warning.startsWith(q("You are about to remove this record from the database. This option cannot be "
-                                     "reversed."))) << warning.toStdString();
+    EXPECT_TRUE(
+        warning.startsWith(q("You are about to remove this record from the database. This option cannot be "
+                             "reversed.")))
+        << warning.toStdString();
     EXPECT_EQ(casesOnDisk(), 2);
     prompts().onDialog(q("Delconfirm"), [](QDialog&) { return int(QDialog::Accepted); });
     click("iDelete");
@@ -447,6 +449,22 @@ TEST_F(CaseScreenTest, TheSameAsBoxesCopyOnce)
     EXPECT_EQ(text(16), q("ANNE"));
     EXPECT_EQ(text(18), q("555-1234"));
     EXPECT_EQ(text(19), q("ann@example.org"));
+
+    // Copying from blank boxes erases nothing typed on the other side.
+    for (int box = 12; box <= 15; ++box) {
+        type(box, QString());
+    }
+    type(8, q("ANN APPLICANT"));
+    type(9, q("1 ELM RD"));
+    find<QCheckBox>("Check7")->setChecked(true);
+    EXPECT_EQ(text(8), q("ANN APPLICANT"));
+    EXPECT_EQ(text(9), q("1 ELM RD"));
+    EXPECT_FALSE(find<QCheckBox>("Check7")->isChecked());
+    EXPECT_EQ(lastText(), q("There is nothing to copy: the boxes of the owner are empty."));
+    type(12, q("OWEN OWNER"));
+    find<QCheckBox>("Check7")->setChecked(true);
+    EXPECT_EQ(text(8), q("OWEN OWNER"));
+    EXPECT_EQ(text(9), q("1 ELM RD")) << "a blank owner address leaves the typed one";
 }
 
 TEST_F(CaseScreenTest, ACaseIsShownAsStoredAndWrittenBackWhole)

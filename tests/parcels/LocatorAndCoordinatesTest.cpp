@@ -76,13 +76,21 @@ TEST_F(LocatorTest, SblLocatorFindsPartialKeysAndHandsBackTheParcel)
             dialog.findChild<QLineEdit*>(q("Text1_3"))->setText(q("1"));
         },
         q("12-34-0-1-5-1-0-0"), &listed);
-    // The search is for 12-34-0-1 anywhere in the key.
     EXPECT_EQ(listed, QStringList{q("12-34-0-1-5-1-0-0")});
     ASSERT_TRUE(picked);
     EXPECT_EQ(picked->sbl, q("12-34-0-1-5-1-0-0"));
     EXPECT_EQ(picked->association, q("KATE O'BRIEN"));
     EXPECT_EQ(picked->location, q("14 OAK LANE"));
     EXPECT_EQ(picked->mailing, q("PO BOX 9, ESOPUS NY"));
+
+    // A section of 1 lists the sections that begin with 1, not those that
+    // hold a 1 somewhere else.
+    listed.clear();
+    picked = locate(
+        ParcelLocator::Kind::BySbl,
+        [](QDialog& dialog) { dialog.findChild<QLineEdit*>(q("Text1_2"))->setText(q("1")); },
+        q("12-0-0-2-7-0-0-0"), &listed);
+    EXPECT_EQ(listed, (QStringList{q("12-0-0-2-7-0-0-0"), q("12-34-0-1-5-1-0-0")}));
 
     listed.clear();
     picked = locate(
@@ -120,10 +128,19 @@ TEST(CoordinatesTest, ConvertsAndChecksInTheOrderGiven)
     converted = convert({q("90"), q("59"), q(""), q("0"), q(""), q("")});
     EXPECT_EQ(converted.latitude, q("90.983333")) << "the check lets 90 degrees 59 minutes through";
     EXPECT_EQ(converted.longitude, q("0.0"));
-    // The converter writes 0 degrees as 0.0, which reads back shorter: the
-    // look-up then doubts it as well.
-    EXPECT_EQ(lookupFaults(converted.latitude, converted.longitude),
-        (QStringList{q("Latitude cannot be mapped."), q("Longitude may not be a coordinate number.")}));
+    // What the converter writes is a number to the look-up, 0.0 too.
+    EXPECT_EQ(
+        lookupFaults(converted.latitude, converted.longitude), QStringList{q("Latitude cannot be mapped.")});
+    converted = convert({q("41"), q(""), q(""), q("-74"), q(""), q("")});
+    EXPECT_EQ(converted.latitude, q("41.0"));
+    EXPECT_TRUE(lookupFaults(converted.latitude, converted.longitude).isEmpty());
+    // Blank degrees, or a box of no number, are refused with the box's line,
+    // never read as 0 (45 minutes alone would be 0.75 degrees).
+    converted = convert({q("41"), q("5-"), q(""), q(""), q("45"), q("")});
+    EXPECT_EQ(converted.faults,
+        (QStringList{q("Longitude Degrees cannot be less than -180 or greater than 180."),
+            q("Latitude Minutes cannot be less than 0 or greater than 59.")}));
+    EXPECT_TRUE(converted.longitude.isEmpty());
     converted = convert({q("-91"), q("60"), q("60"), q("181"), q("-1"), q("60")});
     EXPECT_EQ(converted.faults,
         (QStringList{q("Latitude Degrees cannot be less than -90 or greater than 90."),
@@ -134,9 +151,10 @@ TEST(CoordinatesTest, ConvertsAndChecksInTheOrderGiven)
             q("Longitude Seconds cannot be less than 0 or greater than 59.")}));
     EXPECT_TRUE(converted.latitude.isEmpty());
 
-    EXPECT_TRUE(isNumber(q("40.5")));
-    EXPECT_TRUE(isNumber(q("-73.99")));
-    for (const char* text : {"40.5N", "40.50", "0.5", " 40.5", ""}) {
+    for (const char* text : {"40.5", "-73.99", "40.50", "0.5", ".5", "0.0"}) {
+        EXPECT_TRUE(isNumber(q(text))) << text;
+    }
+    for (const char* text : {"40.5N", " 40.5", "", "-", "4.0.1"}) {
         EXPECT_FALSE(isNumber(q(text))) << text;
     }
     EXPECT_EQ(lookupFaults(q("41.2x"), q("")),
@@ -194,7 +212,7 @@ TEST_F(CCalcTest, DialogFiltersKeysConvertsStoresAndLooksUp)
     // Look-up: refused while a box is not a plain number, then opens the map.
     prompts().onDialog(q("ccalc"), [](QDialog& dialog) {
         EXPECT_FALSE(dialog.findChild<QPushButton*>(q("Command2"))->isVisibleTo(&dialog));
-        dialog.findChild<QLineEdit*>(q("txtLatitude"))->setText(q("40.50"));
+        dialog.findChild<QLineEdit*>(q("txtLatitude"))->setText(q("40.5N"));
         dialog.findChild<QLineEdit*>(q("txtLongitude"))->setText(q("-73.99"));
         clickIn(dialog, "Command3");
         EXPECT_FALSE(dialog.result());
@@ -206,6 +224,10 @@ TEST_F(CCalcTest, DialogFiltersKeysConvertsStoresAndLooksUp)
     EXPECT_EQ(opened.urls,
         QStringList{q("https://maps.example.org/gps.htm?txtLat=40.5&txtLong=-73.99&txtZoom=17")});
     EXPECT_TRUE(prompts().shownTexts().contains(q("Latitude may not be a coordinate number.")));
+    EXPECT_EQ(lastText(),
+        q("The map was opened in your web browser at\n"
+          "https://maps.example.org/gps.htm?txtLat=40.5&txtLong=-73.99&txtZoom=17"))
+        << "the look-up says where the map went";
 }
 
 } // namespace

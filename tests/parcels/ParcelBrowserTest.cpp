@@ -1,4 +1,5 @@
 #include "ParcelScreensFixture.h"
+#include "documents/screens/Editor.h"
 #include "parcels/ParcelSearch.h"
 #include "parcels/screens/ParcelListModel.h"
 #include "parcels/screens/SblFrm.h"
@@ -27,9 +28,10 @@ protected:
         ParcelScreensTest::SetUp();
         seedParcel(q("12-34-0-1-5-1-0-0"),
             {{q("ASSOC"), q("O'BRIEN, KATE")}, {q("LOCN1"), q("14 MILL POND RD")},
-                {q("PERMIT"), q("PB12-207")}, {q("HISTORICAL"), q("*PB11-3*Z12-207")}});
-        seedParcel(
-            q("12-0-0-2-7-0-0-0"), {{q("ASSOC"), q("HART")}, {q("LOCN1"), q("NULL")}, {q("OTHER"), 1}});
+                {q("PERMIT"), q("PB12-207")}, {q("HISTORICAL"), q("*PB11-3*Z12-207")},
+                {q("EASTCOORD"), 612345.0}, {q("NORTHCOORD"), 1104567.5}});
+        seedParcel(q("12-0-0-2-7-0-0-0"),
+            {{q("ASSOC"), q("HART")}, {q("LOCN1"), q("NULL")}, {q("OTHER"), 1}, {q("PERMIT"), q("?")}});
         seedParcel(q("30-0-0-4-1-0-0-0"),
             {{q("ASSOC"), q("OBRIENTAL LLC")}, {q("NOTES"), q("barking dog")}, {q("FAILED"), 2},
                 {q("VIOL"), 1}});
@@ -71,19 +73,25 @@ protected:
 
 TEST(ParcelQueriesTest, BuildsTheSearchFromTheFilledFieldsOnly)
 {
-    ParcelService parcels(q("/nowhere/sbl.db"), q("/nowhere/pbproj.db"));
     ParcelSearchFields fields;
-    EXPECT_TRUE(ParcelQueries::locate(parcels, fields).isEmpty()) << "nothing filled, nothing searched";
+    EXPECT_TRUE(ParcelQueries::locate(fields).isEmpty()) << "nothing filled, nothing searched";
     fields.boxes.section = q("12.34");
     fields.boxes.block = q("1");
-    EXPECT_EQ(ParcelQueries::locate(parcels, fields),
-        q("Select * from SBL where [SBLF] like '%12-34-0-1%' order by [SBLF]"));
+    // The sections 12 with subsections beginning with 34 lie between 12-34
+    // and 12-35: the store reads them through its index.
+    EXPECT_EQ(ParcelQueries::locate(fields),
+        q("Select * from SBL where [SBLF] >= '12-34' AND [SBLF] < '12-35' AND [SBLF] like "
+          "'12-34%-%-1%-%-%-%-%' order by [SBLF]"));
+    fields.boxes = {};
+    fields.boxes.lot = q("7a");
+    EXPECT_EQ(ParcelQueries::locate(fields),
+        q("Select * from SBL where [SBLF] like '%-%-%-%-7A%-%-%-%' order by [SBLF]"));
     fields = {};
     fields.owner = q("  O'Brien ");
     fields.permit = q("PB");
     fields.location = q("Mill");
     fields.notes = q("dog");
-    EXPECT_EQ(ParcelQueries::locate(parcels, fields),
+    EXPECT_EQ(ParcelQueries::locate(fields),
         q("Select * from SBL where [ASSOC] like '%O''Brien%' AND [PERMIT] like '%PB%' AND [LOCN1] like "
           "'%Mill%' AND "
           "[NOTES] like '%dog%' OR [HISTORICAL] like '%dog%' order by [SBLF]"));
@@ -116,22 +124,37 @@ TEST_F(ParcelBrowserTest, ListsTheStoreWithShortFormsMarksAndDashesForNothing)
     }
     EXPECT_EQ(
         headings, (QStringList{q(" S-B-L "), q(" Name "), q(" Location "), q(" Permit "), q(" Grid ")}));
-    // In S-B-L order: 12-0-..., 12-34-..., 30-..., 31-...
-    EXPECT_EQ(cell(0, 0), q("12-0-0-2-7-0-0-0"));
-    EXPECT_EQ(cell(0, 4), q("12-2-7"));
+    // In S-B-L order: 12-0-..., 12-34-..., 30-..., 31-..., each written as
+    // the tax map writes it; the grid only where the roll gave one.
+    EXPECT_EQ(cell(0, 0), q("12-2-7"));
+    EXPECT_EQ(model.sblAt(0), q("12-0-0-2-7-0-0-0"));
     EXPECT_EQ(cell(0, 2), q("--")) << "a location never written";
-    EXPECT_EQ(cell(1, 4), q("12.34-1-5.1"));
+    EXPECT_EQ(cell(0, 3), QString()) << "the store's ? for no permit";
+    EXPECT_EQ(cell(0, 4), QString());
+    EXPECT_EQ(cell(1, 0), q("12.34-1-5.1"));
     EXPECT_EQ(cell(1, 1), q("O'BRIEN, KATE"));
     EXPECT_EQ(cell(1, 3), q("PB12-207"));
+    EXPECT_EQ(cell(1, 4), q("612345, 1104567.5"));
     EXPECT_EQ(model.markAt(0), ParcelMark::Other);
     EXPECT_EQ(model.markAt(1), ParcelMark::None);
     EXPECT_EQ(model.markAt(2), ParcelMark::Violation);
     EXPECT_EQ(model.markAt(3), ParcelMark::Failed);
     EXPECT_EQ(model.data(model.index(2, 0), Qt::ToolTipRole).toString(), q("Violation"));
+
+    // Print with no parcel picked out prints the list as it stands.
+    clickIn(*browser, "iPrint");
+    const QString printed = documents::Editor::instance().ReportBuffer().toPlainText();
+    EXPECT_TRUE(printed.contains(q("12.34-1-5.1"))) << printed.toStdString();
+    EXPECT_FALSE(printed.contains(q("12-34-0-1")));
+    EXPECT_TRUE(printed.contains(q("TOTAL = 4")));
+    EXPECT_FALSE(prompts().shownTexts().contains(q("That S-B-L cannot be located.")));
 }
 
 TEST_F(ParcelBrowserTest, SearchesByEachFieldAndTheirCombinations)
 {
+    seedParcel(q("15-2-0-4-12-0-0-0"));
+    seedParcel(q("41-0-0-2-5-0-0-0"));
+    seedParcel(q("44-0-0-3-10-0-0-0"));
     open();
     auto search = [&](std::initializer_list<std::pair<const char*, const char*>> typed) {
         clickIn(*browser, "iLook");
@@ -149,10 +172,17 @@ TEST_F(ParcelBrowserTest, SearchesByEachFieldAndTheirCombinations)
     EXPECT_EQ(search({{"txtOwner", "o'brien"}}), QStringList{q("12-34-0-1-5-1-0-0")})
         << "the apostrophe is searched";
     EXPECT_EQ(search({{"txtOwner", "obrien"}}), QStringList{q("30-0-0-4-1-0-0-0")});
-    // A section of 1 alone looks for its trimmed form 1-0-0 anywhere in the key.
+    // A partial S-B-L: each box typed begins its part, whatever follows.
     EXPECT_EQ(search({{"Text1_2", "1"}}),
-        (QStringList{q("12-34-0-1-5-1-0-0"), q("30-0-0-4-1-0-0-0"), q("31-0-0-5-2-0-0-0")}));
+        (QStringList{q("12-0-0-2-7-0-0-0"), q("12-34-0-1-5-1-0-0"), q("15-2-0-4-12-0-0-0")}));
+    EXPECT_EQ(search({{"Text1_4", "1"}}),
+        (QStringList{q("15-2-0-4-12-0-0-0"), q("30-0-0-4-1-0-0-0"), q("44-0-0-3-10-0-0-0")}));
+    EXPECT_EQ(search({{"Text1_4", "10"}}), QStringList{q("44-0-0-3-10-0-0-0")});
+    EXPECT_EQ(search({{"Text1_2", "12"}, {"Text1_3", "2"}}), QStringList{q("12-0-0-2-7-0-0-0")});
+    EXPECT_EQ(search({{"Text1_2", "12.3"}}), QStringList{q("12-34-0-1-5-1-0-0")});
     EXPECT_EQ(search({{"Text1_2", "12.34"}, {"Text1_3", "1"}}), QStringList{q("12-34-0-1-5-1-0-0")});
+    EXPECT_EQ(
+        search({{"Text1_2", "4"}, {"Text1_3", "3"}, {"Text1_4", "1"}}), QStringList{q("44-0-0-3-10-0-0-0")});
     EXPECT_EQ(search({{"txtPermit", "PB"}, {"txtLocation", "mill"}}), QStringList{q("12-34-0-1-5-1-0-0")});
     EXPECT_EQ(search({{"txtNotes", "Z12-207"}}), QStringList{q("12-34-0-1-5-1-0-0")})
         << "the trail is searched";
@@ -169,7 +199,7 @@ TEST_F(ParcelBrowserTest, SearchesByEachFieldAndTheirCombinations)
     clickIn(*browser, "ILocate");
     EXPECT_EQ(total(), q("0"));
     clickIn(*browser, "iReset");
-    EXPECT_EQ(total(), q("4"));
+    EXPECT_EQ(total(), q("7"));
 }
 
 TEST_F(ParcelBrowserTest, FlagCommandsStoreTheFlagAndItsNoteAndClearingEmptiesIt)
@@ -223,6 +253,10 @@ TEST_F(ParcelBrowserTest, EditorWritesTheParcelBackAndNeedsARow)
         EXPECT_EQ(dialog.findChild<QLineEdit*>(q("txtASSOC"))->text(), q("OBRIENTAL LLC"));
         dialog.findChild<QLineEdit*>(q("txtASSOC"))->setText(q("  O'Neill Farms  "));
         dialog.findChild<QLineEdit*>(q("txtEASTCOORD"))->setText(q("612345.5 ft"));
+        // A link the map could not use is refused, with its format.
+        dialog.findChild<QLineEdit*>(q("txtGISLINK"))->setText(q("41.9 N, 73.99 W"));
+        dialog.findChild<QPushButton*>(q("ILocate"))->click();
+        EXPECT_FALSE(dialog.result());
         dialog.findChild<QLineEdit*>(q("txtGISLINK"))->setText(q("41.9,-73.99"));
         dialog.findChild<QPlainTextEdit*>(q("txtNOTES"))->setPlainText(q("dog gone"));
         dialog.findChild<QPushButton*>(q("ILocate"))->click();
@@ -247,6 +281,23 @@ TEST_F(ParcelBrowserTest, EditorWritesTheParcelBackAndNeedsARow)
     });
     clickIn(*browser, "iEdit");
     EXPECT_EQ(parcelOnDisk(q("30-0-0-4-1-0-0-0"))->text(q("ASSOC")), q("O'Neill Farms"));
+    EXPECT_TRUE(lastText().startsWith(q("GISLINK must follow the format of Latitude coma Longitude.")));
+
+    // The store's "?" for no permit, and coordinates never given, show as
+    // nothing and stay as they were.
+    select(q("12-0-0-2-7-0-0-0"));
+    prompts().onDialog(q("SBLEdit"), [](QDialog& dialog) {
+        EXPECT_EQ(dialog.findChild<QLineEdit*>(q("txtPERMIT"))->text(), QString());
+        EXPECT_EQ(dialog.findChild<QLineEdit*>(q("txtNORTHCOORD"))->text(), QString());
+        dialog.findChild<QLineEdit*>(q("txtASSOC"))->setText(q("HART FAMILY TRUST"));
+        dialog.findChild<QPushButton*>(q("ILocate"))->click();
+        return dialog.result();
+    });
+    clickIn(*browser, "iEdit");
+    row = parcelOnDisk(q("12-0-0-2-7-0-0-0"));
+    EXPECT_EQ(row->text(q("ASSOC")), q("HART FAMILY TRUST"));
+    EXPECT_EQ(row->text(q("PERMIT")), q("?"));
+    EXPECT_TRUE(row->value(q("NORTHCOORD")).isNull());
 }
 
 TEST_F(ParcelBrowserTest, ParcelHandlerAddsOrUpdatesOnlyWhenAsked)

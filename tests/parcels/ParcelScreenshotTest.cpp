@@ -16,7 +16,7 @@ using namespace pvardo::test;
 
 namespace {
 
-// Draws the parcel browser, the editor, the S-B-L locator and the
+// Draws the parcel browser, the editor, the two locators and the
 // coordinates dialog over a few parcels, for the documentation. With
 // PVARDO_SCREENSHOT_DIR set the pictures are written there.
 TEST_F(ParcelScreensTest, Screenshots)
@@ -76,6 +76,11 @@ TEST_F(ParcelScreensTest, Screenshots)
     locator.findChild<QLineEdit*>(q("Text1_3"))->setText(q("1"));
     locator.iLook();
     save(locator, "parcel-locator");
+
+    ParcelLocator byAddress(ParcelLocator::Kind::ByAddress);
+    byAddress.findChild<QLineEdit*>(q("txtLookFor"))->setText(q("mill"));
+    byAddress.iLook();
+    save(byAddress, "parcel-address-locator");
 
     CCalc calc(QString(), QString(), true);
     const char* typed[][2] = {{"txtLatDeg", "41"}, {"txtLatMin", "50"}, {"txtLatSec", "24"},

@@ -6,10 +6,12 @@
 #include "parcels/screens/ParcelListModel.h"
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QProgressBar>
 
 using namespace pvardo;
 using namespace pvardo::parcels;
@@ -103,7 +105,8 @@ TEST_F(RollScreensTest, PreviewShowsTheLastRecordOfTheTargetAndImportsOnlyIt)
         EXPECT_EQ(field(preview, "txtSBL"), q("10.7-1-7"));
         EXPECT_EQ(field(preview, "txtAssociation"), q("OWNER 7"));
         EXPECT_EQ(field(preview, "txtSWIS"), q("134201"));
-        EXPECT_FALSE(field(preview, "lblConfidence").isEmpty());
+        EXPECT_EQ(field(preview, "lblConfidence"), q("100.00 %")) << "never more than the whole file";
+        EXPECT_EQ(preview.findChild<QProgressBar*>(q("barProgress"))->value(), 100);
         EXPECT_EQ(rollRows(), -1) << "the analysis writes nothing";
         clickIn(preview, "iContinue");
         return preview.result();
@@ -121,6 +124,10 @@ TEST_F(RollScreensTest, PreviewShowsTheLastRecordOfTheTargetAndImportsOnlyIt)
     viewparcel(nullptr);
 
     // Carried into the parcel store from the dashboard.
+    prompts().onDialog(q("syncSBL"), [](QDialog& dialog) {
+        QCoreApplication::processEvents(); // the run starts once the window stands
+        return dialog.result();
+    });
     syncSBL(nullptr);
     ASSERT_TRUE(parcelOnDisk(q("10-7-0-1-7-0-0-0")));
     EXPECT_EQ(parcelOnDisk(q("10-7-0-1-7-0-0-0"))->text(q("ASSOC")), q("OWNER 7"));
@@ -164,6 +171,55 @@ TEST_F(RollScreensTest, AFileOfAnotherFormHidesTheImportAndStoppingKeepsWholeRow
         q("Stopped. 1000 records were imported; the rest of the file was not read.")));
     EXPECT_FALSE(QFile::exists(installation.databaseFolder() + q("/imported.txt")))
         << "a stopped run is no import";
+}
+
+TEST_F(RollScreensTest, StoppingTheSynchronizationKeepsWholeRowsAndSaysHowMany)
+{
+    runImport(writeExtract(1200), "", [](RpsImportFrm& preview) {
+        clickIn(preview, "iContinue");
+        return preview.result();
+    });
+    ASSERT_EQ(rollRows(), 1200);
+    // The clerk is told what will happen first, and may say no.
+    prompts().answer(q("Synchronize SBL Repository"), PromptAnswer::No);
+    syncSBL(nullptr);
+    EXPECT_TRUE(
+        prompts().shownTexts().last().startsWith(q("The 1200 parcels of the imported tax roll will be")));
+    EXPECT_FALSE(prompts().dialogsRun().contains(q("syncSBL")));
+    prompts().onDialog(q("syncSBL"), [](QDialog& dialog) {
+        // The clerk presses Stop once 500 parcels are across.
+        int rows = 0;
+        static_cast<SyncFrm&>(dialog).setProgressObserver([&](double) {
+            if (++rows == 500) {
+                dialog.findChild<QPushButton*>(q("iStop"))->click();
+            }
+        });
+        QCoreApplication::processEvents(); // the run starts once the window stands
+        return dialog.result();
+    });
+    syncSBL(nullptr);
+    EXPECT_TRUE(prompts().shownTexts().contains(
+        q("Stopped. 500 records were carried into the SBL Repository; the rest of the roll was not.")))
+        << prompts().shownTexts().join(q(" | ")).toStdString();
+    store::StoreStatus status;
+    auto rows = store::openRecordsetAt(storePath, q("Select * from SBL"), &status);
+    ASSERT_TRUE(rows);
+    EXPECT_EQ(rows->RecordCount(), 500);
+    for (rows->MoveFirst(); !rows->Eof(); rows->MoveNext()) {
+        EXPECT_TRUE(rows->text(q("ASSOC")).startsWith(q("OWNER "))) << rows->text(q("SBLF")).toStdString();
+        EXPECT_TRUE(rows->text(q("MAILING")).startsWith(q("PO BOX "))) << rows->text(q("SBLF")).toStdString();
+        EXPECT_NE(rows->value(q("NORTHCOORD")).toDouble(), 0.0);
+    }
+
+    // Run again to the end: the rest comes across, nothing twice.
+    prompts().onDialog(q("syncSBL"), [](QDialog& dialog) {
+        QCoreApplication::processEvents();
+        return dialog.result();
+    });
+    syncSBL(nullptr);
+    EXPECT_TRUE(prompts().shownTexts().contains(q("Completed. 1200 records processed.")));
+    rows = store::openRecordsetAt(storePath, q("Select * from SBL"), &status);
+    EXPECT_EQ(rows->RecordCount(), 1200);
 }
 
 } // namespace

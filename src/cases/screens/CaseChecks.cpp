@@ -72,7 +72,7 @@ void CaseChecks::ValidateCaseInput(bool saving) const
     const bool exists = parcels.SBLExists(sbl);
     if (exists && parcels.SBLHasViol(sbl)) {
         const QString note = parcels.recordset()->text(QStringLiteral("NOTES"));
-        ui::PostitDialog postit(note, sbl, m_form.boxText(8), m_parent);
+        ui::PostitDialog postit(note, parcels::SblParts::writtenForm(sbl), m_form.boxText(8), m_parent);
         ui::TaskFrm::close();
         if (prompts().exec(postit) != QDialog::Accepted) {
             session().StopFlag = true;
@@ -144,7 +144,7 @@ void CaseChecks::iNote() const
     parcels.SBLHasOther(sbl);
     parcels.SBLHasViol(sbl);
     const QString note = parcels.recordset()->text(QStringLiteral("NOTES"));
-    ui::PostitDialog postit(note, sbl, m_form.boxText(8), m_parent);
+    ui::PostitDialog postit(note, parcels::SblParts::writtenForm(sbl), m_form.boxText(8), m_parent);
     if (note.isEmpty()) {
         postit.startEditing();
     }

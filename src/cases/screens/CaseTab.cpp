@@ -3,8 +3,10 @@
 #include "cases/CaseStatus.h"
 #include "cases/ParcelFlags.h"
 #include "cases/screens/CaseForm.h"
+#include "common/PromptService.h"
 #include "parcels/ParcelService.h"
 #include "parcels/screens/ParcelLocator.h"
+#include "parcels/screens/RollScreens.h"
 #include "ui/DateInput.h"
 #include "ui/XPButton.h"
 
@@ -46,6 +48,20 @@ PartyBoxes partyOf(int first)
     }
 }
 
+QString partyName(int first)
+{
+    switch (first) {
+    case 8:
+        return QStringLiteral("the applicant");
+    case 12:
+        return QStringLiteral("the owner");
+    case 16:
+        return QStringLiteral("the proxy / attorney");
+    default:
+        return QStringLiteral("the main contact");
+    }
+}
+
 } // namespace
 
 CaseTab::CaseTab(CaseForm& form, QWidget* parent)
@@ -83,18 +99,28 @@ CaseTab::CaseTab(CaseForm& form, QWidget* parent)
         QStringLiteral("iSBLLoc"), QStringLiteral("..."), QStringLiteral(" Find specific SBL "), parcel);
     auto* finda = new ui::XPButton(
         QStringLiteral("finda"), QStringLiteral("Find"), QStringLiteral(" Find Specific SBL  "), parcel);
+    auto* rollLook = new ui::XPButton(QStringLiteral("rpslook"), QStringLiteral("Roll"),
+        QStringLiteral(" Find in the imported tax roll "), parcel);
     grid->addWidget(sblLoc, 1, 5);
     grid->addWidget(finda, 1, 6);
+    grid->addWidget(rollLook, 1, 7);
     // The finders fill the parcel, owner and location of the case being
     // written, so they are off while the case is only shown.
     form.addLockable(sblLoc);
     form.addLockable(finda);
+    form.addLockable(rollLook);
     connect(sblLoc, &QPushButton::clicked, this, [this] { findParcel(parcels::ParcelLocator::Kind::BySbl); });
-    connect(finda, &QPushButton::clicked, this, [this] { findParcel(parcels::ParcelLocator::Kind::ByAddress); });
+    connect(
+        finda, &QPushButton::clicked, this, [this] { findParcel(parcels::ParcelLocator::Kind::ByAddress); });
+    connect(rollLook, &QPushButton::clicked, this, [this] {
+        if (const auto picked = parcels::RpsLoc::pick(window())) {
+            fillParcel(*picked);
+        }
+    });
     grid->addWidget(CaseForm::makeCaption(QStringLiteral("Property Location:"), parcel), 2, 0);
-    grid->addWidget(form.makeBox(7, parcel), 2, 1, 1, 6);
+    grid->addWidget(form.makeBox(7, parcel), 2, 1, 1, 7);
     grid->addWidget(CaseForm::makeCaption(QStringLiteral("Subdivision:"), parcel), 3, 0);
-    grid->addWidget(form.makeBox(60, parcel), 3, 1, 1, 6);
+    grid->addWidget(form.makeBox(60, parcel), 3, 1, 1, 7);
     layout->addWidget(parcel);
 
     // The parties, two by two.
@@ -146,33 +172,79 @@ QCheckBox* CaseTab::makeCopy(const QString& name, const QString& caption, int fr
     m_form.addLockable(check);
     // A one-shot copy of what stands there now; clearing the box copies
     // nothing back and later edits are not followed.
-    connect(check, &QCheckBox::toggled, this, [this, from, to](bool on) {
+    connect(check, &QCheckBox::toggled, this, [this, check, from, to](bool on) {
         if (!on) {
             return;
         }
         const PartyBoxes source = partyOf(from);
         const PartyBoxes target = partyOf(to);
-        m_form.setBoxText(target.name, m_form.boxText(source.name));
-        m_form.setBoxText(target.address, m_form.boxText(source.address));
-        m_form.setBoxText(target.email, m_form.boxText(source.email));
-        m_form.setBoxText(target.telephone, m_form.boxText(source.telephone));
+        const std::pair<int, int> boxes[] = {{source.name, target.name}, {source.address, target.address},
+            {source.email, target.email}, {source.telephone, target.telephone}};
+        // Only what stands there is copied: a blank box never erases what
+        // was typed on the other side, and with nothing at all to copy the
+        // clerk is told so.
+        bool copied = false;
+        for (const auto& [sourceBox, targetBox] : boxes) {
+            const QString text = m_form.boxText(sourceBox);
+            if (!text.trimmed().isEmpty()) {
+                m_form.setBoxText(targetBox, text);
+                copied = true;
+            }
+        }
+        if (!copied) {
+            showMessage(QStringLiteral("There is nothing to copy: the boxes of ") + partyName(from)
+                    + QStringLiteral(" are empty."),
+                QStringLiteral(" Same as"), PromptButtons::Ok, PromptIcon::Information);
+            const QSignalBlocker block(check);
+            check->setChecked(false);
+        }
     });
     return check;
 }
 
 void CaseTab::findParcel(parcels::ParcelLocator::Kind kind)
 {
-    const auto picked = parcels::ParcelLocator::pick(kind, window());
-    if (!picked) {
-        return;
+    if (const auto picked = parcels::ParcelLocator::pick(kind, window())) {
+        fillParcel(*picked);
     }
-    const parcels::SblBoxes boxes = parcels::mdb().ExtractSBL(picked->sbl);
+}
+
+void CaseTab::fillParcel(const parcels::PickedParcel& picked)
+{
+    // The store writes "?" for a value it was never given.
+    const auto valueOf
+        = [](const QString& text) { return text.trimmed() == QLatin1String("?") ? QString() : text; };
+    parcels::ParcelService& store = parcels::mdb();
+    parcels::SblBoxes shown;
+    for (int box = 2; box <= 6; ++box) {
+        shown.box(box) = m_form.boxText(box);
+    }
+    const bool sameParcel = store.MakeSBL(shown) == picked.sbl.toUpper();
+    const QString owner = valueOf(picked.association);
+    const bool sameOwner
+        = owner.trimmed().compare(m_form.boxText(Owner.name).trimmed(), Qt::CaseInsensitive) == 0;
+
+    const parcels::SblBoxes boxes = store.ExtractSBL(picked.sbl);
     for (int box = 2; box <= 6; ++box) {
         m_form.setBoxText(box, boxes.box(box));
     }
-    m_form.setBoxText(Owner.name, picked->association);
-    m_form.setBoxText(7, picked->location);
-    m_form.setBoxText(Owner.address, picked->mailing);
+    m_form.setBoxText(7, valueOf(picked.location));
+    m_form.setBoxText(Owner.name, owner);
+    // What belonged to the parcel or the owner shown before goes with them:
+    // a new owner gets the parcel's mailing address or none, never the
+    // previous owner's address, telephone or e-mail; another parcel drops
+    // the subdivision. The same owner keeps what was typed for them.
+    const QString mailing = valueOf(picked.mailing);
+    if (!sameOwner || !mailing.trimmed().isEmpty()) {
+        m_form.setBoxText(Owner.address, mailing);
+    }
+    if (!sameOwner) {
+        m_form.setBoxText(Owner.telephone, QString());
+        m_form.setBoxText(Owner.email, QString());
+    }
+    if (!sameParcel) {
+        m_form.setBoxText(60, QString());
+    }
 }
 
 void CaseTab::resetCopies()

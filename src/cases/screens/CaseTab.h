@@ -23,8 +23,11 @@ public:
     void resetCopies();
 
     // Runs a parcel finder and puts the chosen parcel's S-B-L, owner,
-    // location and mailing address into the case's inputs.
+    // location and mailing address into the case's inputs; the telephone,
+    // e-mail and subdivision of another owner or parcel are cleared.
     void findParcel(parcels::ParcelLocator::Kind kind);
+    // Puts a parcel picked from the store or the roll into the case's inputs.
+    void fillParcel(const parcels::PickedParcel& picked);
 
 private:
     QCheckBox* makeCopy(const QString& name, const QString& caption, int from, int to);

@@ -162,7 +162,14 @@ CoordinateChoice askCoordinates(const QString& storedPair, bool canStore, QWidge
     }
     choice = {dialog.outcome(), dialog.latitude(), dialog.longitude()};
     if (choice.outcome == CCalc::LookUp) {
-        OpenLink(Coordinates::mapAddress(Coordinates::mapHost(), choice.latitude, choice.longitude));
+        // The browser opens behind the program or not at all: the clerk is
+        // told which. A failure has been told by OpenLink, with the address.
+        const QString address
+            = Coordinates::mapAddress(Coordinates::mapHost(), choice.latitude, choice.longitude);
+        if (OpenLink(address)) {
+            showMessage(QStringLiteral("The map was opened in your web browser at\n") + address,
+                QStringLiteral(" Coordinates"), PromptButtons::Ok, PromptIcon::Information);
+        }
     }
     return choice;
 }

@@ -19,9 +19,18 @@ namespace pvardo::parcels {
 
 namespace {
 
+QString gisLinkRule()
+{
+    return QStringLiteral(
+        "GISLINK must follow the format of Latitude coma Longitude. West longitude must be preceded with a "
+        "negative sign. For example, a location in New York City might be 40.737104,-73.993113");
+}
+
+// A coordinate never given shows as nothing, so that saving the parcel
+// leaves it unknown rather than writing 0.
 QString coordinateText(const QVariant& value)
 {
-    return value.isNull() ? QStringLiteral("0") : QString::number(value.toDouble(), 'g', 15);
+    return value.isNull() || !value.isValid() ? QString() : QString::number(value.toDouble(), 'g', 15);
 }
 
 } // namespace
@@ -32,8 +41,10 @@ SBLEdit::SBLEdit(const QString& sbl, QWidget* parent)
 {
     setObjectName(QStringLiteral("SBLEdit"));
     setWindowTitle(QStringLiteral(" SBL Repository Edit"));
+    ParcelService& parcels = mdb();
+    m_extended = parcels.columnCount() > 13;
     auto* layout = new QVBoxLayout(this);
-    auto* warning = new QLabel(warningText(), this);
+    auto* warning = new QLabel(warningText(m_extended), this);
     warning->setObjectName(QStringLiteral("lblWarning"));
     warning->setWordWrap(true);
     layout->addWidget(warning);
@@ -41,8 +52,6 @@ SBLEdit::SBLEdit(const QString& sbl, QWidget* parent)
     m_boxes->setReadOnly(true);
     layout->addWidget(m_boxes);
 
-    ParcelService& parcels = mdb();
-    m_extended = parcels.columnCount() > 13;
     auto* form = new QFormLayout;
     layout->addLayout(form);
     auto line = [&](const char* column, const char* caption, int longest) {
@@ -66,7 +75,7 @@ SBLEdit::SBLEdit(const QString& sbl, QWidget* parent)
         line("MAILING", "Mailing:", 80);
         line("EASTCOORD", "East Grid Coordinates:", 20);
         line("NORTHCOORD", "North Grid Coordinates:", 20);
-        line("GISLINK", "GISLINK:", 0);
+        line("GISLINK", "GISLINK (latitude,longitude):", 40);
     }
     m_notes = new QPlainTextEdit(this);
     m_notes->setObjectName(QStringLiteral("txtNOTES"));
@@ -92,20 +101,45 @@ SBLEdit::SBLEdit(const QString& sbl, QWidget* parent)
     const store::Recordset& row = *parcels.recordset();
     for (auto it = m_lines.cbegin(); it != m_lines.cend(); ++it) {
         const bool coordinate = it.key().endsWith(QLatin1String("COORD"));
-        it.value()->setText(coordinate ? coordinateText(row.value(it.key())) : row.text(it.key()));
+        QString text = coordinate ? coordinateText(row.value(it.key())) : row.text(it.key());
+        if (text.trimmed() == QLatin1String("?")) {
+            m_unset.insert(it.key());
+            text.clear();
+        }
+        it.value()->setText(text);
     }
     m_trail->setPlainText(row.text(QStringLiteral("HISTORICAL")));
     m_notes->setPlainText(row.text(QStringLiteral("NOTES")));
     m_loaded = true;
 }
 
-QString SBLEdit::warningText()
+QString SBLEdit::warningText(bool withGisLink)
 {
-    return QStringLiteral(
+    QString text = QStringLiteral(
         "The tax parcel information below should not be edited unless you are absolutely sure of the values "
-        "required. GISLINK must follow the format of Latitude coma Longitude. West longitude must be "
-        "preceded "
-        "with a negative sign. For example, a location in New York City might be 40.737104,-73.993113");
+        "required.");
+    if (withGisLink) {
+        text += QLatin1Char(' ') + gisLinkRule();
+    }
+    return text;
+}
+
+QString SBLEdit::gisLinkFault(const QString& text)
+{
+    const QString link = text.trimmed();
+    if (link.isEmpty()) {
+        return {};
+    }
+    const QStringList halves = link.split(QLatin1Char(','));
+    bool latitudeOk = false;
+    bool longitudeOk = false;
+    if (halves.size() == 2) {
+        const double latitude = halves.at(0).trimmed().toDouble(&latitudeOk);
+        const double longitude = halves.at(1).trimmed().toDouble(&longitudeOk);
+        latitudeOk = latitudeOk && latitude >= -90 && latitude <= 90;
+        longitudeOk = longitudeOk && longitude >= -180 && longitude <= 180;
+    }
+    return latitudeOk && longitudeOk ? QString() : gisLinkRule();
 }
 
 void SBLEdit::ILocate()
@@ -117,11 +151,22 @@ void SBLEdit::ILocate()
             PromptIcon::Critical);
         return;
     }
+    if (const auto link = m_lines.constFind(QStringLiteral("GISLINK")); link != m_lines.cend()) {
+        const QString fault = gisLinkFault(link.value()->text());
+        if (!fault.isEmpty()) {
+            showMessage(fault, windowTitle(), PromptButtons::Ok, PromptIcon::Exclamation);
+            link.value()->setFocus();
+            return;
+        }
+    }
     ParcelService::ColumnValues values;
     for (auto it = m_lines.cbegin(); it != m_lines.cend(); ++it) {
-        const QString text = it.value()->text().trimmed();
+        QString text = it.value()->text().trimmed();
+        if (text.isEmpty() && m_unset.contains(it.key())) {
+            text = QStringLiteral("?"); // left as the store had it
+        }
         if (it.key().endsWith(QLatin1String("COORD"))) {
-            values.append({it.key(), LeadingNumber(text)});
+            values.append({it.key(), text.isEmpty() ? QVariant() : QVariant(LeadingNumber(text))});
         } else {
             values.append({it.key(), text});
         }

@@ -2,6 +2,7 @@
 
 #include <QDialog>
 #include <QHash>
+#include <QSet>
 
 class QLineEdit;
 class QPlainTextEdit;
@@ -22,7 +23,12 @@ class SBLEdit : public QDialog
 public:
     explicit SBLEdit(const QString& sbl, QWidget* parent = nullptr);
 
-    static QString warningText();
+    // The warning above the fields; the GIS link's format is explained only
+    // where the store has the link.
+    static QString warningText(bool withGisLink);
+    // Empty when the text is a link the map can use, latitude "," longitude,
+    // or nothing at all; otherwise what is wrong with it.
+    static QString gisLinkFault(const QString& text);
     // False, after saying so, when the parcel is no longer in the store.
     bool loaded() const { return m_loaded; }
 
@@ -37,6 +43,7 @@ private:
     bool m_extended = false;
     SblBoxInputs* m_boxes = nullptr;
     QHash<QString, QLineEdit*> m_lines;
+    QSet<QString> m_unset; // fields the store holds as "?", shown empty
     QPlainTextEdit* m_trail = nullptr;
     QPlainTextEdit* m_notes = nullptr;
 };

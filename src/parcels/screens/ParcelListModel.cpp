@@ -29,21 +29,34 @@ QColor markColour(ParcelMark mark)
     return {};
 }
 
+// East and north, or nothing when the parcel has no place on the grid (an
+// older store without the columns, or zeros for unknown).
+QString gridText(const QVariant& east, const QVariant& north)
+{
+    const double e = east.toDouble();
+    const double n = north.toDouble();
+    if (e == 0 && n == 0) {
+        return {};
+    }
+    return QString::number(e, 'g', 15) + QStringLiteral(", ") + QString::number(n, 'g', 15);
+}
+
 } // namespace
 
 QList<ParcelListModel::Column> ParcelListModel::browserColumns()
 {
-    // Each value under the heading that names it; the short form, the
-    // parcel as the tax map writes it, under " Grid ".
-    return {{QStringLiteral(" S-B-L "), QStringLiteral("SBLF")},
+    // The parcel as the tax map writes it, and its grid coordinates when
+    // the roll gave them.
+    return {{QStringLiteral(" S-B-L "), QString(), Shows::WrittenSbl},
         {QStringLiteral(" Name "), QStringLiteral("ASSOC")},
         {QStringLiteral(" Location "), QStringLiteral("LOCN1")},
-        {QStringLiteral(" Permit "), QStringLiteral("PERMIT")}, {QStringLiteral(" Grid "), QString()}};
+        {QStringLiteral(" Permit "), QStringLiteral("PERMIT")},
+        {QStringLiteral(" Grid "), QString(), Shows::Grid}};
 }
 
 QList<ParcelListModel::Column> ParcelListModel::locatorColumns()
 {
-    return {{QStringLiteral(" S-B-L "), QStringLiteral("SBLF")},
+    return {{QStringLiteral(" S-B-L "), QString(), Shows::WrittenSbl},
         {QStringLiteral(" Location "), QStringLiteral("LOCN1")},
         {QStringLiteral(" Association "), QStringLiteral("ASSOC")},
         {QStringLiteral(" Permit "), QStringLiteral("PERMIT")}};
@@ -125,13 +138,24 @@ const ParcelListModel::RowTexts* ParcelListModel::rowTexts(int row) const
         }
         return &m_cache.insert(row, texts).value();
     }
-    const QVariant sbl = m_rows->value(QStringLiteral("SBLF"));
+    const QVariant sbl = m_rows->value(m_keyField);
     texts.sbl = sbl.toString();
     for (const Column& column : m_columns) {
-        if (column.field.isEmpty()) {
-            texts.texts << (sbl.isNull() ? QStringLiteral("--") : m_parts.mysbl2SBL(sbl.toString()));
-        } else {
-            texts.texts << listText(m_rows->value(column.field));
+        switch (column.shows) {
+        case Shows::WrittenSbl:
+            texts.texts << (sbl.isNull() ? QStringLiteral("--") : SblParts::writtenForm(sbl.toString()));
+            break;
+        case Shows::Grid:
+            texts.texts << gridText(
+                m_rows->value(QStringLiteral("EASTCOORD")), m_rows->value(QStringLiteral("NORTHCOORD")));
+            break;
+        case Shows::Field:
+            if (column.field == QLatin1String("PERMIT")) {
+                texts.texts << permitText(m_rows->value(column.field));
+            } else {
+                texts.texts << listText(m_rows->value(column.field));
+            }
+            break;
         }
     }
     texts.mark = parcelMarkOf(*m_rows);

@@ -23,11 +23,14 @@ class ParcelListModel : public QAbstractTableModel
     Q_OBJECT
 
 public:
-    // What a column shows: a column of the row, or the short form of SBLF.
+    // What a column shows: a column of the row, the parcel number as a
+    // clerk writes it, or the grid coordinates.
+    enum class Shows { Field, WrittenSbl, Grid };
     struct Column
     {
         QString heading;
-        QString field; // empty: the short form of SBLF
+        QString field; // for Shows::Field
+        Shows shows = Shows::Field;
     };
     // The browser's columns, and those of the two locators.
     static QList<Column> browserColumns();
@@ -49,6 +52,9 @@ public:
     }
     store::Recordset* rows() const { return m_rows.get(); }
 
+    // The column that holds a row's full form: SBLF in the parcel store,
+    // RSBLF in the roll.
+    void setKeyField(const QString& field) { m_keyField = field; }
     // The full form of a row, "" outside the list.
     QString sblAt(int row) const;
     ParcelMark markAt(int row) const;
@@ -73,10 +79,10 @@ private:
     const RowTexts* rowTexts(int row) const;
 
     QList<Column> m_columns;
+    QString m_keyField = QStringLiteral("SBLF");
     std::unique_ptr<store::Recordset> m_rows;
     int m_count = 0;
     mutable QHash<int, RowTexts> m_cache;
-    mutable SblParts m_parts;
 };
 
 } // namespace pvardo::parcels

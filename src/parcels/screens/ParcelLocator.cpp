@@ -43,12 +43,7 @@ ParcelLocator::ParcelLocator(Kind kind, QWidget* parent)
         row->addWidget(m_lookFor, 1);
         layout->addLayout(row);
         connect(m_lookFor, &QLineEdit::returnPressed, this, &ParcelLocator::iLook);
-        hint = new QLabel(QStringLiteral("It is recommended that you be as general as possible. For example, "
-                                         "instead of entering \"Oak Lane\" "
-                                         "simply enter \"Oak.\" This way, was the address entered slightly "
-                                         "differently, the program still be "
-                                         "able to give you choices with similar"),
-            this);
+        hint = new QLabel(addressHint(), this);
     }
     hint->setObjectName(QStringLiteral("lblHint"));
     hint->setWordWrap(true);
@@ -63,6 +58,9 @@ ParcelLocator::ParcelLocator(Kind kind, QWidget* parent)
     m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_list->setModel(m_model);
     m_list->header()->setStretchLastSection(true);
+    m_list->setColumnWidth(0, 130);
+    m_list->setColumnWidth(1, 220);
+    m_list->setColumnWidth(2, 180);
     layout->addWidget(m_list, 1);
     connect(
         m_list, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) { choose(index.row()); });
@@ -88,6 +86,14 @@ ParcelLocator::ParcelLocator(Kind kind, QWidget* parent)
 
 ParcelLocator::~ParcelLocator() = default;
 
+QString ParcelLocator::addressHint()
+{
+    return QStringLiteral(
+        "It is recommended that you be as general as possible. For example, instead of entering \"Oak Lane\" "
+        "simply enter \"Oak.\" This way, was the address entered slightly differently, the program still be "
+        "able to give you choices with similar");
+}
+
 bool ParcelLocator::showQuery(const QString& query)
 {
     store::StoreStatus status;
@@ -102,7 +108,7 @@ bool ParcelLocator::showQuery(const QString& query)
 
 void ParcelLocator::iLook()
 {
-    const QString query = m_kind == Kind::BySbl ? ParcelQueries::sblLocator(mdb(), m_boxes->boxes())
+    const QString query = m_kind == Kind::BySbl ? ParcelQueries::sblLocator(m_boxes->boxes())
                                                 : ParcelQueries::addressLocator(m_lookFor->text().trimmed());
     if (showQuery(query) && m_model->rowCount() == 0) {
         showMessage(QStringLiteral("No matching SBL found."), windowTitle(), PromptButtons::Ok,

@@ -39,6 +39,8 @@ public:
     void iContinue();
 
     const PickedParcel& picked() const { return m_picked; }
+    // The hint of the finders that look by address.
+    static QString addressHint();
     ParcelListModel& model() const { return *m_model; }
 
     // Runs a locator through the prompt service; nothing when the user

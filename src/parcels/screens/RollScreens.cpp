@@ -7,7 +7,9 @@
 #include "parcels/RpsRoll.h"
 #include "parcels/SblSync.h"
 #include "parcels/screens/ParcelListModel.h"
+#include "parcels/screens/ParcelLocator.h"
 #include "store/Recordset.h"
+#include "store/SqlSubset.h"
 #include "ui/TaskFrm.h"
 #include "ui/XPButton.h"
 
@@ -22,6 +24,7 @@
 #include <QLineEdit>
 #include <QProcess>
 #include <QProgressBar>
+#include <QTimer>
 #include <QTreeView>
 #include <QVBoxLayout>
 #include <cmath>
@@ -265,9 +268,12 @@ void RpsImportFrm::analyse()
     ui::TaskFrm::close();
     m_read->setText(QString::number(m_result.processed));
     m_processed->setText(QString::number(m_result.processed));
-    m_progress->setValue(static_cast<int>(
-        std::floor(m_result.fileBytes > 0 ? 100.0 * m_result.bytesRead / m_result.fileBytes : 0)));
-    m_confidence->setText(RpsImport::ConfidenceText(m_result.confidence));
+    // Line ends are not counted as read, so a file read to its end is 100
+    // only by saying so.
+    m_progress->setValue(m_result.stopped ? static_cast<int>(std::floor(
+                             m_result.fileBytes > 0 ? 100.0 * m_result.bytesRead / m_result.fileBytes : 0))
+                                          : 100);
+    m_confidence->setText(RpsImport::ConfidenceText(RpsImport::shownConfidence(m_result.confidence)));
     m_confidenceBar->setValue(static_cast<int>(std::min(100.0, m_result.confidence)));
     showPreview(m_result.preview);
     if (!m_result.message.isEmpty()) {
@@ -376,6 +382,230 @@ ViewRPS::ViewRPS(QWidget* parent)
 
 ViewRPS::~ViewRPS() = default;
 
+// The roll look-up -------------------------------------------------------------
+
+RpsLoc::RpsLoc(QWidget* parent)
+    : QDialog(parent)
+    , m_picked(std::make_unique<PickedParcel>())
+{
+    setObjectName(QStringLiteral("rpsloc"));
+    setWindowTitle(QStringLiteral(" Tax Parcel Import Locator"));
+    auto* layout = new QVBoxLayout(this);
+    auto* fields = new QFormLayout;
+    m_location = new QLineEdit(this);
+    m_location->setObjectName(QStringLiteral("txtLocation"));
+    m_contact = new QLineEdit(this);
+    m_contact->setObjectName(QStringLiteral("txtContact"));
+    fields->addRow(QStringLiteral("Location:"), m_location);
+    fields->addRow(QStringLiteral("Contact:"), m_contact);
+    layout->addLayout(fields);
+    connect(m_location, &QLineEdit::returnPressed, this, &RpsLoc::iLook);
+    connect(m_contact, &QLineEdit::returnPressed, this, &RpsLoc::iLook);
+    auto* hint = new QLabel(ParcelLocator::addressHint(), this);
+    hint->setObjectName(QStringLiteral("lblHint"));
+    hint->setWordWrap(true);
+    layout->addWidget(hint);
+
+    // The parcel as the roll writes it, where it lies and whose it is.
+    m_model = new ParcelListModel({{QStringLiteral(" S-B-L "), QStringLiteral("RSSBL")},
+                                      {QStringLiteral(" Location "), QStringLiteral("RLOCN1")},
+                                      {QStringLiteral(" Association "), QStringLiteral("RCONTACT")}},
+        this);
+    m_model->setKeyField(QStringLiteral("RSBLF"));
+    m_list = new QTreeView(this);
+    m_list->setObjectName(QStringLiteral("ListView1"));
+    m_list->setRootIsDecorated(false);
+    m_list->setUniformRowHeights(true);
+    m_list->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_list->setModel(m_model);
+    m_list->header()->setStretchLastSection(true);
+    layout->addWidget(m_list, 1);
+    connect(
+        m_list, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) { choose(index.row()); });
+
+    auto* buttons = new QHBoxLayout;
+    auto* look
+        = new ui::XPButton(QStringLiteral("iLook"), QStringLiteral("&Find"), QStringLiteral(" Find "), this);
+    auto* take = new ui::XPButton(
+        QStringLiteral("iContinue"), QStringLiteral("&Select"), QStringLiteral(" Use this parcel "), this);
+    auto* cancel = new ui::XPButton(
+        QStringLiteral("ICancel"), QStringLiteral("&Cancel"), QStringLiteral(" Cancel "), this);
+    buttons->addWidget(look);
+    buttons->addStretch();
+    buttons->addWidget(take);
+    buttons->addWidget(cancel);
+    layout->addLayout(buttons);
+    connect(look, &QPushButton::clicked, this, &RpsLoc::iLook);
+    connect(take, &QPushButton::clicked, this, &RpsLoc::iContinue);
+    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+    resize(640, 460);
+    showQuery(QStringLiteral("Select * from RPS order by [RSBLF]"));
+}
+
+RpsLoc::~RpsLoc() = default;
+
+bool RpsLoc::showQuery(const QString& query)
+{
+    store::StoreStatus status;
+    auto rows = store::openRecordsetAt(rps().rollPath(), query, &status);
+    if (!rows) {
+        showMessage(status.description, windowTitle(), PromptButtons::Ok, PromptIcon::Critical);
+        return false;
+    }
+    m_model->setRows(std::move(rows));
+    return true;
+}
+
+void RpsLoc::iLook()
+{
+    QString where;
+    const QString location = m_location->text().trimmed();
+    const QString contact = m_contact->text().trimmed();
+    if (!location.isEmpty()) {
+        where += QStringLiteral("[RLOCN1] like ")
+            + store::quotedText(QLatin1Char('%') + location + QLatin1Char('%')) + QStringLiteral(" AND ");
+    }
+    if (!contact.isEmpty()) {
+        where += QStringLiteral("[RASSOC] like ")
+            + store::quotedText(QLatin1Char('%') + contact + QLatin1Char('%')) + QStringLiteral(" AND ");
+    }
+    where.chop(5);
+    const QString query = QStringLiteral("Select * from RPS")
+        + (where.isEmpty() ? QString() : QStringLiteral(" where ") + where)
+        + QStringLiteral(" order by [RSBLF]");
+    if (showQuery(query) && m_model->rowCount() == 0) {
+        showMessage(
+            QStringLiteral("No matches found."), windowTitle(), PromptButtons::Ok, PromptIcon::Information);
+    }
+}
+
+void RpsLoc::iContinue()
+{
+    const QModelIndex current = m_list->currentIndex();
+    if (current.isValid()) {
+        choose(current.row());
+    }
+}
+
+void RpsLoc::choose(int row)
+{
+    const QString sbl = m_model->sblAt(row);
+    RpsRoll& roll = rps();
+    if (!roll.recordset() && !roll.resetRPSsbl().ok()) {
+        return;
+    }
+    if (sbl.isEmpty() || !roll.RPSSBLExists(sbl)) {
+        return;
+    }
+    const RpsRow& found = roll.found();
+    // The roll writes "?" for what the county's file did not give.
+    const auto valueOf = [](const QString& text) { return text == QLatin1String("?") ? QString() : text; };
+    *m_picked = {found.fullForm, valueOf(found.association), valueOf(found.location), valueOf(found.mailing)};
+    accept();
+}
+
+std::optional<PickedParcel> RpsLoc::pick(QWidget* parent)
+{
+    if (!rps().rollExists()) {
+        showMessage(QStringLiteral("There are no imported tax parcels to look in. Import the roll first "
+                                   "(Import Tax Parcels.. on the main screen)."),
+            QStringLiteral(" Tax Parcel Import Locator"));
+        return std::nullopt;
+    }
+    RpsLoc locator(parent);
+    if (prompts().exec(locator) != QDialog::Accepted) {
+        return std::nullopt;
+    }
+    return locator.picked();
+}
+
+// The synchronisation -----------------------------------------------------------
+
+SyncFrm::SyncFrm(QWidget* parent)
+    : QDialog(parent)
+{
+    setObjectName(QStringLiteral("syncSBL"));
+    setWindowTitle(QStringLiteral(" Synchronize SBL Repository"));
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(new QLabel(QStringLiteral("Synchronizing SBL info.."), this));
+    m_bar = new QProgressBar(this);
+    m_bar->setObjectName(QStringLiteral("barProgress"));
+    m_bar->setRange(0, 100);
+    m_bar->setValue(0);
+    layout->addWidget(m_bar);
+    auto* buttons = new QHBoxLayout;
+    auto* stop = new ui::XPButton(
+        QStringLiteral("iStop"), QStringLiteral("&Stop"), QStringLiteral(" Stop the synchronization "), this);
+    buttons->addStretch();
+    buttons->addWidget(stop);
+    layout->addLayout(buttons);
+    connect(stop, &QPushButton::clicked, this, &SyncFrm::iStop);
+    resize(420, 120);
+    // The run starts as soon as the window stands.
+    QTimer::singleShot(0, this, &SyncFrm::iContinue);
+}
+
+bool SyncFrm::showProgress(double percent)
+{
+    // Brought up to date, and the Stop heard, every few hundred rows.
+    if (++m_steps % 256 == 0) {
+        m_bar->setValue(static_cast<int>(percent));
+        QCoreApplication::processEvents();
+    }
+    if (m_observer) {
+        m_observer(percent);
+    }
+    return !m_stopAsked;
+}
+
+void SyncFrm::iContinue()
+{
+    if (m_running || m_done) {
+        return;
+    }
+    m_running = true;
+    RpsRoll& roll = rps();
+    const int total = roll.recordset() ? roll.recordset()->RecordCount() : 0;
+    const SblSync::Outcome outcome
+        = SblSync::syncSBL(mdb(), roll, session(), taskProgress(QStringLiteral("Converting SBL info..")),
+            [this](double percent) { return showProgress(percent); });
+    ui::TaskFrm::close();
+    m_running = false;
+    m_done = true;
+    const QString title = windowTitle();
+    if (!outcome.status.ok()) {
+        showMessage(outcome.status.description, title, PromptButtons::Ok, PromptIcon::Critical);
+    } else if (outcome.ran && m_stopAsked && outcome.carried < total) {
+        showMessage(QStringLiteral("Stopped. ") + QString::number(outcome.carried)
+                + QStringLiteral(
+                    " records were carried into the SBL Repository; the rest of the roll was not."),
+            title);
+    } else if (outcome.ran) {
+        showMessage(QStringLiteral("Completed. ") + QString::number(outcome.carried)
+                + QStringLiteral(" records processed."),
+            title);
+    }
+    if (storeChangedListener()) {
+        storeChangedListener()();
+    }
+    accept();
+}
+
+void SyncFrm::iStop()
+{
+    m_stopAsked = true;
+}
+
+void SyncFrm::reject()
+{
+    if (m_running) {
+        iStop();
+        return;
+    }
+    QDialog::reject();
+}
+
 // Dashboard commands ----------------------------------------------------------
 
 void updateparcel(QWidget* parent)
@@ -392,7 +622,6 @@ void viewparcel(QWidget* parent)
 
 void syncSBL(QWidget* parent)
 {
-    Q_UNUSED(parent);
     RpsRoll& roll = rps();
     if (!roll.rollExists()) {
         showMessage(QStringLiteral("There are no imported tax parcels to synchronize."),
@@ -407,21 +636,21 @@ void syncSBL(QWidget* parent)
             return;
         }
     }
-    const SblSync::Outcome outcome
-        = SblSync::syncSBL(mdb(), roll, session(), taskProgress(QStringLiteral("Converting SBL info..")),
-            taskProgress(QStringLiteral("Synchronizing SBL info..")));
-    ui::TaskFrm::close();
-    if (!outcome.status.ok()) {
-        showMessage(outcome.status.description, QStringLiteral(" Synchronize SBL Repository"),
-            PromptButtons::Ok, PromptIcon::Critical);
-    } else if (outcome.ran) {
-        showMessage(QStringLiteral("Completed. ") + QString::number(outcome.carried)
-                + QStringLiteral(" records processed."),
-            QStringLiteral(" Synchronize SBL Repository"));
+    // Owners and addresses of the whole store are about to be replaced: the
+    // clerk is told what happens and can still say no.
+    const int parcelsInRoll = roll.recordset()->RecordCount();
+    const PromptAnswer answer = showMessage(QStringLiteral("The ") + QString::number(parcelsInRoll)
+            + QStringLiteral(
+                " parcels of the imported tax roll will be carried into the SBL Repository: owners, "
+                "contacts, locations, mailing addresses and grid coordinates there are replaced by "
+                "the roll's, and parcels not there yet are added. Flags, permits, history and notes "
+                "stay as they are.\n\nSynchronize now?"),
+        QStringLiteral(" Synchronize SBL Repository"), PromptButtons::YesNo, PromptIcon::Question);
+    if (answer != PromptAnswer::Yes) {
+        return;
     }
-    if (storeChangedListener()) {
-        storeChangedListener()();
-    }
+    SyncFrm progress(parent);
+    prompts().exec(progress);
 }
 
 void setParcelStoreChanged(std::function<void()> listener)

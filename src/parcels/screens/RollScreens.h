@@ -5,6 +5,7 @@
 #include <QDialog>
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QCheckBox;
 class QLabel;
@@ -95,6 +96,75 @@ public:
 private:
     ParcelListModel* m_model = nullptr;
     QLabel* m_count = nullptr;
+};
+
+struct PickedParcel;
+
+// The roll look-up `rpsloc` of the case screen: finds parcels of the
+// imported roll by a part of their location and of their owner, so a parcel
+// that never reached the parcel store can still be picked. The whole roll
+// is listed at first; a chosen row (double click or iContinue) closes it
+// with that parcel.
+class RpsLoc : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit RpsLoc(QWidget* parent = nullptr);
+    ~RpsLoc() override;
+
+    void iLook();
+    void iContinue();
+
+    ParcelListModel& model() const { return *m_model; }
+    const PickedParcel& picked() const { return *m_picked; }
+
+    // Runs the look-up through the prompt service; nothing when there is no
+    // roll (after saying so) or the user closed it without a choice.
+    static std::optional<PickedParcel> pick(QWidget* parent);
+
+private:
+    bool showQuery(const QString& query);
+    void choose(int row);
+
+    QLineEdit* m_location = nullptr;
+    QLineEdit* m_contact = nullptr;
+    QTreeView* m_list = nullptr;
+    ParcelListModel* m_model = nullptr;
+    std::unique_ptr<PickedParcel> m_picked;
+};
+
+// The window of "Synchronize SBL Repository" while the roll is carried into
+// the parcel store: a bar and a Stop that ends the run between two rows,
+// leaving the rows carried until then, whole.
+class SyncFrm : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit SyncFrm(QWidget* parent = nullptr);
+
+    // Carries the roll; says how it ended and closes.
+    void iContinue();
+    void iStop();
+    // Closing the window while it runs is a Stop.
+    void reject() override;
+
+    // Heard after each row carried, once the window shows it.
+    void setProgressObserver(std::function<void(double percent)> observer)
+    {
+        m_observer = std::move(observer);
+    }
+
+private:
+    bool showProgress(double percent);
+
+    bool m_stopAsked = false;
+    bool m_running = false;
+    bool m_done = false;
+    int m_steps = 0;
+    std::function<void(double)> m_observer;
+    QProgressBar* m_bar = nullptr;
 };
 
 // The dashboard's commands: "Import Tax Parcels..", "View Imported

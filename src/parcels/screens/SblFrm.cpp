@@ -93,6 +93,12 @@ SblFrm::SblFrm(QWidget* parent)
     m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_list->setModel(m_model);
     m_list->header()->setStretchLastSection(true);
+    // Widths for what the columns hold (a store of any size is never
+    // measured row by row): the written S-B-L, a name, an address, a permit.
+    const int widths[] = {140, 230, 260, 90};
+    for (int column = 0; column < 4; ++column) {
+        m_list->setColumnWidth(column, widths[column]);
+    }
     m_list->setContextMenuPolicy(Qt::CustomContextMenu);
     layout->addWidget(m_list, 1);
     connect(m_list->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &SblFrm::rowSelected);
@@ -116,7 +122,8 @@ SblFrm::SblFrm(QWidget* parent)
     };
     const Command commands[] = {
         {"ILocate", "&Locate", " Find a certain Record ", &SblFrm::ILocate},
-        {"iLook", "&Find", " Find Specific SBL  ", &SblFrm::iLook},
+        {"iLook", "&New Search", " Find Specific SBL  : empties the search boxes for a new search ",
+            &SblFrm::iLook},
         {"iReset", "&All", "Full Database Set", &SblFrm::iReset},
         {"IAdd", "A&dd", " Add a new S-B-L  ", &SblFrm::IAdd},
         {"iEdit", "&Edit", " Add a new S-B-L  ", &SblFrm::iEdit},
@@ -169,7 +176,7 @@ SblFrm::SblFrm(QWidget* parent)
         }
     });
 
-    resize(820, 560);
+    resize(960, 560);
     resetdb();
 }
 
@@ -223,7 +230,7 @@ void SblFrm::rowSelected()
 
 void SblFrm::ILocate()
 {
-    const QString query = ParcelQueries::locate(mdb(), searchFields());
+    const QString query = ParcelQueries::locate(searchFields());
     if (query.isEmpty()) {
         return;
     }
@@ -301,7 +308,7 @@ void SblFrm::iNote()
         return;
     }
     const QString note = parcels.recordset()->text(QStringLiteral("NOTES"));
-    ui::PostitDialog postit(note, sbl, parcels.found().association, this);
+    ui::PostitDialog postit(note, SblParts::writtenForm(sbl), parcels.found().association, this);
     if (note.isEmpty()) {
         postit.startEditing();
     }
@@ -341,7 +348,7 @@ void SblFrm::setFlag(int which)
         parcels.SBLSetComplaint();
         break;
     }
-    ui::PostitDialog postit(note, sbl, parcels.found().association, this);
+    ui::PostitDialog postit(note, SblParts::writtenForm(sbl), parcels.found().association, this);
     postit.startEditing();
     if (prompts().exec(postit) == QDialog::Accepted && postit.noteChanged() && parcels.SBLExists(sbl)) {
         parcels.currentNote = postit.note();
@@ -414,7 +421,7 @@ void SblFrm::recinfod()
     QString other = QStringLiteral("Associated Permits: \n")
         + (trail.isEmpty() ? QStringLiteral(" none ") : trail) + QStringLiteral("\nAssociated Notes: ")
         + (notes.isEmpty() ? QStringLiteral(" none ") : notes);
-    const QString shortForm = parcels.mysbl2SBL(sbl);
+    const QString shortForm = SblParts::writtenForm(sbl);
     const QString association = listText(row.value(QStringLiteral("ASSOC")));
     const QString location = listText(row.value(QStringLiteral("LOCN1")));
     QStringList flags;
@@ -454,14 +461,19 @@ void SblFrm::recinfod()
 
 void SblFrm::iPrint()
 {
+    // With no parcel picked out, the list as it stands is what is printed.
+    if (selectedSbl().isEmpty()) {
+        hprint();
+        return;
+    }
     ParcelService& parcels = mdb();
     const QString sbl = parcels.MakeSBL(parcels.ExtractSBL(selectedSbl()));
-    if (selectedSbl().isEmpty() || !parcels.SBLExists(sbl)) {
+    if (!parcels.SBLExists(sbl)) {
         showMessage(QStringLiteral("That S-B-L cannot be located."), windowTitle(), PromptButtons::Ok,
             PromptIcon::Critical);
         return;
     }
-    const QString shortForm = parcels.mysbl2SBL(sbl);
+    const QString shortForm = SblParts::writtenForm(sbl);
     if (shortForm == QLatin1String("0-0-0")) {
         showMessage(QStringLiteral("That S-B-L cannot be located."), windowTitle(), PromptButtons::Ok,
             PromptIcon::Critical);
@@ -479,7 +491,7 @@ void SblFrm::iPrint()
             {"Mailing:",
                 row.hasField(QStringLiteral("MAILING")) ? listText(row.value(QStringLiteral("MAILING")))
                                                         : QStringLiteral("--")},
-            {"Permit:", listText(row.value(QStringLiteral("PERMIT")))},
+            {"Permit:", permitText(row.value(QStringLiteral("PERMIT")))},
             {"Flag:", parcelMarkText(parcelMarkOf(row))},
             {"Permits:",
                 trailLines(row.text(QStringLiteral("HISTORICAL")))
@@ -505,15 +517,14 @@ void SblFrm::hprint()
     listing.append(padded(QStringLiteral("S-B-L"), 20) + padded(QStringLiteral("Name"), 31)
         + padded(QStringLiteral("Location"), 41) + padded(QStringLiteral("Permit"), 13)
         + QStringLiteral("Flag\n"));
-    SblParts parts;
     int count = 0;
     QString lines;
     for (rows->MoveFirst(); !rows->Eof(); rows->MoveNext()) {
         const QVariant sbl = rows->value(QStringLiteral("SBLF"));
-        lines += padded(sbl.isNull() ? QStringLiteral("--") : parts.mysbl2SBL(sbl.toString()), 20)
+        lines += padded(sbl.isNull() ? QStringLiteral("--") : SblParts::writtenForm(sbl.toString()), 20)
             + padded(listText(rows->value(QStringLiteral("ASSOC"))), 31)
             + padded(listText(rows->value(QStringLiteral("LOCN1"))), 41)
-            + padded(listText(rows->value(QStringLiteral("PERMIT"))), 13)
+            + padded(permitText(rows->value(QStringLiteral("PERMIT"))), 13)
             + parcelMarkText(parcelMarkOf(*rows)) + QLatin1Char('\n');
         ++count;
     }
