@@ -170,7 +170,9 @@ TEST_F(PrintScreens, printToFileWritesThePlainText)
     editor.showReport();
     click(editor, "iPrint2File");
     QDir::setCurrent(before);
-    QFile written(folder.filePath(q("Print.txt")));
+    // The file is the one the message names, letter for letter.
+    EXPECT_FALSE(QFile::exists(folder.filePath(q("Print.txt"))));
+    QFile written(folder.filePath(q("print.txt")));
     ASSERT_TRUE(written.open(QIODevice::ReadOnly));
     EXPECT_EQ(written.readAll(), QByteArray("FEES FOR PROJECT 24-1\n01/02/2024  Filing fee\n"));
     ASSERT_FALSE(scriptedPrompts().shown().isEmpty());

@@ -83,7 +83,7 @@ Editor::Editor()
         void (Editor::*run)();
     } commands[] = {
         {"iPrint", " Print", " Print the report", &Editor::iPrint},
-        {"iPrint2File", " Print to File", " Write the report as text to Print.txt", &Editor::iPrint2File},
+        {"iPrint2File", " Print to File", " Write the report as text to print.txt", &Editor::iPrint2File},
         {"iContinue", " Continue", " Close the preview", &Editor::iContinue},
         {"iCancel", " Cancel", " Cancel", &Editor::iCancel},
     };
@@ -251,7 +251,9 @@ QString Editor::unusedPdfPath(const QString& baseName)
 
 void Editor::iPrint2File()
 {
-    const QString path = QDir::current().absoluteFilePath(QStringLiteral("Print.txt"));
+    // The file is named as the message names it: on this system the case of
+    // a name matters, and the clerk looks for what the message says.
+    const QString path = QDir::current().absoluteFilePath(QStringLiteral("print.txt"));
     QByteArray text = ReportBuffer().toPlainText().toUtf8();
     text.replace(QByteArray("\xe2\x80\xa8"), QByteArray("\n"));
     QString error;

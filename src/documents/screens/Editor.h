@@ -51,7 +51,7 @@ public:
     // letters or labels to follow it, which the screen that built the report
     // prints.
     void iPrint();
-    // Writes the report as plain text to Print.txt in the working folder.
+    // Writes the report as plain text to print.txt in the working folder.
     void iPrint2File();
     void iContinue();
     void iCancel();
