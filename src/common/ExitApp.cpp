@@ -6,6 +6,8 @@
 #include "common/Session.h"
 #include "common/TextFiles.h"
 
+#include <QList>
+
 namespace pvardo {
 
 namespace {
@@ -25,7 +27,31 @@ void runBackup(int mode)
     }
 }
 
+struct ExitQuestionEntry
+{
+    int id = 0;
+    ExitQuestion question;
+};
+
+QList<ExitQuestionEntry>& exitQuestions()
+{
+    static QList<ExitQuestionEntry> questions;
+    return questions;
+}
+
 } // namespace
+
+int addExitQuestion(ExitQuestion question)
+{
+    static int lastId = 0;
+    exitQuestions().append({++lastId, std::move(question)});
+    return lastId;
+}
+
+void removeExitQuestion(int id)
+{
+    exitQuestions().removeIf([id](const ExitQuestionEntry& entry) { return entry.id == id; });
+}
 
 BackupDatabasesHandler setBackupDatabasesHandler(BackupDatabasesHandler handler)
 {
@@ -44,8 +70,15 @@ bool writeParcelStoreVersion()
         {QString::number(state.ParcelStoreVersion)});
 }
 
-void ExitApp()
+bool ExitApp()
 {
+    // A copy: a question may close its window, which takes the question away.
+    const QList<ExitQuestionEntry> questions = exitQuestions();
+    for (const ExitQuestionEntry& entry : questions) {
+        if (entry.question && !entry.question()) {
+            return false;
+        }
+    }
     // A folder that cannot be written loses only this number, which the next
     // start reads again from the parcel store itself.
     writeParcelStoreVersion();
@@ -63,6 +96,7 @@ void ExitApp()
         }
     }
     EndProgram(0);
+    return true;
 }
 
 } // namespace pvardo

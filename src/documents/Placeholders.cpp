@@ -29,7 +29,13 @@ int replaceMatches(QTextDocument& document, const QString& token, const std::fun
         QTextCursor first(&document);
         first.setPosition(start + 1);
         const QTextCharFormat format = first.charFormat();
-        const QString value = valueFor(count);
+        // A value of several lines (a description typed with line breaks)
+        // keeps to its paragraph, so its lines stay in the value's column
+        // rather than starting again under a label.
+        QString value = valueFor(count);
+        value.replace(QLatin1String("\r\n"), QString(QChar::LineSeparator));
+        value.replace(QLatin1Char('\n'), QChar::LineSeparator);
+        value.replace(QLatin1Char('\r'), QChar::LineSeparator);
         match.insertText(value, format);
         ++count;
         from = value.contains(token, Qt::CaseInsensitive) ? start + int(value.size()) : start + 1;

@@ -2,12 +2,15 @@
 
 #include "StartupFixtures.h"
 #include "app/screens/WidgetStartupHost.h"
+#include "documents/screens/NotepadFrm.h"
 #include "schedule/screens/Scheduler.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestInstallation.h"
 
 #include <QAction>
 #include <QTemporaryDir>
+#include <QTest>
+#include <QTextEdit>
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -135,4 +138,41 @@ TEST(ExitApp, TheMainWindowLeavesThroughItByQuitAndByClosing)
     window->close();
     EXPECT_EQ(end.calls(), 2);
     EXPECT_EQ(session().LeavingMarker, 99);
+}
+
+TEST(ExitApp, TheNotepadsUnsavedTextIsAskedForAndCancelKeepsTheProgram)
+{
+    TestInstallation installation;
+    installation.applyTo(session());
+    installation.createDatabase(store::Table::MEETING);
+    session().BackupMode = 2;
+    const QString letter = installation.databaseFolder() + QStringLiteral("/letter.rtf");
+    writeLines(letter, {QStringLiteral("{\\rtf1\\ansi Dear neighbour,\\par}")});
+    ProgramEndRecorder end;
+    app::WidgetStartupHost host;
+    host.showMainWindow();
+    schedule::Scheduler* window = host.mainWindow();
+    ASSERT_NE(window, nullptr);
+    documents::NotepadFrm& notepad = documents::NotepadFrm::shared();
+    ASSERT_TRUE(notepad.openDocument(letter));
+    notepad.show();
+    QTest::keyClicks(&notepad.buffer(), QStringLiteral("The hearing is moved. "));
+
+    // Cancel: nothing ends, by Exit or by closing the dashboard.
+    scriptedPrompts().answer(QStringLiteral("Save Changes"), PromptAnswer::Cancel);
+    window->findChild<QAction*>(QStringLiteral("Quit"))->trigger();
+    scriptedPrompts().answer(QStringLiteral("Save Changes"), PromptAnswer::Cancel);
+    window->close();
+    EXPECT_EQ(end.calls(), 0);
+    EXPECT_EQ(session().LeavingMarker, 0);
+    EXPECT_TRUE(notepad.changed());
+    ASSERT_FALSE(scriptedPrompts().shown().isEmpty());
+    EXPECT_EQ(scriptedPrompts().shown().first().text, QStringLiteral("Do you want to save the file?"));
+
+    // Yes: the letter is saved, then the program ends.
+    scriptedPrompts().answer(QStringLiteral("Save Changes"), PromptAnswer::Yes);
+    EXPECT_TRUE(ExitApp());
+    EXPECT_EQ(end.calls(), 1);
+    EXPECT_TRUE(readAllOf(letter).contains("The hearing is moved."));
+    notepad.close();
 }

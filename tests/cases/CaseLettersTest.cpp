@@ -12,6 +12,7 @@
 #include <QDir>
 #include <QFile>
 #include <QMenu>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QTextDocument>
 #include <QTest>
@@ -20,6 +21,14 @@
 namespace pvardo::test {
 
 namespace {
+
+// A description that wraps on paper and holds a line break of its own.
+QString longDescription()
+{
+    return q("Subdivide the twelve acre parcel into four residential lots with a shared driveway, a "
+             "stormwater basin at the north line and a conservation easement along the creek.\n"
+             "Phase two follows once the road is dedicated.");
+}
 
 class CaseLetters : public CaseScreenTest
 {
@@ -38,6 +47,7 @@ protected:
                                {q("PBCONTACTADDR1"), q("7 Birch Ct, Oakdale NY 12001")},
                                {q("PBLOCN1"), q("10 Main St")},
                                {q("PBPROJNAME"), q("Mill Pond Subdivision")},
+                               {q("PBPROJDESC"), longDescription()},
                                {q("PBCOST"), q("250000")},
                                {q("PBFILEDATE"), q("2012-02-03")},
                                {q("PBSTATUS"), q("P")}});
@@ -59,7 +69,7 @@ protected:
 
     // Answers the print dialog by choosing a caption, with or without
     // editing first.
-    QStringList choose(const QString& caption, bool editFirst = false)
+    QStringList choose(const QString& caption, bool editFirst = false, const char* command = "doprint")
     {
         auto offered = std::make_shared<QStringList>();
         prompts().onDialog(q("PrintFrm"), [=](QDialog& dialog) {
@@ -72,7 +82,11 @@ protected:
             dialog.findChild<QPushButton*>(q("iPrint"))->click();
             return dialog.result();
         });
-        trigger("doprint");
+        if (screen->findChild<QAction*>(q(command)) != nullptr) {
+            trigger(command);
+        } else {
+            click(command);
+        }
         return *offered;
     }
 
@@ -107,6 +121,32 @@ TEST_F(CaseLetters, printCommandShowsTheDetailPageAndPrintsIt)
     ASSERT_FALSE(pages.isEmpty());
     EXPECT_TRUE(pages.first().contains(q("24-017")));
     EXPECT_TRUE(pages.first().contains(q("Ann Applicant")));
+
+    // The description wraps in the column of the values, its own line break
+    // too, never back under the labels.
+    std::unique_ptr<Poppler::Document> document = Poppler::Document::load(editor.lastPdf());
+    ASSERT_TRUE(document);
+    const auto boxes = document->page(0)->textList();
+    QRectF first;
+    QRectF last;
+    for (const std::unique_ptr<Poppler::TextBox>& box : boxes) {
+        if (box->text() == q("Subdivide")) {
+            first = box->boundingBox();
+        } else if (box->text() == q("dedicated.")) {
+            last = box->boundingBox();
+        }
+    }
+    ASSERT_FALSE(first.isNull());
+    ASSERT_FALSE(last.isNull());
+    QSet<int> lines;
+    for (const std::unique_ptr<Poppler::TextBox>& box : boxes) {
+        const QRectF at = box->boundingBox();
+        if (at.top() >= first.top() - 1 && at.top() <= last.top() + 1 && box->text() != q("Description")) {
+            EXPECT_GE(at.left(), first.left() - 0.5) << box->text().toStdString();
+            lines.insert(qRound(at.top()));
+        }
+    }
+    EXPECT_GE(lines.size(), 3);
 }
 
 TEST_F(CaseLetters, customLettersOfTheCaseScreenGoToTheContact)
@@ -140,15 +180,72 @@ TEST_F(CaseLetters, customLettersOfTheCaseScreenGoToTheContact)
     EXPECT_FALSE(ui::TaskFrm::isOpen());
 }
 
-TEST_F(CaseLetters, applicationDetailChosenForEditingFirst)
+TEST_F(CaseLetters, lettersChosenForEditingOpenInTheNotepadAndPrintUnderTheirOwnNames)
 {
     shipTemplate(q("pbappd.rtf"));
+    shipTemplate(q("hearing.rtf"), q("demo"));
+    shipTemplate(q("0custom.txt"), q("demo"));
     open();
-    choose(q("Application Detail"), true);
+    documents::Editor& editor = documents::Editor::instance();
     documents::NotepadFrm& notepad = documents::NotepadFrm::shared();
+    const bool printer = !documents::defaultPrinterName().isEmpty();
+    // The notepad's Print: its own dialog offers the document itself.
+    auto printFromNotepad = [&] {
+        prompts().onDialog(q("PrintFrm"), [](QDialog& dialog) {
+            dialog.findChild<QPushButton*>(q("iPrint"))->click();
+            return dialog.result();
+        });
+        notepad.findChild<QAction*>(q("printdoc"))->trigger();
+    };
+
+    // An office letter from the menu's Print.
+    choose(q("Notice of Public Hearing"), true);
     EXPECT_TRUE(notepad.isVisible());
+    EXPECT_FALSE(editor.isVisible());
     EXPECT_EQ(notepad.currentDocument(), pdfFolder.filePath(q("tmp.rtf")));
+    EXPECT_TRUE(notepad.buffer().toPlainText().contains(q("Carl Contact")));
+    QTextCursor end(notepad.buffer().document());
+    end.movePosition(QTextCursor::End);
+    notepad.buffer().setTextCursor(end);
+    QTest::keyClicks(&notepad.buffer(), q("Copy to the town engineer."));
+    printFromNotepad();
+    if (!printer) {
+        const QString pdf = pdfFolder.filePath(q("Notice of Public Hearing 24-017.pdf"));
+        EXPECT_EQ(notepad.lastPdf(), pdf);
+        EXPECT_TRUE(lastText().contains(QDir::toNativeSeparators(pdf))) << lastText().toStdString();
+        EXPECT_TRUE(pdfPageTexts(pdf).join(QString()).contains(q("Copy to the town engineer.")));
+        EXPECT_FALSE(QFile::exists(pdfFolder.filePath(q("tmp.pdf"))));
+    }
+
+    // The detail page from the Print button: the choice to edit first stays
+    // ticked, and the edited letter is let go when the clerk says so.
+    prompts().answer(q("Save Changes"), PromptAnswer::No);
+    auto ticked = std::make_shared<bool>(false);
+    prompts().onDialog(q("PrintFrm"), [=](QDialog& dialog) {
+        *ticked = dialog.findChild<QCheckBox*>(q("Check1"))->isChecked();
+        dialog.findChild<QPushButton*>(q("iPrint"))->click();
+        return dialog.result();
+    });
+    click("iPrint");
+    EXPECT_TRUE(*ticked);
+    EXPECT_FALSE(editor.isVisible());
+    EXPECT_TRUE(notepad.buffer().toPlainText().contains(q("APPLICATION DETAIL")));
     EXPECT_TRUE(notepad.buffer().toPlainText().contains(q("Ann Applicant")));
+    printFromNotepad();
+    printFromNotepad();
+    if (!printer) {
+        EXPECT_EQ(notepad.lastPdf(), pdfFolder.filePath(q("Application Detail 24-017 (2).pdf")));
+        EXPECT_TRUE(QFile::exists(pdfFolder.filePath(q("Application Detail 24-017.pdf"))));
+    }
+
+    // With no office letters the Print button asks nothing and still opens
+    // the detail page for editing.
+    QFile::remove(session().FormsFolder + q("/0custom.txt"));
+    notepad.close();
+    click("iPrint");
+    EXPECT_TRUE(notepad.isVisible());
+    EXPECT_FALSE(editor.isVisible());
+    EXPECT_TRUE(notepad.buffer().toPlainText().contains(q("APPLICATION DETAIL")));
     notepad.close();
 }
 

@@ -1,9 +1,11 @@
 #include "schedule/screens/Scheduler.h"
 
+#include "app/screens/DashboardWiring.h"
 #include "app/screens/WidgetStartupHost.h"
 #include "common/ProgramEnd.h"
 #include "common/Session.h"
 #include "common/Waiting.h"
+#include "documents/screens/NotepadFrm.h"
 #include "schedule/MeetingTable.h"
 #include "schedule/MonthEvents.h"
 #include "schedule/screens/Calendar.h"
@@ -19,6 +21,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -26,6 +29,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
+#include <QTextEdit>
 #include <QTimer>
 #include <QTreeWidget>
 #include <gtest/gtest.h>
@@ -918,4 +922,53 @@ TEST_F(SchedulerTest, ComingToTheFrontReadsTheShownMeetingAgain)
     type("Text2", q("Typed"));
     QApplication::sendEvent(dashboard.get(), &activate);
     EXPECT_EQ(child<QLineEdit>("Text2")->text(), q("Typed"));
+}
+
+TEST_F(SchedulerTest, MinutesOpenTheSelectedMeetingInTheNotepadAndAreSavedInItsRow)
+{
+    const QString startFrom = QDir(session().DatabaseFolder).filePath(q("mins/04Template1.rtf"));
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(startFrom).absolutePath()));
+    const QByteArray template1 = "{\\rtf1\\ansi MINUTES OF THE MEETING\\par}";
+    {
+        QFile file(startFrom);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(template1);
+    }
+    open();
+    app::wireDashboard(*dashboard);
+    EXPECT_FALSE(child<QPushButton>("iMinutes")->isEnabled());
+    newMeeting("Planning Board");
+    EXPECT_FALSE(child<QPushButton>("iMinutes")->isEnabled());
+    click("IAdd");
+
+    // A meeting without minutes starts from the office's template.
+    click("iMinutes");
+    documents::NotepadFrm& notepad = documents::NotepadFrm::shared();
+    EXPECT_TRUE(notepad.isVisible());
+    EXPECT_TRUE(notepad.buffer().toPlainText().contains(q("MINUTES OF THE MEETING")));
+    QTextCursor end(notepad.buffer().document());
+    end.movePosition(QTextCursor::End);
+    notepad.buffer().setTextCursor(end);
+    QTest::keyClicks(&notepad.buffer(), q("Motion carried."));
+    notepad.findChild<QAction*>(q("savedoc"))->trigger();
+    EXPECT_FALSE(notepad.changed());
+    notepad.close();
+
+    store::StoreStatus status;
+    auto rows = store::openRecordsetAt(path, q("Select * from MEETING"), &status);
+    ASSERT_TRUE(rows && !rows->Eof());
+    EXPECT_TRUE(rows->text(q("MINUTES")).startsWith(q("{\\rtf")));
+    EXPECT_TRUE(rows->text(q("MINUTES")).contains(q("Motion carried.")));
+    QFile file(startFrom);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), template1);
+
+    // Opened again from another day of the month: the row's own minutes.
+    clickDay(2);
+    QTreeWidget* list = child<QTreeWidget>("ListView1");
+    ASSERT_EQ(list->topLevelItemCount(), 1);
+    list->setCurrentItem(list->topLevelItem(0));
+    click("iMinutes");
+    EXPECT_TRUE(notepad.buffer().toPlainText().contains(q("Motion carried.")));
+    notepad.close();
 }

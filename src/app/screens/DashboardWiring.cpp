@@ -6,6 +6,7 @@
 #include "cases/screens/ZPermits.h"
 #include "common/PromptService.h"
 #include "common/Session.h"
+#include "documents/screens/NotepadFrm.h"
 #include "parcels/screens/CCalc.h"
 #include "parcels/screens/RollScreens.h"
 #include "parcels/screens/SblFrm.h"
@@ -26,6 +27,8 @@ std::function<QWidget*()> caseScreenFactory()
 void wireDashboard(schedule::Scheduler& dashboard)
 {
     dashboard.setCaseScreenFactory(caseScreenFactory());
+    dashboard.setMinutesOpener(
+        [](const store::Recordset& meeting) { documents::NotepadFrm::shared().openMinutes(meeting); });
     schedule::Scheduler* window = &dashboard;
     dashboard.setMenuCommand(QStringLiteral("About"), [window] {
         AboutScreen about(window);

@@ -126,7 +126,7 @@ void showBuiltReport()
         }
         return;
     }
-    if (notepad.openDocument(path)) {
+    if (notepad.openReport(path, editor.title())) {
         notepad.show();
         notepad.raise();
         notepad.activateWindow();

@@ -1,6 +1,7 @@
 #include "documents/screens/NotepadFrm.h"
 
 #include "common/Clock.h"
+#include "common/ExitApp.h"
 #include "common/PromptService.h"
 #include "common/Session.h"
 #include "common/TextFiles.h"
@@ -88,9 +89,24 @@ NotepadFrm::NotepadFrm(QWidget* parent)
     setStatusBar(status);
 
     buildMenus();
+
+    // The program's end asks the notepad's own question first, over the
+    // document, and stays when the clerk cancels.
+    m_exitQuestion = addExitQuestion([this] {
+        if (!m_changed) {
+            return true;
+        }
+        show();
+        raise();
+        activateWindow();
+        return askToSaveChanges();
+    });
 }
 
-NotepadFrm::~NotepadFrm() = default;
+NotepadFrm::~NotepadFrm()
+{
+    removeExitQuestion(m_exitQuestion);
+}
 
 NotepadFrm& NotepadFrm::shared()
 {
@@ -201,6 +217,9 @@ void NotepadFrm::clearFlags()
 
 void NotepadFrm::setCurrentDocument(const QString& path)
 {
+    if (path != m_path) {
+        m_reportTitle.clear();
+    }
     m_path = path;
     m_pathPanel->setText(QDir::toNativeSeparators(path));
 }
@@ -302,6 +321,37 @@ bool NotepadFrm::writeFile(const QString& path)
     return true;
 }
 
+bool NotepadFrm::openReport(const QString& path, const QString& title)
+{
+    if (!openDocument(path)) {
+        return false;
+    }
+    m_reportTitle = title.trimmed();
+    return true;
+}
+
+bool NotepadFrm::openMinutes(const store::Recordset& row)
+{
+    if (!askToSaveChanges()) {
+        return false;
+    }
+    const int column = row.fieldIndex(QStringLiteral("MINUTES"));
+    if (column >= 0 && !row.Eof() && !row.Bof() && row.value(QStringLiteral("MINUTES")).isNull()) {
+        const QString startFrom
+            = QDir(session().DatabaseFolder).filePath(QStringLiteral("mins/04Template1.rtf"));
+        if (!QFileInfo(startFrom).isFile() || !openDocument(startFrom)) {
+            newdoc();
+        }
+    }
+    if (!externalLoad(row)) {
+        return false;
+    }
+    show();
+    raise();
+    activateWindow();
+    return true;
+}
+
 bool NotepadFrm::externalLoad(const store::Recordset& row)
 {
     // The row is found again by its counter, which no other workstation
@@ -327,6 +377,9 @@ bool NotepadFrm::externalLoad(const store::Recordset& row)
             kTitle, PromptButtons::Ok, PromptIcon::Critical);
         return false;
     }
+    if (!askToSaveChanges()) {
+        return false;
+    }
     const QVariant minutes = own->value(QStringLiteral("MINUTES"));
     if (!minutes.isNull()) {
         auto* document = new QTextDocument(m_text);
@@ -344,6 +397,7 @@ bool NotepadFrm::externalLoad(const store::Recordset& row)
         m_toolbar->SelChange();
     }
     m_bound = std::move(own);
+    m_reportTitle.clear();
     clearFlags();
     return true;
 }
@@ -466,7 +520,10 @@ void NotepadFrm::printdoc()
     settings.footerRtf = state.footerText;
     settings.pageCounter = &state.pageCounter;
     settings.expandPrintTokens = [](QTextDocument& document) { ExpandPrintTokens(document); };
-    const QString title = m_path.isEmpty() ? QStringLiteral("Notepad") : QFileInfo(m_path).completeBaseName();
+    QString title = m_reportTitle;
+    if (title.isEmpty()) {
+        title = m_path.isEmpty() ? QStringLiteral("Notepad") : QFileInfo(m_path).completeBaseName();
+    }
     const PrinterOutcome outcome = printOnDefaultPrinter(*copy, settings, Editor::unusedPdfPath(title), title);
     ui::TaskFrm::close();
     m_lastPdf = outcome.pdfPath;

@@ -36,12 +36,22 @@ public:
     // change of the one open; gives false when the clerk cancels or the file
     // cannot be read (the open document is then kept as it was).
     bool openDocument(const QString& path);
+    // Opens a letter or listing built for editing before it is printed: the
+    // file is only where it is kept meanwhile, so the print takes the
+    // report's own title (such as "Application Detail 24-017") for the job
+    // and for its PDF file.
+    bool openReport(const QString& path, const QString& title);
 
     // Binds the notepad to a row of a table with a MINUTES column: a row that
     // holds minutes shows them, and Save writes the document back into the
     // row rather than into a file. The notepad keeps a cursor of its own on
     // that row, so the screen that handed it over may move on or close.
     bool externalLoad(const store::Recordset& row);
+    // Opens the minutes of a meeting row for writing and shows the notepad:
+    // the row's MINUTES, or, while it has none, the office's template for
+    // new minutes (mins/04Template1.rtf of the database folder) or an empty
+    // page; saving writes the minutes into the row, never into the template.
+    bool openMinutes(const store::Recordset& row);
     bool isBound() const { return m_bound != nullptr; }
 
     // Asks "Do you want to save the file?" when the document holds a change.
@@ -95,6 +105,8 @@ private:
     QLabel* m_pathPanel = nullptr;
     QPointer<SearchFrm> m_search;
     QString m_path;
+    int m_exitQuestion = 0;
+    QString m_reportTitle; // the report's title while the document is one
     QString m_lastPdf;
     bool m_changed = false;
     bool m_saved = false;

@@ -272,12 +272,14 @@ void Scheduler::buildWindow()
         {"iManage", &Scheduler::iManage},
         {"iClose", &Scheduler::iClose},
         {"iVardo", &Scheduler::iVardo},
+        {"iMinutes", &Scheduler::iMinutes},
         {"mexit", &Scheduler::mexit},
     };
     for (const auto& [name, handler] : handlers) {
         connect(m_buttons.value(QLatin1String(name)), &QPushButton::clicked, this, handler);
     }
-    // The minutes and the report of the scheduled events come with their own screens.
+    // Minutes waits for a meeting and for the notepad that shows them; the
+    // report of the scheduled events comes with its own screen.
     m_buttons.value(QStringLiteral("iMinutes"))->setEnabled(false);
     m_buttons.value(QStringLiteral("iPrint"))->setEnabled(false);
     m_buttons.value(QStringLiteral("iPlaning"))->setEnabled(false);
@@ -338,6 +340,25 @@ void Scheduler::setCaseScreenFactory(std::function<QWidget*()> factory)
     const bool available = static_cast<bool>(m_caseScreenFactory);
     m_buttons.value(QStringLiteral("iPlaning"))->setEnabled(available);
     findChild<QAction*>(QStringLiteral("planningb"))->setEnabled(available);
+}
+
+void Scheduler::setMinutesOpener(MinutesOpener opener)
+{
+    m_minutesOpener = std::move(opener);
+    setEditState(m_state);
+}
+
+void Scheduler::iMinutes()
+{
+    if (!m_minutesOpener || m_currentKey.isEmpty() || m_state != EditState::Browse) {
+        return;
+    }
+    // The row is found again: another workstation may have changed it.
+    if (!m_table.requery().ok() || !m_table.findKey(m_currentKey) || !m_table.rows()) {
+        QApplication::beep();
+        return;
+    }
+    m_minutesOpener(*m_table.rows());
 }
 
 void Scheduler::setMenuCommand(const QString& entry, std::function<void()> command)
@@ -573,6 +594,7 @@ void Scheduler::setEditState(EditState state)
     m_buttons.value(QStringLiteral("IAdd"))->setEnabled(state == EditState::New && entry);
     m_buttons.value(QStringLiteral("ISave"))->setEnabled(state == EditState::Edit && entry);
     m_buttons.value(QStringLiteral("ICancel"))->setEnabled(!browse);
+    m_buttons.value(QStringLiteral("iMinutes"))->setEnabled(browse && current && m_minutesOpener);
     findChild<QAction*>(QStringLiteral("loadp"))->setEnabled(!browse);
 }
 
@@ -763,10 +785,14 @@ void Scheduler::mexit()
 
 void Scheduler::closeEvent(QCloseEvent* event)
 {
-    // The dashboard leaving is the end of the session.
+    // The dashboard leaving is the end of the session, unless a window with
+    // an unsaved document keeps it open.
+    const int marker = session().LeavingMarker;
     session().LeavingMarker = 99;
     event->ignore();
-    ExitApp();
+    if (!ExitApp()) {
+        session().LeavingMarker = marker;
+    }
 }
 
 bool Scheduler::event(QEvent* event)

@@ -58,6 +58,12 @@ public:
     // commands are off.
     void setCaseScreenFactory(std::function<QWidget*()> factory);
 
+    // How Minutes opens the minutes of the meeting in the editor: the
+    // notepad, bound to the meeting's row. Minutes is on while a meeting is
+    // shown and not being typed, and only with an opener.
+    using MinutesOpener = std::function<void(const store::Recordset& meeting)>;
+    void setMinutesOpener(MinutesOpener opener);
+
     // Gives a menu entry whose screen lives elsewhere in the program (About,
     // User Management...) its command and turns it on.
     void setMenuCommand(const QString& entry, std::function<void()> command);
@@ -88,6 +94,7 @@ public slots:
     void iManage();
     void iClose();
     void iVardo();
+    void iMinutes();
     void mexit();
 
 protected:
@@ -145,6 +152,7 @@ private:
     QHash<QString, QPushButton*> m_buttons;
 
     std::function<QWidget*()> m_caseScreenFactory;
+    MinutesOpener m_minutesOpener;
     QPointer<QWidget> m_caseScreen;
     QHash<QString, std::function<void()>> m_menuCommands;
 };
