@@ -52,6 +52,19 @@ void onRecordEnd(int terminator, void* context)
     }
 }
 
+// A heading as the list is matched against: lower case, with blanks,
+// underscores, commas, slashes and dashes alike.
+QString headingKey(const QString& heading)
+{
+    QString key = heading.toLower();
+    for (QChar& c : key) {
+        if (c == QLatin1Char('_') || c == QLatin1Char(',') || c == QLatin1Char('/') || c == QLatin1Char('-')) {
+            c = QLatin1Char(' ');
+        }
+    }
+    return key.simplified();
+}
+
 bool decode(const QByteArray& bytes, QString& text)
 {
     QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
@@ -95,7 +108,7 @@ AddressList readAddressCsv(const QByteArray& input)
     for (const QByteArray& field : reader.records.first()) {
         QString text;
         decode(field, text);
-        header.append(text.trimmed().toLower());
+        header.append(headingKey(text));
     }
     qsizetype nameColumn = header.indexOf(QStringLiteral("name"));
     qsizetype addressColumn = header.indexOf(QStringLiteral("address"));
@@ -107,6 +120,29 @@ AddressList readAddressCsv(const QByteArray& input)
         list.error = QStringLiteral("the header line needs a \"name\" and an \"address\" column");
         return list;
     }
+    // The columns of the city line, in the order the line reads.
+    QList<qsizetype> cityColumns;
+    const QStringList combined{QStringLiteral("city state zip"), QStringLiteral("city state zip code"),
+        QStringLiteral("csz")};
+    for (const QString& heading : combined) {
+        if (header.contains(heading)) {
+            cityColumns = {header.indexOf(heading)};
+            break;
+        }
+    }
+    if (cityColumns.isEmpty()) {
+        const QList<QStringList> parts{{QStringLiteral("city"), QStringLiteral("town")},
+            {QStringLiteral("state")}, {QStringLiteral("zip"), QStringLiteral("zip code"), QStringLiteral("zipcode")}};
+        for (const QStringList& names : parts) {
+            for (const QString& heading : names) {
+                if (header.contains(heading)) {
+                    cityColumns.append(header.indexOf(heading));
+                    break;
+                }
+            }
+        }
+    }
+    list.cityColumns = !cityColumns.isEmpty();
 
     for (qsizetype i = 1; i < reader.records.size(); ++i) {
         const QList<QByteArray>& record = reader.records.at(i);
@@ -123,11 +159,21 @@ AddressList readAddressCsv(const QByteArray& input)
         }
         AddressRow row;
         row.line = line;
-        if (!decode(record.at(nameColumn), row.name) || !decode(record.at(addressColumn), row.address)) {
+        bool utf8 = decode(record.at(nameColumn), row.name) && decode(record.at(addressColumn), row.address);
+        QStringList cityParts;
+        for (qsizetype column : std::as_const(cityColumns)) {
+            QString part;
+            utf8 = decode(record.at(column), part) && utf8;
+            if (!part.trimmed().isEmpty()) {
+                cityParts.append(part.simplified());
+            }
+        }
+        if (!utf8) {
             list.problems.append({line, QStringLiteral("is not UTF-8 text")});
             continue;
         }
-        if (row.name.trimmed().isEmpty() && row.address.trimmed().isEmpty()) {
+        row.cityLine = cityParts.join(QLatin1Char(' '));
+        if (row.name.trimmed().isEmpty() && row.address.trimmed().isEmpty() && row.cityLine.isEmpty()) {
             list.problems.append({line, QStringLiteral("has neither a name nor an address")});
             continue;
         }

@@ -26,7 +26,11 @@ const char* const usage
       "  --start COL,ROW    the cell of the first label (default 1,1)\n"
       "  --pdf OUT.pdf      print to a PDF file instead of the default printer\n"
       "  addresses.csv      UTF-8 with a header line naming a \"name\" and an \"address\" column;\n"
-      "                     the address is the street, a comma, then city, state and ZIP";
+      "                     the city, state and ZIP stand either in the address behind its last\n"
+      "                     comma (\"12 Main St, Apt 3, Springfield NY 12345\") or in columns of\n"
+      "                     their own: \"city\", \"state\" and \"zip\", or one \"city state zip\";\n"
+      "                     other columns are passed over. A row without a city line is printed\n"
+      "                     as it stands and named on the error output";
 
 QString sheetPath(const QString& name, const QString& home)
 {
@@ -116,7 +120,31 @@ int runLabels(CommandContext& context)
     QList<documents::Addressee> addressees;
     addressees.reserve(list.rows.size());
     for (const AddressRow& row : list.rows) {
-        addressees.append(documents::SplitAddress(row.name, row.address));
+        documents::Addressee addressee;
+        bool cityFound = true;
+        if (list.cityColumns) {
+            addressee.name = row.name.trimmed();
+            addressee.street = row.address.trimmed();
+            addressee.city = row.cityLine;
+            cityFound = !row.cityLine.isEmpty();
+        } else {
+            addressee = documents::SplitAddress(row.name, row.address);
+            cityFound = row.address.contains(QLatin1Char(',')) && !addressee.city.isEmpty();
+            if (row.address.trimmed().isEmpty()) {
+                addressee.street.clear();
+            }
+        }
+        if (!cityFound) {
+            // The label carries what the row gives, with no stand-in words
+            // on the envelope; the clerk is told which row to look at.
+            addressee.city.clear();
+            context.err << "pvardo-admin labels: line " << row.line << " ("
+                        << (row.name.trimmed().isEmpty() ? QStringLiteral("no name") : row.name.simplified())
+                        << ") has no city, state and ZIP"
+                        << (list.cityColumns ? " in its city columns" : " behind a comma in its address")
+                        << "; printed without them" << Qt::endl;
+        }
+        addressees.append(addressee);
     }
 
     if (!context.home.isEmpty()) {

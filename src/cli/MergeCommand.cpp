@@ -207,7 +207,7 @@ int runMerge(CommandContext& context)
 }
 
 const CommandRegistration registration{
-    {"merge", "merge TEMPLATE.rtf --case NUMBER [--to PARTY] [--pdf OUT.pdf | --rtf OUT.rtf]",
+    {"merge", "merge TEMPLATE.rtf --case NUMBER [--to contact|applicant|owner] [--pdf OUT.pdf | --rtf OUT.rtf]",
      "merge a letter template for a case and print it, or write the merged RTF", true, &runMerge}};
 
 } // namespace

@@ -11,7 +11,11 @@
 #include <QFont>
 #include <QPagedPaintDevice>
 #include <QPainter>
+#include <QAbstractTextDocumentLayout>
+#include <QTextBlock>
+#include <QTextCursor>
 #include <QTextDocument>
+#include <QTextLayout>
 #include <algorithm>
 #include <cmath>
 #include <memory>
@@ -25,6 +29,91 @@ constexpr int twipsPerPixel = 15;
 QString numberText(double value)
 {
     return QString::number(value, 'g', 6);
+}
+
+// A line may be set this much smaller to fit its label; beyond that it is cut
+// at the label's edge.
+constexpr qreal smallestLineScale = 0.6;
+
+void layOut(QTextDocument& label, QPaintDevice* device, qreal width)
+{
+    label.documentLayout()->setPaintDevice(device);
+    label.setTextWidth(width);
+    label.documentLayout()->documentSize();
+}
+
+// Keeps every line of a label within `width` (device pixels): a line too wide
+// is set smaller until it fits, or as small as it may be, and what still does
+// not fit is cut off, so the label never wraps into lines it has no room for.
+void fitLinesToWidth(QTextDocument& label, QPaintDevice* device, qreal width)
+{
+    layOut(label, device, width);
+    // The scales are found before any is applied: a change of format lays the
+    // lines out again.
+    QList<QPair<int, qreal>> scales;
+    for (QTextBlock block = label.begin(); block.isValid(); block = block.next()) {
+        const QTextLayout* layout = block.layout();
+        if (!layout || layout->lineCount() < 2) {
+            continue;
+        }
+        // The line's width unbroken: its pieces and a little for each break.
+        qreal natural = 0;
+        for (int i = 0; i < layout->lineCount(); ++i) {
+            natural += layout->lineAt(i).naturalTextWidth();
+        }
+        natural *= 1.03;
+        scales.append({block.blockNumber(), std::max(layout->lineAt(0).width() / natural, smallestLineScale)});
+    }
+    if (scales.isEmpty()) {
+        return;
+    }
+    struct Piece {
+        int from;
+        int to;
+        QFont font;
+    };
+    QList<Piece> pieces;
+    for (const auto& [number, scale] : std::as_const(scales)) {
+        const QTextBlock block = label.findBlockByNumber(number);
+        for (QTextBlock::iterator it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            if (!fragment.isValid()) {
+                continue;
+            }
+            QFont font = fragment.charFormat().font();
+            if (font.pointSizeF() > 0) {
+                font.setPointSizeF(font.pointSizeF() * scale);
+            } else if (font.pixelSize() > 0) {
+                font.setPixelSize(std::max(1, int(font.pixelSize() * scale)));
+            }
+            pieces.append({fragment.position(), fragment.position() + fragment.length(), font});
+        }
+    }
+    for (const Piece& piece : std::as_const(pieces)) {
+        QTextCharFormat smaller;
+        smaller.setFont(piece.font, QTextCharFormat::FontPropertiesSpecifiedOnly);
+        QTextCursor part(&label);
+        part.setPosition(piece.from);
+        part.setPosition(piece.to, QTextCursor::KeepAnchor);
+        part.mergeCharFormat(smaller);
+    }
+    layOut(label, device, width);
+    // What does not fit on the first line is cut; the cuts are found first
+    // and made from the last up, so each one's place still holds.
+    QList<QPair<int, int>> cuts;
+    for (QTextBlock block = label.begin(); block.isValid(); block = block.next()) {
+        const QTextLayout* layout = block.layout();
+        if (layout && layout->lineCount() > 1) {
+            cuts.append({block.position() + layout->lineAt(0).textLength(), block.position() + block.length() - 1});
+        }
+    }
+    for (qsizetype i = cuts.size() - 1; i >= 0; --i) {
+        QTextCursor rest(&label);
+        rest.setPosition(cuts.at(i).first);
+        rest.setPosition(cuts.at(i).second, QTextCursor::KeepAnchor);
+        rest.removeSelectedText();
+    }
+    layOut(label, device, width);
 }
 
 } // namespace
@@ -224,14 +313,24 @@ PrintOutcome PrintLabels(const QTextDocument& labelTemplate, const QList<Address
         label->setUndoRedoEnabled(false);
         ExpandPrintTokens(*label);
 
+        // A label stays in its own cell: a line too wide is set smaller or
+        // cut at the cell's edge, and lines below the cell are left out, so
+        // nothing runs into the neighbouring labels.
         const QPointF corner = labelCellOrigin(state.sheet, state.topOffset, state.leftOffset, column, row);
         const qreal left = geometry.toDeviceX(corner.x() + geometry.leftEdge);
         const qreal top = geometry.toDeviceY(corner.y() + geometry.topEdge);
-        const qreal right = geometry.toDeviceX(geometry.rightEdge);
-        const qreal bottom = geometry.toDeviceY(geometry.bottomEdge);
+        const qreal right = std::min(geometry.toDeviceX(geometry.rightEdge),
+            geometry.toDeviceX(corner.x() + geometry.leftEdge + state.sheet.width * 1440));
+        const qreal bottom = std::min(geometry.toDeviceY(geometry.bottomEdge),
+            geometry.toDeviceY(corner.y() + geometry.topEdge + state.sheet.height * 1440));
         if (right > left && bottom > top) {
+            fitLinesToWidth(*label, &device, right - left);
             const RichTextLayout layout(std::move(label), &device, right - left);
-            layout.formatRange(&painter, 0, QRectF(QPointF(left, top), QPointF(right, bottom)));
+            const QRectF cell(QPointF(left, top), QPointF(right, bottom));
+            painter.save();
+            painter.setClipRect(cell);
+            layout.formatRange(&painter, 0, cell);
+            painter.restore();
         }
 
         if (advanceLabelCell(state.sheet, column, row) && i + 1 < addressees.size()) {

@@ -139,9 +139,10 @@ bool advanceLabelCell(const LabelSheet& sheet, int& column, int& row);
 
 // Prints a label per addressee on `device`, from the state's next cell on,
 // with the state's sheet and offsets: each label is the template filled by
-// the print-time pass for its addressee and laid out from its cell's corner to
-// the page's right and bottom edges, so a label too long for its cell runs
-// into the next one. A full sheet goes on on a new page. The state's next
+// the print-time pass for its addressee and laid out in its cell: a line too
+// wide is set smaller (to three fifths at most) and then cut at the cell's
+// edge, and lines below the cell are left out, so no label runs into the
+// next one. A full sheet goes on on a new page. The state's next
 // cell is where the run stopped.
 PrintOutcome PrintLabels(const QTextDocument& labelTemplate, const QList<Addressee>& addressees,
     LabelRunState& state, QPagedPaintDevice& device);

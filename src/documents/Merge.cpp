@@ -219,7 +219,18 @@ Addressee SplitAddress(const QString& name, const QString& address)
 {
     Addressee addressee;
     addressee.name = name.trimmed();
-    const qsizetype comma = address.indexOf(QLatin1Char(','));
+    // The city, state and ZIP are the last part of an address: a street line
+    // may hold commas of its own ("12 Main St, Apt 3"), and the city may
+    // stand before a comma of its own ("Delmar, NY 12054").
+    qsizetype comma = address.lastIndexOf(QLatin1Char(','));
+    static const QRegularExpression stateAndZip(
+        QStringLiteral("^([A-Za-z]{2}\\.?(\\s+\\d{5}(-\\d{4})?)?|\\d{5}(-\\d{4})?)$"));
+    if (comma > 0 && stateAndZip.match(address.mid(comma + 1).trimmed()).hasMatch()) {
+        const qsizetype before = address.lastIndexOf(QLatin1Char(','), comma - 1);
+        if (before >= 0) {
+            comma = before;
+        }
+    }
     if (comma >= 0) {
         addressee.street = address.left(comma).trimmed();
         addressee.city = address.mid(comma + 1).trimmed();

@@ -41,8 +41,10 @@ constexpr int Surrounding = 14;
 } // namespace ScreenCodes
 
 // The name and the address of the contact made into the three addressee
-// lines: the street is what stands before the first comma, the city line what
-// stands behind it.
+// lines: the city line is what stands behind the last comma (behind the one
+// before it when the last part holds only a state and ZIP, as in "Delmar, NY
+// 12054"), the street what stands before it. Without a comma the address is
+// the street line.
 Addressee SplitAddress(const QString& name, const QString& address);
 
 // One column's value, as its placeholders put it.

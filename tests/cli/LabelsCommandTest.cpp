@@ -7,7 +7,9 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QMap>
 #include <QTemporaryDir>
+#include <poppler-qt6.h>
 #include <gtest/gtest.h>
 
 using namespace pvardo;
@@ -97,7 +99,9 @@ TEST_F(LabelsCommand, printsTheGoodRowsFromTheStartCellAndNamesTheBadOnes)
     EXPECT_TRUE(pages.at(0).contains(q("Ann Owner")));
     EXPECT_TRUE(pages.at(0).contains(q("Delmar NY 12054")));
     EXPECT_TRUE(pages.at(1).contains(q("Cy Nohome")));
-    EXPECT_TRUE(pages.at(1).contains(q("<no address>")));
+    // A row without an address prints the name alone, and is named.
+    EXPECT_FALSE(pages.at(1).contains(q("<no")));
+    EXPECT_TRUE(run.err.contains(q("line 5 (Cy Nohome) has no city, state and ZIP")));
     EXPECT_TRUE(pages.at(1).contains(q("Eve Last")));
 }
 
@@ -121,4 +125,63 @@ TEST_F(LabelsCommand, refusesWhatCannotBePrinted)
     run = labels({q("--sheet"), q("av5161.txt"), q("--pdf"), out("empty.pdf")}, "");
     EXPECT_EQ(run.code, 1);
     EXPECT_TRUE(run.err.contains(q("the address list cannot be used")));
+}
+
+TEST_F(LabelsCommand, theCityLineIsTheLastPartOrItsOwnColumnsAndEveryLineStaysInItsCell)
+{
+    // On the 30-up sheet: 0.2 in from the left, labels 2.63 in wide, 0.125 in apart.
+    const qreal firstCellRight = (0.2 + 2.63) * 72;
+    const QByteArray csv
+        = "name,address\n"
+          "Bartholomew Fitzwilliam-Montgomery and Associates Holding Trust,"
+          "\"1 Long Boulevard of the Americas West, Suite 1200, Elmford NY 12000\"\n"
+          "Ann Owner,\"12 Main St, Apt 3, Springfield NY 12345\"\n"
+          "Bo Nocity,7 Elm St\n";
+    const QString pdf = out("cities.pdf");
+    AdminRun run = labels({q("--sheet"), q("av5160.txt"), q("--pdf"), pdf}, csv);
+    ASSERT_EQ(run.code, 0) << run.err.toStdString();
+    EXPECT_TRUE(run.err.contains(q("line 4 (Bo Nocity) has no city, state and ZIP"))) << run.err.toStdString();
+    EXPECT_FALSE(run.err.contains(q("line 2")));
+    EXPECT_FALSE(run.err.contains(q("line 3")));
+
+    auto boxesOf = [](const QString& path) {
+        QMap<QString, QRectF> at;
+        QList<QRectF> all;
+        std::unique_ptr<Poppler::Document> document = Poppler::Document::load(path);
+        EXPECT_TRUE(document);
+        if (document) {
+            for (const std::unique_ptr<Poppler::TextBox>& box : document->page(0)->textList()) {
+                at.insert(box->text(), box->boundingBox());
+                all.append(box->boundingBox());
+            }
+        }
+        return std::make_pair(at, all);
+    };
+    const auto [words, all] = boxesOf(pdf);
+    EXPECT_FALSE(pvardo::test::pdfPageTexts(pdf).first().contains(q("<no")));
+    // The street keeps its own comma; the city line is the part behind the last.
+    EXPECT_NEAR(words.value(q("Apt")).top(), words.value(q("Main")).top(), 0.5);
+    EXPECT_GT(words.value(q("Springfield")).top(), words.value(q("Apt")).top() + 4);
+    EXPECT_NEAR(words.value(q("Suite")).top(), words.value(q("Boulevard")).top(), 0.5);
+    // The long lines start in the first cell and end in it.
+    EXPECT_TRUE(words.contains(q("Bartholomew")));
+    EXPECT_TRUE(words.contains(q("Elmford")));
+    for (const QRectF& box : all) {
+        if (box.left() < firstCellRight) {
+            EXPECT_LE(box.right(), firstCellRight + 0.5) << box.left();
+        }
+    }
+
+    // City, state and ZIP in columns of their own, beside other columns.
+    const QString columns = out("columns.pdf");
+    run = labels({q("--sheet"), q("av5160.txt"), q("--pdf"), columns},
+        "Name,Address,City,State,ZIP,Parcel\n"
+        "Cy Columns,\"40 Oak Rd, Unit B\",Delmar,NY,12054,12.-1-3\n");
+    ASSERT_EQ(run.code, 0) << run.err.toStdString();
+    EXPECT_TRUE(run.err.isEmpty()) << run.err.toStdString();
+    const auto [columnWords, unused] = boxesOf(columns);
+    EXPECT_NEAR(columnWords.value(q("Unit")).top(), columnWords.value(q("Oak")).top(), 0.5);
+    EXPECT_GT(columnWords.value(q("Delmar")).top(), columnWords.value(q("Oak")).top() + 4);
+    EXPECT_NEAR(columnWords.value(q("12054")).top(), columnWords.value(q("Delmar")).top(), 0.5);
+    EXPECT_FALSE(columnWords.contains(q("12.-1-3")));
 }

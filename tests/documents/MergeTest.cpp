@@ -138,10 +138,15 @@ TEST_F(MergeTest, aColumnThatBeginsALaterOneTakesItsPlaceholder)
 
 TEST_F(MergeTest, splitAddress)
 {
+    // The city line is the last part; a street keeps its own commas, and a
+    // city keeps the comma before its state.
     const Addressee two = SplitAddress(q("  Ann Lee "), q("5 Main St, Apt 2, Hudson NY"));
     EXPECT_EQ(two.name, q("Ann Lee"));
-    EXPECT_EQ(two.street, q("5 Main St"));
-    EXPECT_EQ(two.city, q("Apt 2, Hudson NY"));
+    EXPECT_EQ(two.street, q("5 Main St, Apt 2"));
+    EXPECT_EQ(two.city, q("Hudson NY"));
+    const Addressee state = SplitAddress(q("Ann"), q("5 Main St, Apt 2, Hudson, NY 12534-1234"));
+    EXPECT_EQ(state.street, q("5 Main St, Apt 2"));
+    EXPECT_EQ(state.city, q("Hudson, NY 12534-1234"));
     const Addressee none = SplitAddress(q("Ann"), q("   "));
     EXPECT_EQ(none.street, q("<no address>"));
     EXPECT_EQ(none.city, q("<no city state zip>"));
