@@ -33,6 +33,10 @@ struct PrintState {
     bool preview = false;
     // The report type chosen in the print dialog, trimmed and upper-cased.
     QString ReportChoice;
+    // The same caption as the dialog showed it: a report built after the
+    // dialog is named after it (with the current case) unless its screen
+    // names it otherwise.
+    QString reportCaption;
     // 0 plain, 1 expired, 2 expiring, 81 expired zoning, 82 expiring zoning,
     // 99 surrounding parcels; 3 and 4 count as 0.
     int reportKind = 0;

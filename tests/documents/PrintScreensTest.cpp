@@ -301,3 +301,30 @@ TEST_F(PrintScreens, labelsAfterAReportAskForTheSheetFirst)
     editor.setFollowUp(nullptr);
     resetLabelState();
 }
+
+TEST_F(PrintScreens, aReportIsNamedAfterTheCaptionChosenAndTheCaseUnlessItsScreenNamesIt)
+{
+    if (!defaultPrinterName().isEmpty()) {
+        GTEST_SKIP() << "a printer is set up on this machine";
+    }
+    session().CurrentCase = q("24-201");
+    Editor& editor = Editor::instance();
+    editor.ReportBuffer().setPlainText(q("A report before any choice"));
+    EXPECT_EQ(printFromEditor(), folder.filePath(q("Report.pdf")));
+
+    // Chosen in the print dialog and built by a screen that names nothing.
+    printState().ReportList = {q("Listing of Fees"), q("Receipt")};
+    {
+        PrintFrm dialog;
+        child<QComboBox>(dialog, "Combo2")->setCurrentIndex(0);
+        click(dialog, "iPrint");
+    }
+    editor.clearBuffers();
+    editor.ReportBuffer().setPlainText(q("FEES FOR PROJECT 24-201"));
+    EXPECT_EQ(printFromEditor(), folder.filePath(q("Listing of Fees 24-201.pdf")));
+    EXPECT_EQ(printFromEditor(), folder.filePath(q("Listing of Fees 24-201 (2).pdf")));
+    // A screen's own name wins.
+    editor.setTitle(q("Receipt 24-201"));
+    EXPECT_EQ(printFromEditor(), folder.filePath(q("Receipt 24-201.pdf")));
+    session().CurrentCase.clear();
+}

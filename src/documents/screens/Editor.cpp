@@ -5,6 +5,7 @@
 #include "documents/PrintState.h"
 #include "documents/printer/DefaultPrinter.h"
 #include "documents/screens/LabelFrm.h"
+#include "documents/screens/Letters.h"
 #include "documents/screens/PrintFrm.h"
 
 #include "common/PromptService.h"
@@ -118,7 +119,7 @@ void Editor::clearBuffers()
         edit->moveCursor(QTextCursor::Start);
     }
     m_followUp = nullptr;
-    m_title = QStringLiteral("Report");
+    m_title.clear();
 }
 
 void Editor::setOrigin(const QString& tag)
@@ -138,7 +139,16 @@ void Editor::showReport()
 
 void Editor::setTitle(const QString& title)
 {
-    m_title = title.trimmed().isEmpty() ? QStringLiteral("Report") : title.trimmed();
+    m_title = title.trimmed();
+}
+
+QString Editor::title() const
+{
+    if (!m_title.isEmpty()) {
+        return m_title;
+    }
+    const QString caption = printState().reportCaption.trimmed();
+    return caption.isEmpty() ? QStringLiteral("Report") : caseReportTitle(caption);
 }
 
 void Editor::setPdfFolder(const QString& folder)
@@ -224,7 +234,7 @@ void Editor::iPrint()
     settings.pageCounter = &state.pageCounter;
     settings.expandPrintTokens = [](QTextDocument& document) { ExpandPrintTokens(document); };
     const PrinterOutcome outcome
-        = printOnDefaultPrinter(ReportBuffer(), settings, unusedPdfPath(m_title), m_title);
+        = printOnDefaultPrinter(ReportBuffer(), settings, unusedPdfPath(title()), title());
     ui::TaskFrm::close();
     m_lastPdf = outcome.pdfPath;
     tellPrintOutcome(outcome, QStringLiteral("The report was"));

@@ -39,9 +39,12 @@ public:
 
     // What the report is, such as "Application Detail 24-017": the printer's
     // name for the job, and the name of the PDF file when there is no
-    // printer. Emptying the buffers makes it "Report" again.
+    // printer. Until a screen sets it, a report is named after the caption
+    // last chosen in the print dialog and the current case ("Listing of Fees
+    // 24-201"), and "Report" when there is none; emptying the buffers lets a
+    // title set before go.
     void setTitle(const QString& title);
-    QString title() const { return m_title; }
+    QString title() const;
 
     // Shows the report locked, from its start.
     void showReport();
@@ -86,7 +89,7 @@ private:
     QCheckBox* m_allowEdit = nullptr;
     QLineEdit* m_origin = nullptr;
     QString m_lastPdf;
-    QString m_title = QStringLiteral("Report");
+    QString m_title;
     FollowUp m_followUp;
 };
 

@@ -6,6 +6,7 @@
 #include "documents/PrintState.h"
 #include "documents/printer/DefaultPrinter.h"
 #include "documents/screens/Editor.h"
+#include "documents/screens/Letters.h"
 #include "ui/TaskFrm.h"
 #include "ui/XPButton.h"
 
@@ -252,9 +253,12 @@ bool printLabelRun(const QList<Addressee>& addressees)
     ui::TaskFrm::open(QStringLiteral("Printing to default printer..."));
     QTextDocument labelTemplate;
     loadLabelTemplate(labelTemplate, session().ProgramFolder);
+    // Named as the labels were asked for ("Label for Mailing 24-017").
+    const QString caption = printState().reportCaption.trimmed();
+    const QString title = caseReportTitle(caption.isEmpty() ? QStringLiteral("Labels") : caption);
     const PrinterOutcome outcome = printOnDefaultPrinter(
         [&](QPagedPaintDevice& device) { return PrintLabels(labelTemplate, addressees, state, device); },
-        Editor::unusedPdfPath(QStringLiteral("Labels")), QStringLiteral("Labels"));
+        Editor::unusedPdfPath(title), title);
     state.running = false;
     ui::TaskFrm::close();
     if (!Editor::tellPrintOutcome(outcome, QStringLiteral("The labels were"))) {

@@ -327,6 +327,11 @@ bool NotepadFrm::openReport(const QString& path, const QString& title)
         return false;
     }
     m_reportTitle = title.trimmed();
+    // The clerk knows the letter by its name; the file is only where it is
+    // kept until it is saved under a name of the clerk's.
+    if (!m_reportTitle.isEmpty()) {
+        m_pathPanel->setText(m_reportTitle);
+    }
     return true;
 }
 

@@ -165,6 +165,7 @@ void PrintFrm::iPrint()
     state.footer = true;
     state.preview = m_preview->isChecked();
     state.ReportChoice = choice.toUpper();
+    state.reportCaption = choice;
     // A box still being typed in is checked as if it had been left.
     double* targets[4] = {&state.leftMargin, &state.topMargin, &state.rightMargin, &state.bottomMargin};
     for (int i = 0; i < 4; ++i) {

@@ -131,6 +131,7 @@ void ReceiptDlg::printreceipt(bool editMark)
     documents::Editor& editor = documents::Editor::instance();
     editor.clearBuffers();
     editor.setOrigin(QString());
+    editor.setTitle(documents::caseReportTitle(QStringLiteral("Receipt")));
     const documents::FormLoad load = documents::mergeTemplate(
         editor.ReportBuffer(), QDir(session().FormsFolder).filePath(QStringLiteral("receipt.rtf")), m_screenCode,
         documents::SplitAddress(m_text[1]->text().trimmed(), m_text[2]->text().trimmed()));
