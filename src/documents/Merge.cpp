@@ -99,9 +99,9 @@ void replaceByRtf(QTextDocument& buffer, const QString& token, const QString& rt
     }
 }
 
-// Replaces each match of `token` by a picture file. A missing or unreadable
-// picture leaves the placeholder as written, so the letter shows what is
-// missing instead of the pass searching for ever.
+// Replaces each match of `token` by a picture file. The shipped letterhead
+// and letters hold the logo and the signature: while the office has chosen
+// none, or the picture cannot be read, the placeholder goes without a trace.
 void replaceByPicture(QTextDocument& buffer, const QString& token, const QString& path)
 {
     QTextCursor match = findPlaceholder(buffer, token, 0);
@@ -110,6 +110,7 @@ void replaceByPicture(QTextDocument& buffer, const QString& token, const QString
     }
     const QImage image(path);
     if (image.isNull()) {
+        replaceMatches(buffer, token, [](int) { return QString(); });
         return;
     }
     const QUrl name(QStringLiteral("pvardo-picture:") + QFileInfo(path).fileName());

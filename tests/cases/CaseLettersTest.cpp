@@ -11,6 +11,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
 #include <QMenu>
 #include <QSet>
 #include <QTemporaryDir>
@@ -160,6 +161,9 @@ TEST_F(CaseLetters, customLettersOfTheCaseScreenGoToTheContact)
     const QString text = report();
     EXPECT_TRUE(text.contains(q("Carl Contact\n7 Birch Ct\nOakdale NY 12001"))) << text.toStdString();
     EXPECT_TRUE(text.contains(q("Case 24-017")));
+    // The hearing's date, time and place are left for the clerk to fill in.
+    EXPECT_TRUE(text.contains(q("which was filed on the 3rd day of February, 2012."))) << text.toStdString();
+    EXPECT_TRUE(text.contains(q("Date of the hearing:")));
     EXPECT_TRUE(documents::Editor::instance().isVisible());
     if (documents::defaultPrinterName().isEmpty()) {
         // On paper the long paragraphs break into lines, whatever the window
@@ -169,6 +173,8 @@ TEST_F(CaseLetters, customLettersOfTheCaseScreenGoToTheContact)
         ASSERT_EQ(pages.size(), 1);
         EXPECT_TRUE(pages.first().contains(q("addresses."))) << pages.first().toStdString();
         EXPECT_TRUE(pages.first().contains(q("Carl Contact")));
+        // No signature chosen: its place stays empty.
+        EXPECT_FALSE(pages.first().contains(q("%si")));
     }
 
     // Its file gone: the office is told which file and which list to check.
@@ -203,6 +209,8 @@ TEST_F(CaseLetters, lettersChosenForEditingOpenInTheNotepadAndPrintUnderTheirOwn
     EXPECT_TRUE(notepad.isVisible());
     EXPECT_FALSE(editor.isVisible());
     EXPECT_EQ(notepad.currentDocument(), pdfFolder.filePath(q("tmp.rtf")));
+    // The status bar names the letter, not the file it is kept in meanwhile.
+    EXPECT_EQ(notepad.findChild<QLabel*>(q("Panel1"))->text(), q("Notice of Public Hearing 24-017"));
     EXPECT_TRUE(notepad.buffer().toPlainText().contains(q("Carl Contact")));
     QTextCursor end(notepad.buffer().document());
     end.movePosition(QTextCursor::End);
@@ -262,7 +270,7 @@ TEST_F(CaseLetters, labelForMailingGoesToTheOwnerFromTheCellPicked)
         return dialog.result();
     });
     choose(q("Label for Mailing"));
-    EXPECT_TRUE(QDir(pdfFolder.path()).entryList({q("Labels*.pdf")}).isEmpty());
+    EXPECT_TRUE(QDir(pdfFolder.path()).entryList({q("*.pdf")}).isEmpty());
 
     // The second cell of the third row, picked on the sheet's picture.
     prompts().onDialog(q("LabelFrm"), [](QDialog& dialog) {
@@ -277,8 +285,9 @@ TEST_F(CaseLetters, labelForMailingGoesToTheOwnerFromTheCellPicked)
     if (!documents::defaultPrinterName().isEmpty()) {
         GTEST_SKIP() << "a printer is set up on this machine";
     }
-    const QStringList pdfs = QDir(pdfFolder.path()).entryList({q("Labels*.pdf")});
-    ASSERT_EQ(pdfs.size(), 1);
+    // Named after the labels asked for and the case.
+    const QStringList pdfs = QDir(pdfFolder.path()).entryList({q("*.pdf")});
+    ASSERT_EQ(pdfs, QStringList{q("Label for Mailing 24-018.pdf")});
     EXPECT_TRUE(lastText().contains(q("The labels were written to")));
     const QString pdf = pdfFolder.filePath(pdfs.first());
     const QStringList pages = pdfPageTexts(pdf);

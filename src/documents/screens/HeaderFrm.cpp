@@ -49,8 +49,16 @@ HeaderFrm::HeaderFrm(QWidget* parent)
 
     auto* instructions
         = new QLabel(QStringLiteral("Create a header that you would like to show up on your reports"), this);
+    // Where the pictures chosen below appear.
+    auto* whereUsed = new QLabel(QStringLiteral("The logo prints where the header or a letter holds %lo (the header "
+                                               "shipped with the program does); the signature where a letter holds "
+                                               "%si (the shipped letters do, above the clerk's title)."),
+        this);
+    whereUsed->setObjectName(QStringLiteral("Label2"));
+    whereUsed->setWordWrap(true);
     instructions->setObjectName(QStringLiteral("Label1"));
     layout->addWidget(instructions);
+    layout->addWidget(whereUsed);
 
     m_text = new QTextEdit(this);
     m_text->setObjectName(QStringLiteral("RichTextBox1"));
