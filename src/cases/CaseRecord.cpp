@@ -8,8 +8,13 @@
 #include "common/TextFiles.h"
 #include "parcels/ParcelService.h"
 #include "parcels/TextCuts.h"
+#include "store/Catalogue.h"
+#include "store/DatabaseLocation.h"
+#include "store/Recordset.h"
+#include "store/SqlSubset.h"
 
 #include <QDate>
+#include <QFileInfo>
 
 namespace pvardo::cases {
 
@@ -262,6 +267,60 @@ StoreStatus CaseRecord::deleteCase(store::Recordset& caseRow)
         caseRow.MoveNext();
     }
     return status;
+}
+
+QStringList CaseRecord::recordsFiledUnder(const QString& databaseFolder, const QString& caseNumber)
+{
+    struct Kind {
+        store::Table table;
+        const char* column;
+        const char* one;
+        const char* many;
+    };
+    static constexpr Kind kinds[] = {
+        {store::Table::PBFEES, "PBFCASE", "fee", "fees"},
+        {store::Table::BONDS, "BCASE", "bond", "bonds"},
+        {store::Table::PBSEQRA, "SCASE", "environmental review", "environmental reviews"},
+        {store::Table::PBAGENCY, "ACASE", "agency referral", "agency referrals"},
+        {store::Table::PBMAPS, "MPCASE", "map", "maps"},
+        {store::Table::PBWETL, "WCASE", "wetland permit", "wetland permits"},
+        {store::Table::ISSUES, "ISRECNO", "issue", "issues"},
+        {store::Table::ACTIONS, "APRECNO", "action", "actions"},
+        {store::Table::ADJ, "ACASE", "surrounding parcel", "surrounding parcels"},
+        {store::Table::CHECKLIST, "CASE", "checklist item", "checklist items"},
+    };
+    QStringList filed;
+    for (const Kind& kind : kinds) {
+        const store::TableDef& def = store::tableDef(kind.table);
+        const QString path = store::databaseFile(databaseFolder, QString::fromLatin1(def.fileName));
+        if (!QFileInfo::exists(path)) {
+            continue; // a kind of record this office has never kept
+        }
+        const QString query = QStringLiteral("Select * from ") + QString::fromLatin1(def.tableName)
+            + QStringLiteral(" where [") + QString::fromLatin1(kind.column) + QStringLiteral("] = ")
+            + store::quotedText(caseNumber);
+        store::StoreStatus status;
+        const auto rows = store::openRecordsetAt(path, query, &status);
+        if (!rows) {
+            filed.append(QString::fromLatin1(kind.many) + QStringLiteral(" (") + QFileInfo(path).fileName()
+                + QStringLiteral(" cannot be read)"));
+            continue;
+        }
+        const int count = rows->RecordCount();
+        if (count > 0) {
+            filed.append(QString::number(count) + QLatin1Char(' ')
+                + QString::fromLatin1(count == 1 ? kind.one : kind.many));
+        }
+    }
+    return filed;
+}
+
+QString CaseRecord::filedRecordsText(const QString& caseNumber, const QStringList& filed)
+{
+    return QStringLiteral("Case ") + caseNumber + QStringLiteral(" cannot be deleted while records are filed under it:\n\n")
+        + filed.join(QLatin1Char('\n'))
+        + QStringLiteral("\n\nDelete those records first, or void the case instead (File, Void Record), which keeps "
+                         "them with it.");
 }
 
 } // namespace pvardo::cases

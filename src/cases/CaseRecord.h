@@ -100,6 +100,14 @@ public:
     static QString statusBeforeVoid(const QString& databaseFolder, const QString& caseNumber);
     // The administrator's hard delete of the current row; the cursor moves on.
     static store::StoreStatus deleteCase(store::Recordset& caseRow);
+    // What other tables still hold under a case number, one line a kind
+    // ("2 fees", "1 surrounding parcel"); empty when nothing is filed under
+    // it. A case is deleted only when this is empty: records left under a
+    // number would otherwise be picked up by a later case given that number.
+    // A table that cannot be read is named as such rather than counted as none.
+    static QStringList recordsFiledUnder(const QString& databaseFolder, const QString& caseNumber);
+    static QString filedRecordsTitle() { return QStringLiteral(" Delete"); }
+    static QString filedRecordsText(const QString& caseNumber, const QStringList& filed);
 
     // The texts of the dialog `dupe`.
     static QString dupeTitle() { return QStringLiteral("  Duplicate Record Number"); }

@@ -1,11 +1,14 @@
 #include "CaseScreenFixture.h"
 #include "common/ProgramEnd.h"
+#include "store/Catalogue.h"
+#include "store/DatabaseLocation.h"
 #include "ui/RecordMode.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialog>
 #include <QFile>
+#include <QFileInfo>
 #include <QHeaderView>
 #include <QMenu>
 #include <QPlainTextEdit>
@@ -313,6 +316,40 @@ TEST_F(CaseScreenTest, DeleteIsAnAdministratorsHiddenCommand)
     EXPECT_FALSE(caseOnDisk(q("12-200")));
     EXPECT_EQ(label("recpos"), q("Record 1 of 1"));
     EXPECT_EQ(text(1), q("12-201"));
+}
+
+TEST_F(CaseScreenTest, ACaseWithRecordsFiledUnderItIsNotDeleted)
+{
+    seedCase(q("12-200"));
+    for (const auto& [table, column] : {std::pair{store::Table::PBFEES, "PBFCASE"}, {store::Table::ADJ, "ACASE"},
+             {store::Table::ADJ, "ACASE"}}) {
+        store::StoreStatus status;
+        const QString path = store::databaseFile(installation.databaseFolder(),
+            QString::fromLatin1(store::tableDef(table).fileName));
+        if (!QFileInfo::exists(path)) {
+            installation.createDatabase(table);
+        }
+        auto rows = store::openRecordsetAt(
+            path, q("Select * from ") + QString::fromLatin1(store::tableDef(table).tableName), &status);
+        ASSERT_TRUE(rows) << status.description.toStdString();
+        rows->AddNew();
+        rows->setValue(QString::fromLatin1(column), q("12-200"));
+        ASSERT_TRUE(rows->Update().ok());
+    }
+    open();
+    session().UserLevel = q("ADMIN");
+    session().IsAdmin = true;
+    screen->show();
+    QApplication::setActiveWindow(screen.get());
+    QTest::keyClick(screen.get(), Qt::Key_U, Qt::ControlModifier);
+    click("iDelete");
+
+    // Refused before the question, naming what is filed; the case stays.
+    EXPECT_TRUE(prompts().dialogsRun().isEmpty());
+    ASSERT_EQ(prompts().shown().size(), 1);
+    EXPECT_TRUE(prompts().shown().last().text.contains(q("1 fee\n2 surrounding parcels")))
+        << prompts().shown().last().text.toStdString();
+    EXPECT_EQ(casesOnDisk(), 1);
 }
 
 TEST_F(CaseScreenTest, AReadOnlyUserHasNoEntryCommands)

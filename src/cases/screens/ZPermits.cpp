@@ -1200,7 +1200,19 @@ void ZPermits::voidRecord()
 
 void ZPermits::iDelete()
 {
-    if (m_mode != RecordMode::Browse || !hasRow() || rowUnreadable() || !ui::Delconfirm(this)) {
+    if (m_mode != RecordMode::Browse || !hasRow() || rowUnreadable()) {
+        return;
+    }
+    // Records of other tables left under a deleted number would belong to
+    // the next case given that number: the case goes only when they have.
+    const QString caseNumber = m_rows->text(QStringLiteral("PBCASE")).trimmed();
+    const QStringList filed = CaseRecord::recordsFiledUnder(session().DatabaseFolder, caseNumber);
+    if (!filed.isEmpty()) {
+        showMessage(CaseRecord::filedRecordsText(caseNumber, filed), CaseRecord::filedRecordsTitle(),
+            PromptButtons::Ok, PromptIcon::Exclamation);
+        return;
+    }
+    if (!ui::Delconfirm(this)) {
         return;
     }
     ui::TaskFrm::open();
