@@ -19,6 +19,8 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 #include <map>
 #include <memory>
 #include <utility>
@@ -209,6 +211,25 @@ enum class Destination {
     Picture,
     StyleSheet,
     Numbering, // {\*\pn ...}: the old paragraph numbering of Word 6 and WordPad
+    ListTable, // {\*\listtable ...} and {\*\listoverridetable ...}: how list paragraphs are numbered
+};
+
+// A level of a list of the list table: how its paragraphs are numbered.
+struct ListLevel {
+    int format = 0; // \levelnfc: 0 decimal, 1 2 roman, 3 4 letters, 22 two digits, 23 bullet, 255 none
+    int start = 1;
+    int follow = 0; // what follows the number: 0 a tab, 1 a space, 2 nothing
+    // \leveltext without its length: characters 0 to 8 stand for the numbers
+    // of those levels, the rest is printed as it stands.
+    QString text;
+    bool textEnded = false;
+    // {\*\levelmarker}: the marker as text editors on the Mac describe it,
+    // "{disc}", "{decimal}." and the like.
+    QString marker;
+};
+
+struct ListDefinition {
+    QList<ListLevel> levels;
 };
 
 // The old paragraph numbering (\pn): numbers or a bullet that the reader
@@ -267,9 +288,11 @@ struct ParaState {
     bool pageBreakBefore = false;
     bool keepWithNext = false;
     LegacyNumbering numbering;
+    int list = 0;  // \ls: the list override the paragraph belongs to
+    int level = 0; // \ilvl
 };
 
-enum class BorderSide { None, Top, Left, Bottom, Right, Paragraph };
+enum class BorderSide { None, Top, Left, Bottom, Right, Paragraph, TableOutside, TableInside };
 
 struct CellBorder {
     qreal widthTwips = 0;
@@ -308,6 +331,10 @@ struct RowDef {
     Qt::Alignment alignment = Qt::AlignLeft;
     bool header = false;
     int heightTwips = 0; // above 0 the row's least height, below 0 its exact height
+    // The table's own border around the row (\trbrdrt ...), and its lines
+    // between the cells (\trbrdrh, \trbrdrv).
+    CellBorder outside;
+    CellBorder inside;
 };
 
 struct Group {
@@ -317,6 +344,9 @@ struct Group {
     int unicodeSkip = 1;
     bool pictureOwner = false; // this group opened the picture
     int numberingText = 0;     // in \pn: 1 in its text before the number (\pntxtb), 2 after (\pntxta)
+    // In the list table: 1 a level's text, 2 its marker, 3 text of no use.
+    int listText = 0;
+    int listOwner = 0; // in the list table: 1 this group opened a list, 2 a list override
     qsizetype openedAt = 0;    // where the group's brace stands in the file
     // A header, footer or footnote kept whole as RTF of its own, from here to
     // the group's end.
@@ -427,6 +457,30 @@ bool isSkippedDestination(const QByteArray& word)
     return words.contains(word);
 }
 
+// Decoders of pictures of one bit a pixel fill each row's whole bytes only:
+// the bits past the picture's right edge in the last byte keep what the
+// memory held before. Written again as PNG, the same picture would then give
+// other bytes from one save to the next, so they are cleared.
+void clearRowPadding(QImage& image)
+{
+    if (image.isNull() || image.depth() >= 8) {
+        return;
+    }
+    const qint64 usedBits = qint64(image.width()) * image.depth();
+    const qsizetype fullBytes = qsizetype(usedBits / 8);
+    const int restBits = int(usedBits % 8);
+    const bool leastFirst = image.format() == QImage::Format_MonoLSB;
+    for (int y = 0; y < image.height(); ++y) {
+        uchar* line = image.scanLine(y);
+        qsizetype from = fullBytes;
+        if (restBits > 0) {
+            line[fullBytes] &= leastFirst ? uchar((1u << restBits) - 1) : uchar(0xFFu << (8 - restBits));
+            ++from;
+        }
+        std::memset(line + from, 0, size_t(image.bytesPerLine() - from));
+    }
+}
+
 // ---------------------------------------------------------------------------
 
 class RtfReader
@@ -500,6 +554,9 @@ private:
     void finishCapture(const Group& closing);
     void stampSection();
     void handleNumberingWord(const QByteArray& word, int value);
+    void handleListWord(const QByteArray& word, int value);
+    void listTableText(char16_t c);
+    QString nextListLabel(const ParaState& para, QChar* follow);
 
     QColor color(int index) const
     {
@@ -549,6 +606,19 @@ private:
     LegacyNumbering m_lastNumbering;
     int m_lastNumber = 0;
     void numberParagraph();
+    // The list table: lists by their id, the id each list override (\ls)
+    // stands for, the list or override being read, and the number each level
+    // of a list has reached (0: not begun).
+    QHash<int, ListDefinition> m_lists;
+    QHash<int, int> m_listOverrides;
+    ListDefinition m_listDraft;
+    bool m_listDraftOpen = false;
+    int m_listDraftId = 0;
+    int m_overrideDraftList = 0;
+    int m_overrideDraftNumber = 0;
+    QHash<int, std::array<int, 9>> m_listCounters;
+    bool m_listTextGiven = false; // the paragraph's marker came as text (\listtext)
+    bool m_listCounted = false;   // the paragraph's number has been counted
     bool m_pageBreakPending = false;
     bool m_paragraphEnded = false; // the last thing was a paragraph mark
 
@@ -770,6 +840,7 @@ void RtfReader::openGroup()
     }
     Group copy = group();
     copy.pictureOwner = false;
+    copy.listOwner = 0;
     copy.openedAt = m_tokenizer.position() - 1;
     copy.capture.clear();
     m_groups.push_back(copy);
@@ -785,7 +856,7 @@ void RtfReader::closeGroup()
         finishCapture(closing);
     }
     if ((closing.destination == Destination::FontTable || closing.destination == Destination::ColorTable
-         || closing.destination == Destination::StyleSheet)
+         || closing.destination == Destination::StyleSheet || closing.destination == Destination::ListTable)
         && group().destination != closing.destination && m_tableBytes.size() < 4 * 1024 * 1024) {
         m_tableBytes += m_data.mid(closing.openedAt, m_tokenizer.position() - closing.openedAt);
     }
@@ -794,6 +865,15 @@ void RtfReader::closeGroup()
     }
     if (closing.destination == Destination::Picture && closing.pictureOwner) {
         finishPicture();
+    }
+    if (closing.listOwner == 1 && m_listDraftOpen) {
+        m_listDraftOpen = false;
+        if (m_lists.size() < 1000) {
+            m_lists.insert(m_listDraftId, std::move(m_listDraft));
+        }
+        m_listDraft = ListDefinition();
+    } else if (closing.listOwner == 2 && m_overrideDraftNumber > 0 && m_listOverrides.size() < 10000) {
+        m_listOverrides.insert(m_overrideDraftNumber, m_overrideDraftList);
     }
     if (closing.destination == Destination::FontTable && group().destination != Destination::FontTable) {
         m_fontEntry = -1;
@@ -866,6 +946,14 @@ void RtfReader::handleControlWord(const Token& token)
             handleDestinationWord(word);
             return;
         }
+        if ((word == "listtable" || word == "listoverridetable") && destination == Destination::Normal) {
+            group().destination = Destination::ListTable;
+            return;
+        }
+        if (word == "levelmarker" && destination == Destination::ListTable) {
+            group().listText = 2;
+            return;
+        }
         if (word == "pn" && destination == Destination::Normal) {
             group().destination = Destination::Numbering;
             m_numberingDraft = LegacyNumbering();
@@ -877,6 +965,10 @@ void RtfReader::handleControlWord(const Token& token)
     }
     if (destination == Destination::Numbering) {
         handleNumberingWord(word, value);
+        return;
+    }
+    if (destination == Destination::ListTable) {
+        handleListWord(word, value);
         return;
     }
 
@@ -958,7 +1050,7 @@ void RtfReader::handleControlWord(const Token& token)
 
 void RtfReader::handleDestinationWord(const QByteArray& word)
 {
-    if (word == "pntext") {
+    if (word == "pntext" || word == "listtext") {
         m_numberTextGiven = true; // the number as the file's writer drew it: its text follows
         return;
     }
@@ -1097,6 +1189,14 @@ bool RtfReader::handleParagraphWord(const QByteArray& word, bool has, int value)
     const int length = std::clamp(value, -31680, 31680);
     if (word == "pard") {
         para = ParaState();
+        return true;
+    }
+    if (word == "ls") {
+        para.list = std::max(0, value);
+        return true;
+    }
+    if (word == "ilvl") {
+        para.level = std::clamp(value, 0, 8);
         return true;
     }
     if (word == "ql") {
@@ -1272,6 +1372,16 @@ bool RtfReader::handleTableWord(const QByteArray& word, bool has, int value)
         m_cellDef.vertical = true;
         return true;
     }
+    if (word == "trbrdrt" || word == "trbrdrl" || word == "trbrdrb" || word == "trbrdrr") {
+        m_borderSide = BorderSide::TableOutside;
+        m_rowDef.outside.present = true;
+        return true;
+    }
+    if (word == "trbrdrh" || word == "trbrdrv") {
+        m_borderSide = BorderSide::TableInside;
+        m_rowDef.inside.present = true;
+        return true;
+    }
     if (word == "clbrdrt") {
         m_borderSide = BorderSide::Top;
         m_cellDef.borders[0].present = true;
@@ -1306,6 +1416,12 @@ bool RtfReader::handleTableWord(const QByteArray& word, bool has, int value)
     case BorderSide::Right:
         border = &m_cellDef.borders[3];
         break;
+    case BorderSide::TableOutside:
+        border = &m_rowDef.outside;
+        break;
+    case BorderSide::TableInside:
+        border = &m_rowDef.inside;
+        break;
     default:
         break;
     }
@@ -1323,6 +1439,10 @@ bool RtfReader::handleTableWord(const QByteArray& word, bool has, int value)
                 border->style = QTextFrameFormat::BorderStyle_Dashed;
             } else if (word == "brdrdb") {
                 border->style = QTextFrameFormat::BorderStyle_Double;
+            } else if (word == "brdroutset") {
+                border->style = QTextFrameFormat::BorderStyle_Outset;
+            } else if (word == "brdrinset") {
+                border->style = QTextFrameFormat::BorderStyle_Inset;
             } else {
                 border->style = QTextFrameFormat::BorderStyle_Solid;
             }
@@ -1630,7 +1750,9 @@ void RtfReader::textByte(uchar byte)
                 decoder->feed(byte, decoded);
                 m_doubleBytePending = decoder->pending() ? decoder : nullptr;
                 for (const QChar c : std::as_const(decoded)) {
-                    if (destination == Destination::FontTable) {
+                    if (destination == Destination::ListTable) {
+                        listTableText(c.unicode());
+                    } else if (destination == Destination::FontTable) {
                         fontTableText(c.unicode());
                     } else if (c.unicode() >= 0x20) {
                         emitChar(c.unicode());
@@ -1652,8 +1774,8 @@ void RtfReader::textByte(uchar byte)
         } else if (codePage == 0) {
             c = byte == 0xB7 ? u'\u2022' : char16_t(byte); // symbol font bullet
         }
-    } else if (byte < 0x20) {
-        return;
+    } else if (byte < 0x20 && destination != Destination::ListTable) {
+        return; // (in a level's text, characters 0 to 8 stand for numbers)
     }
     if (destination == Destination::FontTable) {
         fontTableText(c);
@@ -1689,6 +1811,10 @@ void RtfReader::prepareContent()
 void RtfReader::emitChar(char16_t c)
 {
     const Destination destination = group().destination;
+    if (destination == Destination::ListTable) {
+        listTableText(c);
+        return;
+    }
     if (destination == Destination::Numbering) {
         if (group().numberingText == 1 && m_numberingDraft.before.size() < 32) {
             m_numberingDraft.before.append(QChar(c));
@@ -1861,6 +1987,14 @@ void RtfReader::endParagraph(bool pageBreakAfter)
     m_cursor.insertBlock(QTextBlockFormat(), m_runFormat);
     m_blockHasContent = false;
     m_paragraphEnded = true;
+    // A list paragraph whose marker the file wrote out still counts, so that
+    // a paragraph after it without one gets the next number.
+    if (!m_listCounted && m_listTextGiven && group().para.list > 0) {
+        QChar follow;
+        nextListLabel(group().para, &follow);
+    }
+    m_listCounted = false;
+    m_listTextGiven = false;
 }
 
 // ---------------------------------------------------------------------------
@@ -1919,6 +2053,23 @@ void RtfReader::enterTableCell()
         QTextTableFormat format;
         format.setBorder(0);
         format.setBorderCollapse(true);
+        const CellBorder& outside = m_rowDef.outside;
+        if (outside.present && outside.widthTwips > 0) {
+            // The table's own border. Lines between the cells that no cell
+            // draws itself come from the table as well: each cell is then
+            // framed apart, as the notepad makes a table with a grid.
+            format.setBorder(std::max(twipsToUnits(outside.widthTwips), 0.5));
+            format.setBorderStyle(outside.style);
+            format.setBorderBrush(color(outside.color).isValid() ? color(outside.color) : QColor(Qt::black));
+            const bool cellsHaveBorders = std::any_of(m_rowDef.cells.begin(), m_rowDef.cells.end(),
+                [](const CellDef& cell) {
+                    return std::any_of(std::begin(cell.borders), std::end(cell.borders),
+                                       [](const CellBorder& b) { return b.present; });
+                });
+            if (m_rowDef.inside.present && m_rowDef.inside.widthTwips > 0 && !cellsHaveBorders) {
+                format.setBorderCollapse(false);
+            }
+        }
         format.setCellSpacing(0);
         format.setCellPadding(0);
         format.setAlignment(m_rowDef.alignment);
@@ -2285,6 +2436,7 @@ void RtfReader::finishPicture()
         damage(QStringLiteral("A picture of the file is damaged."));
         return;
     }
+    clearRowPadding(image);
     if (image.width() > RtfLimits::maxPictureSide || image.height() > RtfLimits::maxPictureSide
         || qint64(image.width()) * image.height() > RtfLimits::maxPicturePixels) {
         damage(QStringLiteral("A picture is too large to be shown."));
@@ -2478,6 +2630,183 @@ void RtfReader::handleNumberingWord(const QByteArray& word, int value)
     }
 }
 
+// ---------------------------------------------------------------------------
+// The list table
+
+void RtfReader::handleListWord(const QByteArray& word, int value)
+{
+    ListLevel* level = m_listDraftOpen && !m_listDraft.levels.isEmpty() ? &m_listDraft.levels.last() : nullptr;
+    if (word == "list") {
+        group().listOwner = 1;
+        m_listDraft = ListDefinition();
+        m_listDraftOpen = true;
+        m_listDraftId = 0;
+    } else if (word == "listoverride") {
+        group().listOwner = 2;
+        m_listDraftOpen = false;
+        m_overrideDraftList = 0;
+        m_overrideDraftNumber = 0;
+    } else if (word == "listlevel") {
+        if (m_listDraftOpen && m_listDraft.levels.size() < 9) {
+            m_listDraft.levels.append(ListLevel());
+        } else {
+            group().destination = Destination::Skip; // a tenth level, or a level of an override
+        }
+    } else if (word == "listid") {
+        if (m_listDraftOpen) {
+            m_listDraftId = value;
+        } else {
+            m_overrideDraftList = value;
+        }
+    } else if (word == "ls") {
+        m_overrideDraftNumber = value;
+    } else if (word == "leveltext") {
+        group().listText = 1;
+    } else if (word == "levelnumbers" || word == "listname") {
+        group().listText = 3;
+    } else if (level && (word == "levelnfc" || word == "levelnfcn")) {
+        level->format = value;
+    } else if (level && word == "levelstartat") {
+        level->start = std::clamp(value, 0, 32767);
+    } else if (level && word == "levelfollow") {
+        level->follow = value;
+    } else if (word == "u") {
+        listTableText(char16_t(value < 0 ? value + 65536 : value & 0xFFFF));
+        m_pendingSkip = group().unicodeSkip;
+    } else if (word == "uc") {
+        group().unicodeSkip = std::clamp(value, 0, 10);
+    } else if (word == "tab") {
+        listTableText(u'\t');
+    } else if (word == "bullet") {
+        listTableText(u'\u2022');
+    } else if (word == "listpicture" || word == "levelpicture") {
+        group().destination = Destination::Skip;
+    }
+}
+
+void RtfReader::listTableText(char16_t c)
+{
+    if (!m_listDraftOpen || m_listDraft.levels.isEmpty()) {
+        return;
+    }
+    ListLevel& level = m_listDraft.levels.last();
+    if (group().listText == 1 && !level.textEnded) {
+        if (c == u';') {
+            level.textEnded = true;
+        } else if (level.text.size() < 64) {
+            level.text.append(QChar(c));
+        }
+    } else if (group().listText == 2 && level.marker.size() < 64) {
+        level.marker.append(QChar(c));
+    }
+}
+
+namespace {
+
+QString letters(int number, char16_t first);
+QString roman(int number, bool upper);
+
+// A number as a level of a list writes it.
+QString listNumber(int number, int format)
+{
+    switch (format) {
+    case 1:
+        return roman(number, true);
+    case 2:
+        return roman(number, false);
+    case 3:
+        return letters(number, u'A');
+    case 4:
+        return letters(number, u'a');
+    case 22:
+        return QString::number(number).rightJustified(2, QLatin1Char('0'));
+    case 23:
+    case 255:
+        return {};
+    default:
+        return QString::number(number);
+    }
+}
+
+// A bullet of a symbol font (Symbol, Wingdings) stands in the private area
+// of Unicode, where ordinary fonts have nothing: it prints as a plain bullet.
+QString plainBullet(QString text)
+{
+    for (QChar& c : text) {
+        if (c.unicode() >= 0xF000 && c.unicode() <= 0xF0FF) {
+            c = QChar(0x2022);
+        }
+    }
+    return text;
+}
+
+} // namespace
+
+// The marker of the next paragraph of the list and level `para` names (the
+// numbers of the deeper levels begin again after it), and what follows it.
+QString RtfReader::nextListLabel(const ParaState& para, QChar* follow)
+{
+    const auto override = m_listOverrides.constFind(para.list);
+    const int listId = override != m_listOverrides.constEnd() ? *override : -1;
+    const auto list = m_lists.constFind(listId);
+    if (list == m_lists.constEnd() || list->levels.isEmpty()) {
+        *follow = QChar();
+        return {};
+    }
+    const int levelIndex = std::min<int>(para.level, int(list->levels.size()) - 1);
+    std::array<int, 9>& counters = m_listCounters[listId];
+    const ListLevel& level = list->levels.at(levelIndex);
+    counters[levelIndex] = counters[levelIndex] > 0 ? counters[levelIndex] + 1 : std::max(level.start, 0) + 1;
+    std::fill(counters.begin() + levelIndex + 1, counters.end(), 0);
+    // Counters hold the number plus one, so that 0 means "not begun".
+    const auto numberOf = [&](int index) {
+        const int stored = counters[index];
+        const ListLevel& other = list->levels.at(std::min<int>(index, int(list->levels.size()) - 1));
+        return listNumber(stored > 0 ? stored - 1 : std::max(other.start, 0), other.format);
+    };
+
+    *follow = level.follow == 1 ? QChar(u' ') : level.follow == 2 ? QChar() : QChar(u'\t');
+    if (!level.marker.isEmpty()) {
+        static const std::pair<const char*, const char16_t*> bullets[] = {{"{disc}", u"\u2022"},
+            {"{circle}", u"\u25E6"}, {"{square}", u"\u25AA"}, {"{hyphen}", u"\u2043"}, {"{check}", u"\u2713"},
+            {"{diamond}", u"\u25C6"}, {"{box}", u"\u2610"}};
+        QString text = level.marker;
+        for (const auto& [name, bullet] : bullets) {
+            text.replace(QLatin1String(name), QString::fromUtf16(bullet));
+        }
+        static const std::pair<const char*, int> numbers[] = {{"{decimal}", 0}, {"{decimal-leading-zero}", 22},
+            {"{upper-roman}", 1}, {"{lower-roman}", 2}, {"{upper-alpha}", 3}, {"{upper-latin}", 3},
+            {"{lower-alpha}", 4}, {"{lower-latin}", 4}};
+        for (const auto& [name, format] : numbers) {
+            text.replace(QLatin1String(name), listNumber(counters[levelIndex] - 1, format));
+        }
+        return text;
+    }
+    if (level.format == 23) {
+        QString text;
+        for (const QChar c : level.text.mid(1)) {
+            if (c.unicode() > 8) {
+                text += c;
+            }
+        }
+        return text.isEmpty() ? QStringLiteral("\u2022") : plainBullet(text);
+    }
+    if (level.text.isEmpty()) {
+        return numberOf(levelIndex) + QLatin1Char('.');
+    }
+    QString text;
+    for (const QChar c : level.text.mid(1)) { // the first character is the text's length
+        if (c.unicode() <= 8) {
+            if (c.unicode() <= levelIndex) {
+                text += numberOf(c.unicode());
+            }
+        } else {
+            text += c;
+        }
+    }
+    return plainBullet(text);
+}
+
 namespace {
 
 QString letters(int number, char16_t first)
@@ -2516,7 +2845,21 @@ void RtfReader::numberParagraph()
 {
     using Kind = LegacyNumbering::Kind;
     const LegacyNumbering& numbering = group().para.numbering;
-    if (std::exchange(m_numberTextGiven, false) || numbering.kind == Kind::None) {
+    const bool given = std::exchange(m_numberTextGiven, false);
+    m_listTextGiven = m_listTextGiven || given;
+    if (!given && group().para.list > 0 && !m_listCounted) {
+        // A paragraph of the list table without its marker's text (text
+        // editors on the Mac leave it out): the list says what it is.
+        m_listCounted = true;
+        QChar follow;
+        const QString label = nextListLabel(group().para, &follow);
+        if (!label.isEmpty() || !follow.isNull()) {
+            flushRun();
+            m_cursor.insertText(follow.isNull() ? label : label + follow, currentCharFormat());
+        }
+        return;
+    }
+    if (given || numbering.kind == Kind::None) {
         return;
     }
     int number = numbering.start;

@@ -66,7 +66,8 @@ private:
     void writeCharFormat(const QTextCharFormat& format);
     void writeText(const QString& text);
     void writeImage(const QTextImageFormat& format);
-    void writeBorder(const char* side, qreal width, QTextFrameFormat::BorderStyle style, const QBrush& brush);
+    void writeBorder(const char* side, qreal width, QTextFrameFormat::BorderStyle style, const QBrush& brush,
+                     const char* prefix = "\\clbrdr");
 
     // Sections, headers, footers and notes
     void beginSection(int index);
@@ -130,6 +131,7 @@ void RtfWriter::collect(QTextFrame* frame)
     for (QTextFrame::iterator it = frame->begin(); !it.atEnd(); ++it) {
         if (QTextFrame* child = it.currentFrame()) {
             if (auto* table = qobject_cast<QTextTable*>(child)) {
+                colorIndex(table->format().borderBrush().color());
                 for (int row = 0; row < table->rows(); ++row) {
                     for (int column = 0; column < table->columns(); ++column) {
                         const QTextTableCellFormat format = table->cellAt(row, column).format().toTableCellFormat();
@@ -361,12 +363,13 @@ void RtfWriter::writeNote(const QTextCharFormat& format, int note)
     }
 }
 
-void RtfWriter::writeBorder(const char* side, qreal width, QTextFrameFormat::BorderStyle style, const QBrush& brush)
+void RtfWriter::writeBorder(const char* side, qreal width, QTextFrameFormat::BorderStyle style, const QBrush& brush,
+                            const char* prefix)
 {
     if (width <= 0 || style == QTextFrameFormat::BorderStyle_None) {
         return;
     }
-    m_out += "\\clbrdr";
+    m_out += prefix;
     m_out += side;
     switch (style) {
     case QTextFrameFormat::BorderStyle_Dotted:
@@ -377,6 +380,12 @@ void RtfWriter::writeBorder(const char* side, qreal width, QTextFrameFormat::Bor
         break;
     case QTextFrameFormat::BorderStyle_Double:
         m_out += "\\brdrdb";
+        break;
+    case QTextFrameFormat::BorderStyle_Outset:
+        m_out += "\\brdroutset";
+        break;
+    case QTextFrameFormat::BorderStyle_Inset:
+        m_out += "\\brdrinset";
         break;
     default:
         m_out += "\\brdrs";
@@ -459,6 +468,18 @@ void RtfWriter::writeTable(QTextTable* table)
         }
         if (row < tableFormat.headerRowCount()) {
             m_out += "\\trhdr";
+        }
+        // The table's own border; a table whose cells are framed apart has
+        // lines between its cells as well.
+        const qreal border = tableFormat.border();
+        const QTextFrameFormat::BorderStyle borderStyle = tableFormat.borderStyle();
+        const QBrush borderBrush = tableFormat.borderBrush();
+        for (const char* side : {"t", "l", "b", "r"}) {
+            writeBorder(side, border, borderStyle, borderBrush, "\\trbrdr");
+        }
+        if (!tableFormat.borderCollapse()) {
+            writeBorder("h", border, borderStyle, borderBrush, "\\trbrdr");
+            writeBorder("v", border, borderStyle, borderBrush, "\\trbrdr");
         }
         for (int column = 0; column < columns; ++column) {
             const QTextTableCell cell = table->cellAt(row, column);

@@ -364,3 +364,39 @@ TEST(RtfForeignDocument, printsOldParagraphNumbersAndBullets)
                            QStringLiteral("a)\tDelta"), QStringLiteral("b)\tEpsilon"), QStringLiteral("Still epsilon"),
                            QStringLiteral("(IV)\tZeta"), QStringLiteral("7.\tEta"), QStringLiteral("Plain")}));
 }
+
+// Text editors on the Mac (and some converters) leave out the marker's text
+// of a list paragraph (\listtext): the list table says what it is. Numbers
+// count on per list, a deeper level begins again under each new item, a
+// marker the file writes out still counts, and a bullet of a symbol font
+// prints as a plain bullet.
+TEST(RtfForeignDocument, numbersListParagraphsAsTheListTableSays)
+{
+    const QByteArray rtf
+        = "{\\rtf1\\ansi{\\fonttbl{\\f0 Helvetica;}}"
+          "{\\*\\listtable"
+          "{\\list\\listtemplateid1\\listhybrid{\\listlevel\\levelnfc23\\levelstartat1{\\*\\levelmarker \\{disc\\}}"
+          "{\\leveltext\\leveltemplateid1\\'01\\uc0\\u8226 ;}{\\levelnumbers;}}{\\listname ;}\\listid1}"
+          "{\\list\\listtemplateid2{\\listlevel\\levelnfc23{\\leveltext\\'01\\u-3913 ?;}{\\levelnumbers;}}\\listid7}"
+          "{\\list{\\listlevel\\levelnfc0\\levelstartat3\\levelfollow1{\\leveltext\\'02\\'00.;}{\\levelnumbers\\'01;}}"
+          "{\\listlevel\\levelnfc4{\\leveltext\\'04\\'00.\\'01);}{\\levelnumbers\\'01\\'03;}}\\listid42}}"
+          "{\\*\\listoverridetable{\\listoverride\\listid1\\listoverridecount0\\ls1}"
+          "{\\listoverride\\listid42\\listoverridecount0\\ls2}{\\listoverride\\listid7\\ls3}}"
+          "\\pard\\ls1\\ilvl0 Apples\\par Pears\\par"
+          "\\pard\\ls2\\ilvl0 Roads\\par\\ls2\\ilvl1 Paving\\par Drains\\par"
+          "\\pard{\\listtext 4. }\\ls2\\ilvl0 Parks\\par"
+          "\\pard\\ls2\\ilvl0 Schools\\par\\ilvl1 Roofs\\par"
+          "\\pard\\ls3 Symbol\\par"
+          "\\pard\\ls9 Unknown list\\par"
+          "\\pard Plain\\par}";
+    EXPECT_EQ(readText(rtf).split(QLatin1Char('\n'), Qt::SkipEmptyParts),
+              (QStringList{QStringLiteral("\u2022\tApples"), QStringLiteral("\u2022\tPears"),
+                           QStringLiteral("3. Roads"), QStringLiteral("3.a)\tPaving"), QStringLiteral("3.b)\tDrains"),
+                           QStringLiteral("4. Parks"), QStringLiteral("5. Schools"), QStringLiteral("5.a)\tRoofs"),
+                           QStringLiteral("\u2022\tSymbol"), QStringLiteral("Unknown list"), QStringLiteral("Plain")}));
+
+    // A real letter from the Mac: its one list paragraph gets its bullet.
+    const QString mac = readText(readFixtureBytes(QStringLiteral(PVARDO_TEST_DATA_DIR
+                                                                 "/rtf-corpus/rtfparserkit-test10001Encoding.rtf")));
+    EXPECT_TRUE(mac.startsWith(QStringLiteral("\u2022\t"))) << mac.toStdString();
+}
