@@ -14,7 +14,7 @@
 
 namespace pvardo::ui {
 
-DateRangeDialog::DateRangeDialog(QWidget* parent)
+DateRangeDialog::DateRangeDialog(QWidget* parent, bool permitType)
     : QDialog(parent)
 {
     setObjectName(QStringLiteral("dtrange"));
@@ -30,12 +30,16 @@ DateRangeDialog::DateRangeDialog(QWidget* parent)
     m_type = new QLineEdit(this);
     m_type->setObjectName(QStringLiteral("Text1"));
     m_type->setMaxLength(30);
-    auto* typeRow = new QHBoxLayout;
-    typeRow->addWidget(m_type);
-    typeRow->addWidget(new QLabel(QStringLiteral("(leave blank for all)"), this));
     form->addRow(QStringLiteral("Start Date:"), m_start);
     form->addRow(QStringLiteral("End Date:"), m_end);
-    form->addRow(QStringLiteral("Permit type:"), typeRow);
+    if (permitType) {
+        auto* typeRow = new QHBoxLayout;
+        typeRow->addWidget(m_type);
+        typeRow->addWidget(new QLabel(QStringLiteral("(leave blank for all)"), this));
+        form->addRow(QStringLiteral("Permit type:"), typeRow);
+    } else {
+        m_type->hide();
+    }
     layout->addLayout(form);
     XPButton* ok = nullptr;
     layout->addLayout(okCancelRow(*this, &ok));
@@ -57,9 +61,9 @@ DateRange DateRangeDialog::range() const
     return DateRange{true, m_start->date(), m_end->date(), m_type->text().trimmed()};
 }
 
-DateRange chooseDateRange(QWidget* parent)
+DateRange chooseDateRange(QWidget* parent, bool permitType)
 {
-    DateRangeDialog dialog(parent);
+    DateRangeDialog dialog(parent, permitType);
     if (prompts().exec(dialog) != QDialog::Accepted) {
         session().StopFlag = true;
         return {};

@@ -26,7 +26,8 @@ class DateRangeDialog : public QDialog
     Q_OBJECT
 
 public:
-    explicit DateRangeDialog(QWidget* parent = nullptr);
+    // Without `permitType` the dialog asks for the dates alone.
+    explicit DateRangeDialog(QWidget* parent = nullptr, bool permitType = true);
 
     DateRange range() const;
 
@@ -39,6 +40,6 @@ private:
 };
 
 // Runs `dtrange` through the prompt service.
-DateRange chooseDateRange(QWidget* parent = nullptr);
+DateRange chooseDateRange(QWidget* parent = nullptr, bool permitType = true);
 
 } // namespace pvardo::ui

@@ -4,7 +4,12 @@
 #include "app/screens/WidgetStartupHost.h"
 #include "common/ProgramEnd.h"
 #include "common/Session.h"
+#include "common/TextFiles.h"
 #include "common/Waiting.h"
+#include "documents/PdfPages.h"
+#include "documents/PrintState.h"
+#include "documents/printer/DefaultPrinter.h"
+#include "documents/screens/Editor.h"
 #include "documents/screens/NotepadFrm.h"
 #include "schedule/MeetingTable.h"
 #include "schedule/MonthEvents.h"
@@ -14,10 +19,12 @@
 #include "support/ProgramEndRecorder.h"
 #include "support/ScriptedPrompts.h"
 #include "support/Text.h"
+#include "ui/DateInput.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QDialog>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
@@ -28,6 +35,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTextEdit>
 #include <QTimer>
@@ -469,6 +477,9 @@ TEST_F(SchedulerTest, AnAdministratorDeletesAfterConfirmingAndTheMarksFollow)
     EXPECT_EQ(child<QLineEdit>("Text2")->text(), q("Extra session"));
     scriptedPrompts().onDialog(q("Delconfirm"), [](QDialog&) { return int(QDialog::Accepted); });
     click("iDelete");
+    // The key grants one delete: the next wants it again.
+    EXPECT_TRUE(remove->isHidden());
+    QTest::keyClick(dashboard.get(), Qt::Key_U, Qt::ControlModifier);
     QList<StoredMeeting> stored = storedMeetings(path);
     ASSERT_EQ(stored.size(), 1);
     EXPECT_EQ(stored[0].name, q("Planning Board"));
@@ -971,4 +982,108 @@ TEST_F(SchedulerTest, MinutesOpenTheSelectedMeetingInTheNotepadAndAreSavedInItsR
     click("iMinutes");
     EXPECT_TRUE(notepad.buffer().toPlainText().contains(q("Motion carried.")));
     notepad.close();
+}
+
+TEST_F(SchedulerTest, AMeetingBeingTypedIsAskedForWhenTheProgramEnds)
+{
+    open();
+    ProgramEndRecorder end;
+    newMeeting("Hearing");
+    scriptedPrompts().answer(q("not saved"), PromptAnswer::Cancel);
+    click("mexit");
+    EXPECT_EQ(end.calls(), 0);
+    EXPECT_EQ(dashboard->editState(), Scheduler::EditState::New);
+    ASSERT_EQ(scriptedPrompts().shown().size(), 1);
+    EXPECT_EQ(scriptedPrompts().shown().first().title, q("Manage Meetings"));
+    EXPECT_TRUE(scriptedPrompts().shown().first().text.startsWith(q("The new meeting \"Hearing\" has changes")));
+
+    scriptedPrompts().answer(q("not saved"), PromptAnswer::Yes);
+    click("mexit");
+    EXPECT_EQ(end.calls(), 1);
+    ASSERT_EQ(storedMeetings(path).size(), 1);
+
+    // A change dropped: the stored meeting stays as it was.
+    click("IEdit");
+    type("Text2", q("Hearing moved"));
+    scriptedPrompts().answer(q("not saved"), PromptAnswer::No);
+    click("mexit");
+    EXPECT_EQ(end.calls(), 2);
+    EXPECT_EQ(storedMeetings(path).first().name, q("Hearing"));
+    EXPECT_EQ(dashboard->editState(), Scheduler::EditState::Browse);
+}
+
+TEST_F(SchedulerTest, PrintListsTheMeetingsOfASpanOnPaper)
+{
+    QTemporaryDir pdfs;
+    documents::resetPrintState();
+    documents::Editor::setPdfFolder(pdfs.path());
+    QFile head(q(":/shipped/forms/mtghead.rtf"));
+    ASSERT_TRUE(head.open(QIODevice::ReadOnly));
+    ASSERT_TRUE(replaceFile(session().FormsFolder + q("/mtghead.rtf"), head.readAll()));
+    auto span = [](const QDate& from, const QDate& to) {
+        scriptedPrompts().onDialog(q("dtrange"), [from, to](QDialog& dialog) {
+            EXPECT_TRUE(dialog.findChild<QLineEdit*>(q("Text1"))->isHidden()) << "no permit type here";
+            dialog.findChild<ui::DateInput*>(q("DTPicker1"))->setDate(from);
+            dialog.findChild<ui::DateInput*>(q("DTPicker2"))->setDate(to);
+            dialog.findChild<QPushButton*>(q("cmdOK"))->click();
+            return dialog.result();
+        });
+    };
+    auto report = [] { return documents::Editor::instance().ReportBuffer().toPlainText(); };
+    open();
+
+    // Nothing in the file: the listing says so.
+    span(QDate(2011, 3, 1), QDate(2011, 3, 31));
+    click("iPrint");
+    EXPECT_TRUE(report().contains(q("SCHEDULED EVENTS")));
+    EXPECT_TRUE(report().contains(q("NO MEETINGS SCHEDULED"))) << report().toStdString();
+
+    newMeeting("Planning Board", "Last", "Thursday");
+    click("IAdd");
+    newMeeting("Extra session");
+    clickDay(2);
+    QTest::keyClicks(child<QPlainTextEdit>("Text7"), q("Bring the maps"));
+    click("IAdd");
+    newMeeting("Site walk");
+    clickDay(22);
+    click("IAdd");
+
+    // One day: its meeting, and the recurring one on its day of the month;
+    // the meeting of another day of the year is not listed.
+    span(QDate(2011, 3, 2), QDate(2011, 3, 2));
+    click("iPrint");
+    const QString listed = report();
+    EXPECT_TRUE(listed.contains(q("DATE        TIME        MEETING"))) << "the heading file";
+    EXPECT_TRUE(listed.contains(
+        q("03/02/2011  07:00 PM  Extra session                 Town Hall, Room 2             \n"
+          "            Clerk               Bring the maps")))
+        << listed.toStdString();
+    EXPECT_TRUE(listed.contains(q("03/31/2011  07:00 PM  Planning Board"))) << listed.toStdString();
+    EXPECT_FALSE(listed.contains(q("Site walk")));
+    EXPECT_FALSE(listed.contains(q("NO MEETINGS")));
+
+    // Cancelled: nothing is built.
+    documents::Editor::instance().clearBuffers();
+    scriptedPrompts().onDialog(q("dtrange"), [](QDialog& dialog) {
+        dialog.findChild<QPushButton*>(q("cmdCancel"))->click();
+        return dialog.result();
+    });
+    click("iPrint");
+    EXPECT_TRUE(report().isEmpty());
+
+    // Printed, without a printer: a PDF named after the report.
+    if (!documents::defaultPrinterName().isEmpty()) {
+        GTEST_SKIP() << "a printer is set up on this machine";
+    }
+    span(QDate(2011, 3, 1), QDate(2011, 3, 31));
+    click("iPrint");
+    documents::Editor::instance().iPrint();
+    const QString pdf = documents::Editor::instance().lastPdf();
+    EXPECT_EQ(QFileInfo(pdf).fileName(), q("Scheduled Events.pdf"));
+    const QString pages = pdfPageTexts(pdf).join(q("\n"));
+    EXPECT_TRUE(pages.contains(q("SCHEDULED EVENTS")));
+    EXPECT_TRUE(pages.contains(q("Site walk")));
+    EXPECT_TRUE(pages.contains(q("Bring the maps")));
+    documents::Editor::instance().hide();
+    documents::Editor::instance().clearBuffers();
 }

@@ -1,5 +1,9 @@
 #include "cases/CaseScreenFixture.h"
 
+#include "common/ExitApp.h"
+#include "support/ProgramEndRecorder.h"
+#include "ui/RecordMode.h"
+
 #include "common/Clock.h"
 #include "documents/PdfPages.h"
 #include "documents/Merge.h"
@@ -11,6 +15,7 @@
 #include "subrecords/screens/SubRecordScreens.h"
 #include "support/DamagedPage.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QCoreApplication>
 #include <QDialog>
@@ -552,6 +557,51 @@ TEST_F(FeesScreen, aLabelNeedsAResponsibleParty)
     addCharge(q("Filing fee"), q("50"));
     choose(q("Label for Mailing"));
     EXPECT_EQ(lastTitle(), documents::noAddresseeTitle());
+}
+
+TEST_F(FeesScreen, aFeeBeingTypedIsAskedForAndDeleteIsGrantedForOneFee)
+{
+    openFees();
+    fees->show();
+    ProgramEndRecorder end;
+    session().BackupMode = 2;
+
+    // Closing the window over a new fee: stay, then save through the program's end.
+    press("INew");
+    enter(1, q("Escrow"));
+    enter(2, q("250"));
+    prompts().answer(q("not saved"), PromptAnswer::Cancel);
+    fees->close();
+    EXPECT_TRUE(fees->isVisible());
+    EXPECT_EQ(fees->mode(), ui::RecordMode::New);
+    EXPECT_EQ(lastTitle(), q("Fees Management"));
+    EXPECT_TRUE(lastText().startsWith(q("The new record of case 24-017 has changes")));
+    prompts().answer(q("not saved"), PromptAnswer::Yes);
+    EXPECT_TRUE(ExitApp());
+    EXPECT_EQ(end.calls(), 1);
+    EXPECT_EQ(feesOnDisk()->RecordCount(), 1);
+
+    // A change dropped as the window closes.
+    press("IEdit");
+    enter(2, q("300"));
+    prompts().answer(q("not saved"), PromptAnswer::No);
+    fees->close();
+    EXPECT_FALSE(fees->isVisible());
+    EXPECT_EQ(subrecords::centsOf(feesOnDisk()->value(q("PBFAMOUNT"))), 25000);
+
+    // Control+U shows Delete over the fee in view, until the clerk moves on.
+    addCharge(q("Review"), q("75"));
+    session().UserLevel = q("ADMIN");
+    fees->show();
+    QApplication::setActiveWindow(fees);
+    auto* erase = in<QPushButton>(q("iDelete"));
+    QTest::keyClick(fees, Qt::Key_U, Qt::ControlModifier);
+    ASSERT_TRUE(erase->isVisible());
+    press("IMoveFirst");
+    EXPECT_TRUE(erase->isHidden());
+    QTest::keyClick(fees, Qt::Key_U, Qt::ControlModifier);
+    press("IEdit");
+    EXPECT_TRUE(erase->isHidden());
 }
 
 } // namespace pvardo::test

@@ -1,6 +1,7 @@
 #include "cases/screens/CaseChecks.h"
 
 #include "cases/CaseNumbering.h"
+#include "cases/CaseStatus.h"
 #include "cases/CaseRecord.h"
 #include "cases/screens/CaseForm.h"
 #include "common/PromptService.h"
@@ -50,7 +51,10 @@ void CaseChecks::ValidateCaseInput(bool saving) const
     }
     // A case restored without a known status shows an empty list: that is no
     // status either.
-    if (in.statusText.trimmed().isEmpty() || in.statusText.startsWith(QLatin1Char('<'))) {
+    // Nor is a word of no status: its first letter would be stored as one.
+    if (in.statusText.trimmed().isEmpty() || in.statusText.startsWith(QLatin1Char('<'))
+        || (!CaseStatus::statusListTexts().contains(in.statusText)
+            && CaseStatus::statusVerbose(CaseStatus::letterOf(in.statusText)) != in.statusText)) {
         missing += QStringLiteral("--Application Status") + line;
     }
     if (in.sbl.section.trimmed().isEmpty() || in.sbl.block.trimmed().isEmpty()

@@ -18,6 +18,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRadioButton>
+#include <QValidator>
 
 namespace pvardo::cases {
 
@@ -73,6 +74,57 @@ QWidget* CaseForm::makeBox(int number, QWidget* parent, bool multiLine)
     input->setObjectName(QStringLiteral("Text1_%1").arg(number));
     m_boxes.insert(number, input);
     return input;
+}
+
+namespace {
+
+class ItemsOnly : public QValidator
+{
+public:
+    explicit ItemsOnly(QComboBox* list)
+        : QValidator(list)
+        , m_list(list)
+    {
+    }
+
+    State validate(QString& input, int&) const override
+    {
+        const QString placeholder = CaseStatus::placeholder();
+        if (input.isEmpty() || input == placeholder || m_list->findText(input, Qt::MatchExactly) >= 0) {
+            return Acceptable;
+        }
+        if (placeholder.startsWith(input) || !matches(input).isEmpty()) {
+            return Intermediate;
+        }
+        return Invalid;
+    }
+
+    void fixup(QString& input) const override
+    {
+        const QStringList found = matches(input);
+        input = found.size() == 1 ? found.constFirst() : CaseStatus::placeholder();
+    }
+
+private:
+    QStringList matches(const QString& start) const
+    {
+        QStringList found;
+        for (int i = 0; i < m_list->count(); ++i) {
+            if (m_list->itemText(i).startsWith(start, Qt::CaseInsensitive)) {
+                found << m_list->itemText(i);
+            }
+        }
+        return found;
+    }
+
+    QComboBox* m_list;
+};
+
+} // namespace
+
+void CaseForm::keepToItems(QComboBox* list)
+{
+    list->setValidator(new ItemsOnly(list));
 }
 
 QComboBox* CaseForm::makeList(

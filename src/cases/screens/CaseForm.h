@@ -40,6 +40,10 @@ public:
     QWidget* makeBox(int number, QWidget* parent, bool multiLine = false);
     // Makes a list with its placeholder and items; the text can be typed too,
     // up to the column's width.
+    // Keeps a list to its own items: typing that leads to none of them is
+    // refused, and a part of an item typed is completed when the clerk
+    // leaves the list (or put back to "<select>" when it fits none or many).
+    static void keepToItems(QComboBox* list);
     QComboBox* makeList(
         const QString& objectName, const QString& column, const QStringList& items, QWidget* parent);
     // Makes a check box stored as "1" or "0" in its column.

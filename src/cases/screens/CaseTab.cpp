@@ -81,7 +81,9 @@ CaseTab::CaseTab(CaseForm& form, QWidget* parent)
     top->addWidget(form.makeFileDate(this), 0, 3);
     QStringList statuses = CaseStatus::statusListTexts();
     top->addWidget(CaseForm::makeCaption(QStringLiteral(" Current Status "), this), 0, 4);
-    top->addWidget(form.makeList(QStringLiteral("Combo10"), QString(), statuses, this), 0, 5);
+    QComboBox* status = form.makeList(QStringLiteral("Combo10"), QString(), statuses, this);
+    CaseForm::keepToItems(status); // its first letter is what is stored
+    top->addWidget(status, 0, 5);
     top->addWidget(form.makeFileDateMark(this), 1, 2, 1, 4);
     top->setColumnStretch(1, 1);
     top->setColumnStretch(5, 1);

@@ -176,6 +176,23 @@ ZPermits::ZPermits(QWidget* parent)
     buildMenus();
     buildKeys();
     registerModes();
+    // The administrator's hidden command: Control+U brings it into view.
+    m_delete.attach(*this, button(QStringLiteral("iDelete")));
+    m_record = std::make_unique<ui::RecordCommands>(*this, &m_nav, windowTitle(),
+        ui::RecordHooks{
+            [this] { return m_mode; },
+            [this] { return hasRow() && !rowUnreadable(); },
+            [this](bool locked) { lock(locked); },
+            [this](RecordMode mode) { enterMode(mode); },
+            [this] { IAdd(); },
+            [this] { ISave(); },
+            [this] { ICancel(); },
+            [this] {
+                const QString number = m_form->boxText(CaseNumberBox).trimmed();
+                return m_mode == RecordMode::New ? QStringLiteral("The new case ") + number
+                                                 : QStringLiteral("Case ") + number;
+            },
+        });
 
     connect(m_tabs, &QTabWidget::currentChanged, this,
         [this](int index) { setCommandShown(QStringLiteral("iBrowse"), index == 0); });
@@ -349,7 +366,6 @@ QWidget* ZPermits::buildLeftPane()
     layout->addStretch();
     auto* erase
         = addButton(QStringLiteral("iDelete"), QStringLiteral("Delete"), QStringLiteral(" Delete "), pane);
-    erase->hide(); // the administrator's hidden command: Control+U brings it into view
     layout->addWidget(erase);
     connect(erase, &QPushButton::clicked, this, &ZPermits::iDelete);
     pane->setFixedWidth(140);
@@ -584,7 +600,6 @@ void ZPermits::buildKeys()
     });
     key(QKeySequence(Qt::CTRL | Qt::Key_I), [this] { recinfod(); });
     key(QKeySequence(Qt::CTRL | Qt::Key_G), [this] { loadMapProviders(); });
-    key(QKeySequence(Qt::CTRL | Qt::Key_U), [this] { revealDelete(); });
 }
 
 void ZPermits::registerModes()
@@ -602,6 +617,9 @@ void ZPermits::registerModes()
     m_commands.addButton(button(QStringLiteral("ISave")), {RecordMode::Edit});
     m_commands.addButton(
         button(QStringLiteral("ICancel")), {RecordMode::New, RecordMode::Edit, RecordMode::Find});
+    // Leaving is for a case at rest: an entry or a search ends by Add, Save
+    // or Cancel first (closing the window asks about what was typed).
+    m_commands.addButton(button(QStringLiteral("mexit")), {RecordMode::Browse, RecordMode::Empty});
 
     m_commands.addMenu(m_fileMenu, {RecordMode::Browse, RecordMode::Empty});
     m_commands.addMenu(m_reportsMenu, browseOnly);
@@ -728,6 +746,8 @@ void ZPermits::handleStoreError(const store::StoreStatus& status)
 
 void ZPermits::showRow()
 {
+    // Control+U's Delete is for the case it was pressed over.
+    m_delete.conceal();
     m_pendingPair.clear();
     m_projectTab->showStoredPair(hasRow() ? m_rows->text(QStringLiteral("PBGISCOORD")) : QString());
     if (hasRow()) {
@@ -832,6 +852,9 @@ void ZPermits::showParcelFlags()
 
 void ZPermits::enterMode(RecordMode mode)
 {
+    if (mode != RecordMode::Browse) {
+        m_delete.conceal();
+    }
     m_mode = mode;
     m_commands.apply(mode);
     m_form->setSearching(mode == RecordMode::Find);
@@ -906,6 +929,11 @@ void ZPermits::changeEvent(QEvent* event)
 
 void ZPermits::closeEvent(QCloseEvent* event)
 {
+    if (!m_record->settleUnsaved()) {
+        event->ignore();
+        return;
+    }
+    m_delete.conceal();
     event->accept();
     emit returnToDashboard();
 }
@@ -930,6 +958,7 @@ void ZPermits::INew()
     m_form->setBoxText(CaseNumberBox, caseNumbering().proposeNumber());
     m_tabs->setCurrentIndex(0);
     m_form->box(CaseNumberBox)->setFocus();
+    m_record->watchInputs();
 }
 
 store::StoreStatus ZPermits::fillRow(store::Recordset& row, const CaseInputs& inputs)
@@ -991,12 +1020,7 @@ void ZPermits::IAdd()
 
 void ZPermits::IEdit()
 {
-    if (m_mode != RecordMode::Browse || !hasRow() || rowUnreadable()) {
-        return;
-    }
-    m_nav.remember();
-    lock(false);
-    enterMode(RecordMode::Edit);
+    m_record->edit();
 }
 
 void ZPermits::ISave()
@@ -1157,10 +1181,7 @@ void ZPermits::voidRecord()
     }
     store::StoreStatus status;
     if (CaseStatus::isVoided(*m_rows)) {
-        if (showMessage(QStringLiteral("This record is already voided. Do you want to reset it?\n")
-                    + QStringLiteral("Clicking 'Yes' will restore/unvoid it"),
-                QStringLiteral(" Record Void"), PromptButtons::YesNo, PromptIcon::Question)
-            != PromptAnswer::Yes) {
+        if (!ui::RecordCommands::confirmVoid(true)) {
             return;
         }
         const QString before = CaseRecord::statusBeforeVoid(session().DatabaseFolder, m_rows->text(QStringLiteral("PBCASE")));
@@ -1179,10 +1200,7 @@ void ZPermits::voidRecord()
         }
         status = CaseRecord::restoreCase(*m_rows, session().CurrentUser, before);
     } else {
-        if (showMessage(QStringLiteral("Are you sure you want to void this record?\n")
-                    + QStringLiteral("Clicking 'Yes' will void the record."),
-                QStringLiteral(" Void a Record"), PromptButtons::YesNo, PromptIcon::Question)
-            != PromptAnswer::Yes) {
+        if (!ui::RecordCommands::confirmVoid(false)) {
             return;
         }
         status = CaseRecord::voidCase(*m_rows, session().CurrentUser, session().DatabaseFolder);
@@ -1328,13 +1346,6 @@ void ZPermits::showMap()
         return;
     }
     m_pendingPair = pair;
-}
-
-void ZPermits::revealDelete()
-{
-    if (session().UserLevel == QLatin1String("ADMIN") || session().IsAdmin) {
-        button(QStringLiteral("iDelete"))->show();
-    }
 }
 
 } // namespace pvardo::cases

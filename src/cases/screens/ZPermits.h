@@ -3,6 +3,7 @@
 #include "cases/CaseReports.h"
 #include "store/ColumnMap.h"
 #include "store/Recordset.h"
+#include "ui/RecordCommands.h"
 #include "ui/RecordMode.h"
 #include "ui/RecordNavigation.h"
 
@@ -98,6 +99,9 @@ public:
     void activateScreen();
 
     ui::RecordMode mode() const { return m_mode; }
+    // A case typed and not written is saved, dropped or kept, as the clerk
+    // says; true when the screen may close.
+    bool settleUnsaved() { return m_record->settleUnsaved(); }
     const CasePublished& published() const { return m_published; }
     QString currentQuery() const { return m_query; }
     // The query the last search by example built, kept for the reports.
@@ -159,7 +163,6 @@ private:
     void showDetail();
     void listSorted();
     void loadMapProviders();
-    void revealDelete();
     // Image7: the coordinates dialog on the case's stored pair.
     void showMap();
     bool hasRow() const;
@@ -178,6 +181,8 @@ private:
     QString m_lastBuilt;
     ui::RecordMode m_mode = ui::RecordMode::Empty;
     ui::RecordModeCommands m_commands;
+    std::unique_ptr<ui::RecordCommands> m_record;
+    ui::HiddenDelete m_delete;
     bool m_listShowing = false;
     bool m_resetting = false;
     CasePublished m_published;

@@ -8,6 +8,9 @@
 #include "common/TextFiles.h"
 #include "common/Waiting.h"
 #include "documents/Merge.h"
+#include "documents/PrintState.h"
+#include "documents/screens/Letters.h"
+#include "documents/screens/Editor.h"
 #include "schedule/CalendarMath.h"
 #include "schedule/MeetingRecord.h"
 #include "schedule/MeetingValidation.h"
@@ -15,7 +18,10 @@
 #include "schedule/screens/Calendar.h"
 #include "schedule/screens/MeetingEditor.h"
 #include "schedule/screens/MonthMarks.h"
+#include "schedule/screens/ScheduledEvents.h"
 #include "schedule/screens/SchedulerMenus.h"
+#include "store/Recordset.h"
+#include "ui/DateRangeDialog.h"
 #include "ui/DelconfirmDialog.h"
 #include "ui/TaskFrm.h"
 #include "ui/XPButton.h"
@@ -24,6 +30,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -37,7 +44,6 @@
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QPushButton>
-#include <QShortcut>
 #include <QShowEvent>
 #include <QStatusBar>
 #include <QTextEdit>
@@ -108,8 +114,30 @@ Scheduler::Scheduler(QWidget* parent)
     setStyleSheet(QString::fromUtf8(StyleSheet));
     buildWindow();
     connectMenus();
-    auto* reveal = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_U), this);
-    connect(reveal, &QShortcut::activated, this, &Scheduler::revealDelete);
+    // The hard delete is an administrator's hidden command (Control+U).
+    m_delete.attach(*this, m_buttons.value(QStringLiteral("iDelete")));
+    // A meeting typed and not written is asked for before the program ends.
+    m_record = std::make_unique<ui::RecordCommands>(*this, nullptr, QStringLiteral("Manage Meetings"),
+        ui::RecordHooks{
+            [this] {
+                return m_state == EditState::New ? ui::RecordMode::New
+                    : m_state == EditState::Edit ? ui::RecordMode::Edit
+                                                 : ui::RecordMode::Browse;
+            },
+            [this] { return !m_currentKey.isEmpty(); },
+            [](bool) {},
+            [](ui::RecordMode) {},
+            [this] { IAdd(); },
+            [this] { ISave(); },
+            [this] { ICancel(); },
+            [this] {
+                const QString name = m_editor->findChild<QLineEdit*>(QStringLiteral("Text2"))->text().trimmed();
+                const QString which = m_state == EditState::New ? QStringLiteral("The new meeting")
+                                                                : QStringLiteral("The meeting");
+                return name.isEmpty() ? which : which + QStringLiteral(" \"") + name + QLatin1Char('"');
+            },
+        });
+    m_record->setInputsArea(m_editor);
     setEditState(EditState::Browse);
     iClose();
 
@@ -250,8 +278,6 @@ void Scheduler::buildWindow()
     editorLayout->addLayout(editorCommands);
     columns->addWidget(m_editorPane, 1);
     setCentralWidget(central);
-    // The hard delete is an administrator's hidden command (Control+U).
-    m_buttons.value(QStringLiteral("iDelete"))->hide();
 
     connect(m_calendar, &Calendar::dateChanged, this, &Scheduler::calendarChanged);
     connect(m_cmbMonth, &QComboBox::activated, this, &Scheduler::monthChosen);
@@ -273,15 +299,14 @@ void Scheduler::buildWindow()
         {"iClose", &Scheduler::iClose},
         {"iVardo", &Scheduler::iVardo},
         {"iMinutes", &Scheduler::iMinutes},
+        {"iPrint", &Scheduler::iPrint},
         {"mexit", &Scheduler::mexit},
     };
     for (const auto& [name, handler] : handlers) {
         connect(m_buttons.value(QLatin1String(name)), &QPushButton::clicked, this, handler);
     }
-    // Minutes waits for a meeting and for the notepad that shows them; the
-    // report of the scheduled events comes with its own screen.
+    // Minutes waits for a meeting and for the notepad that shows them.
     m_buttons.value(QStringLiteral("iMinutes"))->setEnabled(false);
-    m_buttons.value(QStringLiteral("iPrint"))->setEnabled(false);
     m_buttons.value(QStringLiteral("iPlaning"))->setEnabled(false);
 }
 
@@ -381,7 +406,7 @@ void Scheduler::applyUserRights()
         report->menuAction()->setVisible(admin);
     }
     if (!admin) {
-        m_buttons.value(QStringLiteral("iDelete"))->hide();
+        m_delete.conceal();
     }
     setEditState(m_state);
 }
@@ -572,6 +597,9 @@ bool Scheduler::showRecord(const QString& key, bool beepWhenMissing)
         }
         return false;
     }
+    if (key != m_currentKey) {
+        m_delete.conceal(); // Control+U's Delete is for the meeting it was pressed over
+    }
     const MeetingShown shown = GetRecord(*m_table.rows(), m_grid);
     m_editor->setForm(shown.form);
     m_currentKey = key;
@@ -585,6 +613,9 @@ void Scheduler::setEditState(EditState state)
 {
     m_state = state;
     const bool browse = state == EditState::Browse;
+    if (!browse) {
+        m_delete.conceal();
+    }
     const bool entry = !session().ReadOnlyUser;
     const bool current = !m_currentKey.isEmpty();
     m_editor->setLocked(browse);
@@ -606,6 +637,7 @@ void Scheduler::INew()
     m_editor->clearToDefaults();
     setEditState(EditState::New);
     m_editor->findChild<QLineEdit*>(QStringLiteral("Text2"))->setFocus();
+    m_record->watchInputs();
 }
 
 void Scheduler::IAdd()
@@ -641,6 +673,7 @@ void Scheduler::IEdit()
     }
     setEditState(EditState::Edit);
     m_editor->findChild<QLineEdit*>(QStringLiteral("Text2"))->setFocus();
+    m_record->watchInputs();
 }
 
 void Scheduler::ISave()
@@ -702,6 +735,7 @@ void Scheduler::iDelete()
         reportStoreFailure(status, QStringLiteral("deleted"));
         return;
     }
+    m_delete.conceal(); // Control+U grants one delete
     m_currentKey.clear();
     WaitSeconds(1);
     reloadMonth(true);
@@ -778,6 +812,33 @@ void Scheduler::iVardo()
     }
 }
 
+void Scheduler::iPrint()
+{
+    const ui::DateRange range = ui::chooseDateRange(this, false);
+    if (!range.chosen) {
+        return;
+    }
+    ui::TaskFrm::open(QStringLiteral("Generating List..."));
+    store::StoreStatus status;
+    auto rows = store::openRecordsetAt(
+        m_table.path(), scheduledEventsQuery(range.start, range.end), &status);
+    if (!rows) {
+        ui::TaskFrm::close();
+        reportStoreFailure(status, QStringLiteral("listed"));
+        return;
+    }
+    documents::Editor& editor = documents::Editor::instance();
+    editor.clearBuffers();
+    editor.setOrigin(QString());
+    editor.setTitle(QStringLiteral("Scheduled Events"));
+    buildScheduledEvents(editor.ReportBuffer(), *rows, m_calendar->CalYear(), m_calendar->CalMonth(),
+        QDir(session().FormsFolder).filePath(QStringLiteral("mtghead.rtf")),
+        documents::printState().reportFontSize);
+    rows.reset();
+    ui::TaskFrm::close();
+    documents::showBuiltReport();
+}
+
 void Scheduler::mexit()
 {
     ExitApp();
@@ -817,13 +878,6 @@ void Scheduler::showEvent(QShowEvent* event)
     // dashboard was last shown.
     applyUserRights();
     QMainWindow::showEvent(event);
-}
-
-void Scheduler::revealDelete()
-{
-    if (session().IsAdmin) {
-        m_buttons.value(QStringLiteral("iDelete"))->show();
-    }
 }
 
 // The Edit menu ----------------------------------------------------------------

@@ -2,6 +2,7 @@
 
 #include "schedule/MeetingTable.h"
 #include "schedule/MonthEvents.h"
+#include "ui/RecordCommands.h"
 
 #include <QDate>
 #include <QHash>
@@ -95,6 +96,8 @@ public slots:
     void iClose();
     void iVardo();
     void iMinutes();
+    // The scheduled events of a span of dates, through the report window.
+    void iPrint();
     void mexit();
 
 protected:
@@ -122,7 +125,6 @@ private:
     // written for, the month is listed again and the meeting shown in browse.
     void showWritten(const QString& key, const MeetingRow& written);
     void setEditState(EditState state);
-    void revealDelete();
     void copyText();
     void pasteText();
     void loadRemarks();
@@ -150,6 +152,8 @@ private:
     QWidget* m_editorPane = nullptr;
     MeetingEditor* m_editor = nullptr;
     QHash<QString, QPushButton*> m_buttons;
+    ui::HiddenDelete m_delete;
+    std::unique_ptr<ui::RecordCommands> m_record;
 
     std::function<QWidget*()> m_caseScreenFactory;
     MinutesOpener m_minutesOpener;

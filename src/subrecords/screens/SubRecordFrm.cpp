@@ -151,12 +151,23 @@ void SubRecordFrm::build()
     buildMenus();
     registerModes();
 
-    auto* reveal = new QShortcut(QKeySequence(QStringLiteral("Ctrl+U")), this);
-    connect(reveal, &QShortcut::activated, this, [this] {
-        if (session().UserLevel == QLatin1String("ADMIN") || session().IsAdmin) {
-            m_buttons.value(QStringLiteral("iDelete"))->show();
-        }
-    });
+    // The administrator's hidden command: Control+U brings it into view.
+    m_delete.attach(*this, m_buttons.value(QStringLiteral("iDelete")));
+    m_record = std::make_unique<ui::RecordCommands>(*this, &m_nav, m_settings.caption,
+        ui::RecordHooks{
+            [this] { return m_mode; },
+            [this] { return rowReadable(); },
+            [this](bool locked) { lock(locked); },
+            [this](RecordMode mode) { enterMode(mode); },
+            [this] { IAdd(); },
+            [this] { ISave(); },
+            [this] { ICancel(); },
+            [this] {
+                return (m_mode == RecordMode::New ? QStringLiteral("The new record of case ")
+                                                  : QStringLiteral("The record of case "))
+                    + m_ownerCase;
+            },
+        });
     auto* info = new QShortcut(QKeySequence(QStringLiteral("Ctrl+I")), this);
     connect(info, &QShortcut::activated, this, &SubRecordFrm::recinfod);
 
@@ -214,7 +225,6 @@ void SubRecordFrm::buildCommands(QWidget* bar)
         connect(m_buttons.value(QString::fromLatin1(name)), &QPushButton::clicked, this,
                 [] { ui::showNotAvailable(QStringLiteral("The library")); });
     }
-    m_buttons.value(QStringLiteral("iDelete"))->hide();
     m_buttons.value(QStringLiteral("iReset"))->hide();
     m_position = new QLabel(bar);
     m_position->setObjectName(QStringLiteral("lblPosition"));
@@ -402,6 +412,11 @@ void SubRecordFrm::changeEvent(QEvent* event)
 
 void SubRecordFrm::closeEvent(QCloseEvent* event)
 {
+    if (!m_record->settleUnsaved()) {
+        event->ignore();
+        return;
+    }
+    m_delete.conceal();
     if (m_rows && m_rows->isEditing()) {
         m_rows->CancelUpdate();
     }
@@ -532,6 +547,8 @@ void SubRecordFrm::fillList()
 
 void SubRecordFrm::showRow()
 {
+    // Control+U's Delete is for the record it was pressed over.
+    m_delete.conceal();
     if (hasRow()) {
         if (const store::StoreStatus read = m_rows->rowStatus(); !read.ok()) {
             // No value of the row shown before may stay as if it were this one's.
@@ -576,6 +593,9 @@ void SubRecordFrm::redrawPosition()
 
 void SubRecordFrm::enterMode(RecordMode mode)
 {
+    if (mode != RecordMode::Browse) {
+        m_delete.conceal();
+    }
     m_mode = mode;
     m_commands.apply(mode);
     redrawPosition();
@@ -703,6 +723,7 @@ void SubRecordFrm::INew()
     if (QLineEdit* first = m_boxes.value(1)) {
         first->setFocus();
     }
+    m_record->watchInputs();
 }
 
 void SubRecordFrm::IAdd()
@@ -745,12 +766,7 @@ void SubRecordFrm::IAdd()
 
 void SubRecordFrm::IEdit()
 {
-    if (m_mode != RecordMode::Browse || !rowReadable()) {
-        return;
-    }
-    m_nav.remember();
-    lock(false);
-    enterMode(RecordMode::Edit);
+    m_record->edit();
 }
 
 void SubRecordFrm::ISave()
@@ -817,14 +833,7 @@ void SubRecordFrm::voidRecord()
         return;
     }
     const bool restoring = isVoided();
-    const PromptAnswer answer = restoring
-        ? showMessage(QStringLiteral("This record is already voided. Do you want to reset it?\n")
-                          + QStringLiteral("Clicking 'Yes' will restore/unvoid it"),
-                      QStringLiteral(" Record Void"), PromptButtons::YesNo, PromptIcon::Question)
-        : showMessage(QStringLiteral("Are you sure you want to void this record?\n")
-                          + QStringLiteral("Clicking 'Yes' will void the record."),
-                      QStringLiteral(" Void a Record"), PromptButtons::YesNo, PromptIcon::Question);
-    if (answer != PromptAnswer::Yes) {
+    if (!ui::RecordCommands::confirmVoid(restoring)) {
         return;
     }
     const store::Bookmark mark = m_rows->bookmark();

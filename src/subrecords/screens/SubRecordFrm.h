@@ -4,6 +4,7 @@
 #include "store/ColumnMap.h"
 #include "store/Recordset.h"
 #include "subrecords/SubRecordSettings.h"
+#include "ui/RecordCommands.h"
 #include "ui/RecordMode.h"
 #include "ui/RecordNavigation.h"
 
@@ -70,6 +71,9 @@ public:
     const SubRecordSettings& settings() const { return m_settings; }
     QString ownerCase() const { return m_ownerCase; }
     ui::RecordMode mode() const { return m_mode; }
+    // A record typed and not written is saved, dropped or kept, as the clerk
+    // says; true when the screen may close.
+    bool settleUnsaved() { return m_record->settleUnsaved(); }
     store::Recordset* rows() const { return m_rows.get(); }
     // The cursor stands on a row the file can give back.
     bool rowReadable() const;
@@ -156,6 +160,8 @@ private:
     QString m_ownerCase;
     ui::RecordMode m_mode = ui::RecordMode::Empty;
     ui::RecordModeCommands m_commands;
+    std::unique_ptr<ui::RecordCommands> m_record;
+    ui::HiddenDelete m_delete;
     bool m_saving = false;
 
     QMap<int, QLineEdit*> m_boxes;
