@@ -452,6 +452,36 @@ void ParcelService::ValidatePermit(const QString& caseNumber)
     state.StopFlag = !status.ok() || m_cases->Eof();
 }
 
+StoreStatus ParcelService::casesOnParcel(const QString& sbl, QStringList& numbers)
+{
+    numbers.clear();
+    // The query narrows by the parts the S-B-L has; a part left out of it
+    // (a blank sub-lot) is compared on the whole form below.
+    QString where = SBL2SQL(ExtractSBL(sbl));
+    where.chop(4); // " AND"
+    StoreStatus status;
+    auto cases = store::openRecordsetAt(m_casePath,
+        QStringLiteral("Select * from PBPROJ where ") + where + QStringLiteral(" order by [PBCASE]"), &status);
+    if (!cases) {
+        return status;
+    }
+    const QString wanted = sbl.toUpper();
+    while (!cases->Eof()) {
+        // A row the file cannot give back is reported, not passed over: the
+        // clerk would otherwise be told no case uses the parcel.
+        if (status = cases->rowStatus(); !status.ok()) {
+            return status;
+        }
+        if (currentSBL(*cases) == wanted) {
+            numbers << cases->text(QStringLiteral("PBCASE"));
+        }
+        if (status = cases->MoveNext(); !status.ok()) {
+            return status;
+        }
+    }
+    return {};
+}
+
 StoreStatus ParcelService::convertOldSBLtoSBL18(const QString& programFolder, const ParcelProgress& progress)
 {
     const QString seed = joinPath(programFolder, QStringLiteral("\\wrk\\sbl18.db"));

@@ -134,6 +134,9 @@ public:
     // Sets the session's StopFlag: false when the case exists, true otherwise
     // (also on an empty or missing case table).
     void ValidatePermit(const QString& caseNumber);
+    // The numbers of the cases filed on the parcel, in number order, into
+    // `numbers`; a case file that cannot be read gives its status.
+    store::StoreStatus casesOnParcel(const QString& sbl, QStringList& numbers);
 
     // Copies the older store's rows into a new 18-column store, sbl18.db in
     // the program folder, made from the seed wrk/sbl18.db. The trail is not

@@ -80,6 +80,22 @@ QString RpsFields::getMailing(const QByteArray& line)
         + field(line, 402, 25) + QLatin1Char(' ') + rawField(line, 427, 9));
 }
 
+QString RpsFields::writtenZip(const QString& mailing)
+{
+    const QString text = trimBlanks(mailing);
+    constexpr qsizetype zipPlusFour = 9;
+    const qsizetype start = text.size() - zipPlusFour;
+    if (start < 1 || text.at(start - 1) != QLatin1Char(' ')) {
+        return mailing;
+    }
+    for (qsizetype i = start; i < text.size(); ++i) {
+        if (!text.at(i).isDigit() || text.at(i).unicode() > '9') {
+            return mailing;
+        }
+    }
+    return text.left(start + 5) + QLatin1Char('-') + text.mid(start + 5);
+}
+
 bool RpsFields::isParcelRecord(const QByteArray& line)
 {
     return line.endsWith("14");

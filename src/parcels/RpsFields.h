@@ -35,6 +35,10 @@ public:
     // First and second mailing line, " , ", city and state, one blank, zip.
     static QString getMailing(const QByteArray& line);
     static QString getMailing(const QString& line) { return getMailing(line.toUtf8()); }
+    // A mailing address as a clerk reads it: a ZIP+4 the roll wrote as nine
+    // digits at the end ("ALBANY NY 120541234") gets its hyphen
+    // ("ALBANY NY 12054-1234"); anything else is given back as it is.
+    static QString writtenZip(const QString& mailing);
     // True for a parcel record: the line ends in "14".
     static bool isParcelRecord(const QByteArray& line);
     static bool isParcelRecord(const QString& line) { return isParcelRecord(line.toUtf8()); }

@@ -23,7 +23,7 @@ QString DelconfirmDialog::leadText()
     return QStringLiteral("You are about to remove this record");
 }
 
-DelconfirmDialog::DelconfirmDialog(QWidget* parent)
+DelconfirmDialog::DelconfirmDialog(QWidget* parent, const QString& detail)
     : QDialog(parent)
 {
     setObjectName(QStringLiteral("Delconfirm"));
@@ -42,6 +42,12 @@ DelconfirmDialog::DelconfirmDialog(QWidget* parent)
     auto* texts = new QVBoxLayout;
     texts->addWidget(lead);
     texts->addWidget(text);
+    if (!detail.isEmpty()) {
+        auto* more = new QLabel(detail, this);
+        more->setObjectName(QStringLiteral("Label3"));
+        more->setWordWrap(true);
+        texts->addWidget(more);
+    }
     row->addWidget(icon, 0, Qt::AlignTop);
     row->addLayout(texts, 1);
     auto* buttons = new QHBoxLayout;
@@ -58,9 +64,9 @@ DelconfirmDialog::DelconfirmDialog(QWidget* parent)
     setMinimumWidth(380);
 }
 
-bool Delconfirm(QWidget* parent)
+bool Delconfirm(QWidget* parent, const QString& detail)
 {
-    DelconfirmDialog dialog(parent);
+    DelconfirmDialog dialog(parent, detail);
     const bool go = prompts().exec(dialog) == QDialog::Accepted;
     session().StopFlag = !go;
     return go;

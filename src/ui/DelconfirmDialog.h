@@ -11,7 +11,9 @@ class DelconfirmDialog : public QDialog
     Q_OBJECT
 
 public:
-    explicit DelconfirmDialog(QWidget* parent = nullptr);
+    // `detail`, when given, says under the warning what else the record
+    // touches (the cases filed on a parcel, say).
+    explicit DelconfirmDialog(QWidget* parent = nullptr, const QString& detail = {});
     // The first line names what goes; the warning continues its sentence.
     static QString leadText();
     static QString warningText();
@@ -19,6 +21,6 @@ public:
 
 // Runs `Delconfirm` through the prompt service and sets the session's
 // StopFlag: false to delete, true to keep the record. Gives true to delete.
-bool Delconfirm(QWidget* parent = nullptr);
+bool Delconfirm(QWidget* parent = nullptr, const QString& detail = {});
 
 } // namespace pvardo::ui

@@ -233,6 +233,84 @@ TEST_F(CaseScreenTest, MapButtonStoresTheCoordinatesOfTheCaseShown)
     EXPECT_EQ(caseOnDisk(q("12-207"))->text(q("PBGISCOORD")), q("41.9312345678,-73.99"));
 }
 
+TEST_F(CaseScreenTest, PickingAnotherParcelTakesItsPlaceOrNone)
+{
+    seedCase(q("12-210"),
+        {{q("SEC"), q("12")}, {q("BLK"), q("1")}, {q("LOT"), q("5")}, {q("PBLOCN1"), q("10 MAIN")},
+            {q("PBAPPNAME1"), q("ANN")}, {q("PBAPPADDR1"), q("1 ELM")}, {q("PBSTATUS"), q("P")},
+            {q("PBGISCOORD"), q("41.5,-74.1")}});
+    seedParcel(q("12-0-0-1-5-0-0-0"));
+    seedParcel(q("40-0-0-2-7-0-0-0"));
+    seedParcel(q("41-0-0-3-8-0-0-0"));
+    {
+        store::StoreStatus status;
+        auto rows = store::openRecordsetAt(parcelPath, q("Select * from SBL"), &status);
+        ASSERT_TRUE(rows->FindKey(q("SBLF"), q("41-0-0-3-8-0-0-0")).ok());
+        rows->setValue(q("GISLINK"), q(" 41.93123456789 , -73.99123456789 "));
+        ASSERT_TRUE(rows->Update().ok());
+    }
+    open();
+    ASSERT_EQ(label("lblGISCOORD"), q("41.5,-74.1"));
+
+    // The same parcel again keeps the case's place.
+    click("IEdit");
+    pickFirst(prompts(), "sblloc", "Text1_2", "12");
+    click("iSBLLoc");
+    EXPECT_EQ(label("lblGISCOORD"), q("41.5,-74.1"));
+
+    // A parcel with no place of its own clears the case's; one with a place
+    // gives it, cut as a stored pair is.
+    pickFirst(prompts(), "sblloc", "Text1_2", "40");
+    click("iSBLLoc");
+    EXPECT_EQ(label("lblGISCOORD"), QString());
+    pickFirst(prompts(), "sblloc", "Text1_2", "41");
+    click("iSBLLoc");
+    EXPECT_EQ(label("lblGISCOORD"), q("41.93123456789,-73.9"));
+    type(7, q("9 QUARRY RD"));
+    click("ISave");
+    EXPECT_EQ(caseOnDisk(q("12-210"))->text(q("PBGISCOORD")), q("41.93123456789,-73.9"))
+        << prompts().shownTexts().join(q(" | ")).toStdString();
+
+    // A parcel from the roll carries no place: it clears the case's, and
+    // cancelling the edit shows the stored one again.
+    {
+        parcels::RpsRoll roll(parcels::RpsRoll::rollPathIn(session().DatabaseFolder));
+        ASSERT_TRUE(roll.resetRPSsbl().ok());
+        parcels::RpsRow row;
+        row.fullForm = q("50-0-0-1-0-0-0-0");
+        row.shortForm = q("50-1");
+        row.association = row.contact = q("KATE O'BRIEN");
+        ASSERT_TRUE(roll.RPSSBLAdd(row).ok());
+    }
+    prompts().onDialog(q("rpsloc"), [](QDialog& dialog) {
+        auto& roll = static_cast<parcels::RpsLoc&>(dialog);
+        dialog.findChild<QTreeView*>(q("ListView1"))->setCurrentIndex(roll.model().index(0, 0));
+        dialog.findChild<QPushButton*>(q("iContinue"))->click();
+        return dialog.result();
+    });
+    click("IEdit");
+    click("rpslook");
+    EXPECT_EQ(text(2), q("50"));
+    EXPECT_EQ(label("lblGISCOORD"), QString());
+    click("ICancel");
+    EXPECT_EQ(label("lblGISCOORD"), q("41.93123456789,-73.9"));
+
+    // The map dialog starts from the picked parcel's place, here none, and
+    // the old parcel's place is not written back.
+    click("IEdit");
+    pickFirst(prompts(), "sblloc", "Text1_2", "40");
+    click("iSBLLoc");
+    prompts().onDialog(q("ccalc"), [](QDialog& dialog) {
+        EXPECT_TRUE(dialog.findChild<QLineEdit*>(q("txtLatitude"))->text().isEmpty());
+        return int(QDialog::Rejected);
+    });
+    click("Image7");
+    EXPECT_EQ(prompts().dialogsRun().count(q("ccalc")), 1);
+    type(7, q("9 QUARRY RD"));
+    click("ISave");
+    EXPECT_EQ(caseOnDisk(q("12-210"))->text(q("PBGISCOORD")), QString());
+}
+
 TEST_F(CaseScreenTest, ProviderListOpensThePickedProvidersPage)
 {
     OpenedUrls opened;

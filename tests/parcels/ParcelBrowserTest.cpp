@@ -300,6 +300,63 @@ TEST_F(ParcelBrowserTest, EditorWritesTheParcelBackAndNeedsARow)
     EXPECT_TRUE(row->value(q("NORTHCOORD")).isNull());
 }
 
+TEST_F(ParcelBrowserTest, DeletingAParcelNamesTheCasesFiledOnIt)
+{
+    session().UserLevel = q("ADMIN");
+    const QString casePath = installation.createDatabase(store::Table::PBPROJ);
+    {
+        store::StoreStatus status;
+        auto cases = store::openRecordsetAt(casePath, q("Select * from PBPROJ"), &status);
+        ASSERT_TRUE(cases);
+        // On 12.34-1-5.1: two cases; a case on 12.34-1-5 (no sub-lot) or on
+        // 12.34-1-5.2 is on another parcel.
+        const std::pair<const char*, const char*> filed[]
+            = {{"12-300", "1"}, {"12-207", "1"}, {"13-1", ""}, {"13-2", "2"}};
+        for (const auto& [number, sublot] : filed) {
+            cases->AddNew();
+            for (const auto& [column, value] : std::map<QString, QString>{{q("PBCASE"), q(number)},
+                     {q("SEC"), q("12")}, {q("SUD"), q("34")}, {q("BLK"), q("1")}, {q("LOT"), q("5")},
+                     {q("LOD"), q(sublot)}}) {
+                cases->setValue(column, value);
+            }
+            ASSERT_TRUE(cases->Update().ok());
+        }
+    }
+    open();
+    QString asked;
+    auto answer = [&](const char* button) {
+        prompts().onDialog(q("Delconfirm"), [&asked, button](QDialog& dialog) {
+            asked = dialog.findChild<QLabel*>(q("Label3"))->text();
+            dialog.findChild<QPushButton*>(q(button))->click();
+            return dialog.result();
+        });
+    };
+    select(q("12-34-0-1-5-1-0-0"));
+    answer("cmdNo");
+    clickIn(*browser, "iDelete");
+    EXPECT_EQ(asked,
+        q("Cases 12-207, 12-300 are filed on this parcel; they keep its S-B-L, but the SBL Repository will "
+          "no longer hold its owner, flags and notes."));
+    EXPECT_TRUE(parcelOnDisk(q("12-34-0-1-5-1-0-0")));
+
+    answer("cmdYes");
+    clickIn(*browser, "iDelete");
+    EXPECT_FALSE(parcelOnDisk(q("12-34-0-1-5-1-0-0")));
+    EXPECT_EQ(total(), q("3"));
+
+    select(q("30-0-0-4-1-0-0-0"));
+    answer("cmdNo");
+    clickIn(*browser, "iDelete");
+    EXPECT_EQ(asked, q("No case is filed on this parcel."));
+
+    // Without a readable case file the clerk is told so, never "no case".
+    ASSERT_TRUE(QFile::remove(casePath));
+    answer("cmdNo");
+    clickIn(*browser, "iDelete");
+    EXPECT_TRUE(asked.startsWith(q("The cases filed on this parcel could not be read"))) << asked.toStdString();
+    EXPECT_TRUE(parcelOnDisk(q("30-0-0-4-1-0-0-0")));
+}
+
 TEST_F(ParcelBrowserTest, ParcelHandlerAddsOrUpdatesOnlyWhenAsked)
 {
     open();

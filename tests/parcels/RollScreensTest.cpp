@@ -2,6 +2,7 @@
 
 #include "ParcelScreensFixture.h"
 #include "common/TextFiles.h"
+#include "parcels/RpsFields.h"
 #include "parcels/RpsRoll.h"
 #include "parcels/screens/ParcelListModel.h"
 
@@ -12,6 +13,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
+#include <QTreeView>
 
 using namespace pvardo;
 using namespace pvardo::parcels;
@@ -171,6 +173,103 @@ TEST_F(RollScreensTest, AFileOfAnotherFormHidesTheImportAndStoppingKeepsWholeRow
         q("Stopped. 1000 records were imported; the rest of the file was not read.")));
     EXPECT_FALSE(QFile::exists(installation.databaseFolder() + q("/imported.txt")))
         << "a stopped run is no import";
+}
+
+TEST_F(RollScreensTest, OneCancelEndsTheImportAndClosingMidRunIsAStop)
+{
+    const QString file = writeExtract(1500);
+    // Each time: the clerk picks the file on the form, and the form is gone
+    // once the preview is.
+    auto importOnce = [&](std::function<void(RpsImportFrm&)> preview) {
+        int formResult = -1;
+        prompts().onDialog(q("rps"), [&](QDialog& form) {
+            prompts().onDialog(q("FindImportFile"), [&](QDialog& dialog) {
+                static_cast<QFileDialog&>(dialog).selectFile(file);
+                return int(QDialog::Accepted);
+            });
+            prompts().onDialog(q("rpsimport"), [&](QDialog& dialog) {
+                preview(static_cast<RpsImportFrm&>(dialog));
+                return dialog.result();
+            });
+            form.setResult(-1);
+            clickIn(form, "iImport");
+            formResult = form.result();
+            return formResult;
+        });
+        updateparcel(nullptr);
+        return formResult;
+    };
+    EXPECT_EQ(importOnce([](RpsImportFrm& preview) { clickIn(preview, "ICancel"); }), int(QDialog::Rejected));
+    EXPECT_EQ(rollRows(), -1);
+
+    // Closing the window (or Escape) while records go in stops between two
+    // records and keeps the preview; Cancel then ends it all.
+    EXPECT_EQ(importOnce([](RpsImportFrm& preview) {
+        preview.setProgressObserver([&preview](const RpsImportProgress& progress) {
+            if (progress.pass == 2 && progress.processed == 400) {
+                preview.reject();
+            }
+        });
+        clickIn(preview, "iContinue");
+        EXPECT_TRUE(preview.lastResult().stopped);
+        EXPECT_EQ(preview.lastResult().processed, 400);
+        clickIn(preview, "ICancel");
+    }),
+        int(QDialog::Rejected));
+    EXPECT_EQ(rollRows(), 400);
+}
+
+TEST_F(RollScreensTest, ViewerWritesZipPlusFourAndItsColumnsShareTheWindow)
+{
+    EXPECT_EQ(RpsFields::writtenZip(q("PO BOX 9  , ALBANY NY 120541234")), q("PO BOX 9  , ALBANY NY 12054-1234"));
+    EXPECT_EQ(RpsFields::writtenZip(q("PO BOX 9  , ALBANY NY 12054")), q("PO BOX 9  , ALBANY NY 12054"));
+    EXPECT_EQ(RpsFields::writtenZip(q("ACCT 1120541234")), q("ACCT 1120541234")) << "ten digits: no ZIP";
+    EXPECT_EQ(RpsFields::writtenZip(q("120541234")), q("120541234")) << "a number alone is no address";
+    EXPECT_EQ(RpsFields::writtenZip(q("--")), q("--"));
+
+    const QString path = installation.path(q("RPS995T1.txt"));
+    {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        for (int i = 0; i < 2; ++i) {
+            QByteArray line = record("134201", i);
+            line.replace(276, 25, QByteArray("VAN DER BERGHE-WILLOUGHBY").leftJustified(25));
+            line.replace(351, 25, QByteArray("C/O HUDSON VALLEY LAND TR").leftJustified(25));
+            if (i == 1) {
+                line.replace(426, 9, "124291234");
+            }
+            file.write(line + "\r\n");
+        }
+    }
+    runImport(path, "", [](RpsImportFrm& preview) {
+        EXPECT_TRUE(field(preview, "txtAddress").endsWith(q("ESOPUS NY 12429-1234")))
+            << field(preview, "txtAddress").toStdString();
+        clickIn(preview, "iContinue");
+        return preview.result();
+    });
+    ASSERT_EQ(rollRows(), 2);
+    prompts().onDialog(q("viewRPS"), [](QDialog& dialog) {
+        ParcelListModel& model = static_cast<ViewRPS&>(dialog).model();
+        const QString zipPlusFour = model.data(model.index(1, 4), Qt::DisplayRole).toString();
+        EXPECT_TRUE(zipPlusFour.endsWith(q("ESOPUS NY 12429-1234"))) << zipPlusFour.toStdString();
+        EXPECT_TRUE(model.data(model.index(0, 4), Qt::DisplayRole).toString().endsWith(q("ESOPUS NY 12429")));
+        EXPECT_EQ(model.data(model.index(1, 4), Qt::ToolTipRole).toString(), zipPlusFour);
+        // On a 1366-pixel screen every column stands within the list and
+        // has room for a name.
+        dialog.resize(1326, 600);
+        dialog.show();
+        QCoreApplication::processEvents();
+        auto* list = dialog.findChild<QTreeView*>(q("ListView1"));
+        int used = 0;
+        for (int column = 0; column < model.columnCount(); ++column) {
+            used += list->columnWidth(column);
+            EXPECT_GE(list->columnWidth(column), column == 0 ? 120 : 200) << column;
+        }
+        EXPECT_LE(used, list->viewport()->width());
+        dialog.hide();
+        return int(QDialog::Accepted);
+    });
+    viewparcel(nullptr);
 }
 
 TEST_F(RollScreensTest, StoppingTheSynchronizationKeepsWholeRowsAndSaysHowMany)

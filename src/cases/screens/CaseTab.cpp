@@ -4,6 +4,7 @@
 #include "cases/ParcelFlags.h"
 #include "cases/screens/CaseForm.h"
 #include "common/PromptService.h"
+#include "parcels/Coordinates.h"
 #include "parcels/ParcelService.h"
 #include "parcels/screens/ParcelLocator.h"
 #include "parcels/screens/RollScreens.h"
@@ -246,6 +247,10 @@ void CaseTab::fillParcel(const parcels::PickedParcel& picked)
     }
     if (!sameParcel) {
         m_form.setBoxText(60, QString());
+        const auto [latitude, longitude] = parcels::Coordinates::splitPair(valueOf(picked.gisLink).trimmed());
+        emit parcelReplaced(latitude.isEmpty() && longitude.isEmpty()
+                ? QString()
+                : parcels::Coordinates::storedPair(latitude.trimmed(), longitude.trimmed()));
     }
 }
 

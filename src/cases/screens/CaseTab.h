@@ -29,6 +29,11 @@ public:
     // Puts a parcel picked from the store or the roll into the case's inputs.
     void fillParcel(const parcels::PickedParcel& picked);
 
+signals:
+    // Another parcel was put in: the case's coordinates become its pair,
+    // empty when the parcel has none.
+    void parcelReplaced(const QString& pair);
+
 private:
     QCheckBox* makeCopy(const QString& name, const QString& caption, int from, int to);
 

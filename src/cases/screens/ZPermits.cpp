@@ -142,6 +142,11 @@ ZPermits::ZPermits(QWidget* parent)
     m_projectTab = new ProjectTab(*m_form, m_tabs);
     m_structureTab = new StructureTab(*m_form, m_tabs);
     connect(m_projectTab, &ProjectTab::mapRequested, this, &ZPermits::showMap);
+    // Another parcel brings its own place, or none: never the previous one's.
+    connect(m_caseTab, &CaseTab::parcelReplaced, this, [this](const QString& pair) {
+        m_pendingPair = pair;
+        m_projectTab->showStoredPair(pair);
+    });
     m_tabs->addTab(m_caseTab, QStringLiteral("Case"));
     m_tabs->addTab(m_projectTab, QStringLiteral("Project"));
     m_tabs->addTab(m_structureTab, QStringLiteral("Structure"));
@@ -748,7 +753,7 @@ void ZPermits::showRow()
 {
     // Control+U's Delete is for the case it was pressed over.
     m_delete.conceal();
-    m_pendingPair.clear();
+    m_pendingPair.reset();
     m_projectTab->showStoredPair(hasRow() ? m_rows->text(QStringLiteral("PBGISCOORD")) : QString());
     if (hasRow()) {
         // A row the file cannot give back is damage to report, not an empty
@@ -950,6 +955,8 @@ void ZPermits::INew()
     lock(false);
     m_form->clear();
     m_caseTab->resetCopies();
+    m_pendingPair.reset();
+    m_projectTab->showStoredPair(QString());
     if (auto* number = qobject_cast<QLineEdit*>(m_form->box(CaseNumberBox))) {
         number->setPalette(m_form->plainPalette());
         number->setToolTip(ParcelFlag::caseNumberTip());
@@ -968,8 +975,8 @@ store::StoreStatus ZPermits::fillRow(store::Recordset& row, const CaseInputs& in
     if (!status.ok()) {
         return status;
     }
-    if (!m_pendingPair.isEmpty()) {
-        status = row.setValue(QStringLiteral("PBGISCOORD"), m_pendingPair);
+    if (m_pendingPair) {
+        status = row.setValue(QStringLiteral("PBGISCOORD"), *m_pendingPair);
         if (!status.ok()) {
             return status;
         }
@@ -1323,9 +1330,9 @@ void ZPermits::loadMapProviders()
 void ZPermits::showMap()
 {
     const bool newCase = m_mode == ui::RecordMode::New;
-    const QString stored = !m_pendingPair.isEmpty() ? m_pendingPair
-        : (hasRow() && !newCase)                    ? m_rows->text(QStringLiteral("PBGISCOORD"))
-                                                    : QString();
+    const QString stored = m_pendingPair ? *m_pendingPair
+        : (hasRow() && !newCase) ? m_rows->text(QStringLiteral("PBGISCOORD"))
+                                 : QString();
     const parcels::CoordinateChoice choice = parcels::askCoordinates(stored, true, this);
     if (choice.outcome != parcels::CCalc::Store) {
         return;

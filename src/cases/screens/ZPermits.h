@@ -12,6 +12,7 @@
 #include <QPoint>
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QAction;
 class QLabel;
@@ -187,7 +188,8 @@ private:
     bool m_resetting = false;
     CasePublished m_published;
     QString m_caseShown; // the number in the case input when last told
-    QString m_pendingPair; // coordinates chosen for a case not yet written
+    // Coordinates chosen for a case not yet written; an empty pair clears them.
+    std::optional<QString> m_pendingPair;
     SubRecordOpener m_opener;
 
     CaseForm* m_form = nullptr;

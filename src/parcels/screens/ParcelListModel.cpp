@@ -1,5 +1,6 @@
 #include "parcels/screens/ParcelListModel.h"
 
+#include "parcels/RpsFields.h"
 #include "store/Recordset.h"
 
 #include <QColor>
@@ -149,6 +150,9 @@ const ParcelListModel::RowTexts* ParcelListModel::rowTexts(int row) const
             texts.texts << gridText(
                 m_rows->value(QStringLiteral("EASTCOORD")), m_rows->value(QStringLiteral("NORTHCOORD")));
             break;
+        case Shows::Mailing:
+            texts.texts << RpsFields::writtenZip(listText(m_rows->value(column.field)));
+            break;
         case Shows::Field:
             if (column.field == QLatin1String("PERMIT")) {
                 texts.texts << permitText(m_rows->value(column.field));
@@ -196,10 +200,11 @@ QVariant ParcelListModel::data(const QModelIndex& index, int role) const
         }
         return {};
     case Qt::ToolTipRole:
-        if (index.column() == 0 && texts->mark != ParcelMark::None) {
-            return parcelMarkText(texts->mark);
+        if (index.column() == 0) {
+            return texts->mark != ParcelMark::None ? QVariant(parcelMarkText(texts->mark)) : QVariant();
         }
-        return {};
+        // A long owner or address cut by its column reads whole under the pointer.
+        return texts->texts.value(index.column());
     default:
         return {};
     }

@@ -24,8 +24,9 @@ class ParcelListModel : public QAbstractTableModel
 
 public:
     // What a column shows: a column of the row, the parcel number as a
-    // clerk writes it, or the grid coordinates.
-    enum class Shows { Field, WrittenSbl, Grid };
+    // clerk writes it, the grid coordinates, or a mailing address with its
+    // ZIP+4 written out.
+    enum class Shows { Field, WrittenSbl, Grid, Mailing };
     struct Column
     {
         QString heading;

@@ -132,7 +132,7 @@ void ParcelLocator::choose(int row)
         return;
     }
     m_picked = {parcels.recordset()->text(QStringLiteral("SBLF")), parcels.found().association,
-        parcels.found().location, parcels.found().mailing};
+        parcels.found().location, parcels.found().mailing, parcels.recordset()->text(QStringLiteral("GISLINK"))};
     accept();
 }
 

@@ -19,6 +19,7 @@ struct PickedParcel
     QString association;
     QString location;
     QString mailing;
+    QString gisLink; // "latitude,longitude", or empty when the parcel has none
 };
 
 // The two small parcel finders of the case and neighbour screens: `sblloc`

@@ -4,6 +4,7 @@
 #include "common/PromptService.h"
 #include "common/Session.h"
 #include "parcels/ParcelService.h"
+#include "parcels/RpsFields.h"
 #include "parcels/RpsRoll.h"
 #include "parcels/SblSync.h"
 #include "parcels/screens/ParcelListModel.h"
@@ -18,12 +19,14 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFormLayout>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProcess>
 #include <QProgressBar>
+#include <QScreen>
 #include <QTimer>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -121,8 +124,12 @@ void RpsFrm::iImport()
     }
     RpsImportFrm preview(files.selectedFiles().constFirst(), m_target->text().trimmed(), this);
     preview.analyse();
+    // The preview ends the import either way: cancelling it is not a step
+    // back to this form, which would need a second Cancel.
     if (prompts().exec(preview) == QDialog::Accepted) {
         accept();
+    } else {
+        reject();
     }
 }
 
@@ -233,7 +240,7 @@ void RpsImportFrm::showPreview(const RpsPreview& preview)
     m_fields[0]->setText(preview.read ? preview.sbl : none);
     m_fields[1]->setText(preview.read ? preview.owner : none);
     m_fields[2]->setText(preview.read ? preview.location : none);
-    m_fields[3]->setText(preview.read ? preview.mailing : none);
+    m_fields[3]->setText(preview.read ? RpsFields::writtenZip(preview.mailing) : none);
     m_fields[4]->setText(preview.east);
     m_fields[5]->setText(preview.north);
     m_fields[6]->setText(preview.swis);
@@ -327,11 +334,19 @@ void RpsImportFrm::iStop()
 
 void RpsImportFrm::ICancel()
 {
+    reject();
+}
+
+void RpsImportFrm::reject()
+{
+    // Closing the window, or Escape, while records go in is a Stop: the
+    // rows written until then stay whole and the clerk is told how many.
     if (m_running) {
+        iStop();
         return;
     }
     session().StopFlag = true;
-    reject();
+    QDialog::reject();
 }
 
 // The roll viewer -------------------------------------------------------------
@@ -347,14 +362,22 @@ ViewRPS::ViewRPS(QWidget* parent)
                                       {QStringLiteral(" Name "), QStringLiteral("RASSOC")},
                                       {QStringLiteral(" Site "), QStringLiteral("RLOCN1")},
                                       {QStringLiteral(" Contact "), QStringLiteral("RCONTACT")},
-                                      {QStringLiteral(" Address "), QStringLiteral("RADDR1")}},
+                                      {QStringLiteral(" Address "), QStringLiteral("RADDR1"),
+                                          ParcelListModel::Shows::Mailing}},
         this);
     auto* list = new QTreeView(this);
     list->setObjectName(QStringLiteral("ListView1"));
     list->setRootIsDecorated(false);
     list->setUniformRowHeights(true);
     list->setModel(m_model);
-    list->header()->setStretchLastSection(true);
+    // The S-B-L keeps the room of its longest form; the four texts share the
+    // rest, so none runs off the window's edge and a cut one reads whole in
+    // its tip.
+    QHeaderView* header = list->header();
+    header->setStretchLastSection(false);
+    header->setSectionResizeMode(QHeaderView::Stretch);
+    header->setSectionResizeMode(0, QHeaderView::Interactive);
+    list->setColumnWidth(0, list->fontMetrics().horizontalAdvance(QStringLiteral("0000.000-00-00.000/0000")));
     layout->addWidget(list, 1);
     m_count = new QLabel(this);
     m_count->setObjectName(QStringLiteral("lblCount"));
@@ -363,7 +386,12 @@ ViewRPS::ViewRPS(QWidget* parent)
         QStringLiteral("iContinue"), QStringLiteral("&Close"), QStringLiteral(" Close "), this);
     connect(close, &QPushButton::clicked, this, &QDialog::accept);
     layout->addWidget(close, 0, Qt::AlignRight);
-    resize(820, 480);
+    // Wide enough for an owner and an address side by side, within the screen.
+    QSize wanted(1240, 560);
+    if (const QScreen* shown = parent ? parent->screen() : QGuiApplication::primaryScreen()) {
+        wanted = wanted.boundedTo(shown->availableGeometry().size() - QSize(40, 60));
+    }
+    resize(wanted);
 
     RpsRoll& roll = rps();
     store::StoreStatus status;
@@ -501,7 +529,9 @@ void RpsLoc::choose(int row)
     const RpsRow& found = roll.found();
     // The roll writes "?" for what the county's file did not give.
     const auto valueOf = [](const QString& text) { return text == QLatin1String("?") ? QString() : text; };
-    *m_picked = {found.fullForm, valueOf(found.association), valueOf(found.location), valueOf(found.mailing)};
+    // The roll carries no latitude and longitude: the parcel comes without a place.
+    *m_picked = {found.fullForm, valueOf(found.association), valueOf(found.location), valueOf(found.mailing),
+        QString()};
     accept();
 }
 

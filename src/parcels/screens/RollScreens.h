@@ -53,6 +53,8 @@ public:
     void iContinue();
     void ICancel();
     void iStop();
+    // Closing the window while it imports is a Stop.
+    void reject() override;
 
     const RpsImportResult& lastResult() const { return m_result; }
     // Heard after each record of a pass, once the screen shows it.

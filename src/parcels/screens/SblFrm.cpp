@@ -277,6 +277,30 @@ void SblFrm::iEdit()
     }
 }
 
+// What the delete question says of the cases that use the parcel.
+static QString casesOnParcelText(ParcelService& parcels, const QString& sbl)
+{
+    QStringList cases;
+    const store::StoreStatus read = parcels.casesOnParcel(sbl, cases);
+    if (!read.ok()) {
+        return QStringLiteral("The cases filed on this parcel could not be read, so a case may still use it: ")
+            + read.description;
+    }
+    if (cases.isEmpty()) {
+        return QStringLiteral("No case is filed on this parcel.");
+    }
+    // A parcel with a long history is named by its first cases and a count.
+    constexpr int named = 20;
+    QString numbers = cases.mid(0, named).join(QStringLiteral(", "));
+    if (cases.size() > named) {
+        numbers += QStringLiteral(" and ") + QString::number(cases.size() - named) + QStringLiteral(" more");
+    }
+    return (cases.size() == 1 ? QStringLiteral("Case ") + numbers + QStringLiteral(" is filed")
+                              : QStringLiteral("Cases ") + numbers + QStringLiteral(" are filed"))
+        + QStringLiteral(" on this parcel; they keep its S-B-L, but the SBL Repository will no longer hold "
+                         "its owner, flags and notes.");
+}
+
 void SblFrm::iDelete()
 {
     const QString sbl = selectedSbl();
@@ -284,10 +308,10 @@ void SblFrm::iDelete()
         showMessage(selectFirstMessage(), windowTitle(), PromptButtons::Ok, PromptIcon::Exclamation);
         return;
     }
-    if (!ui::Delconfirm(this)) {
+    ParcelService& parcels = mdb();
+    if (!ui::Delconfirm(this, casesOnParcelText(parcels, sbl))) {
         return;
     }
-    ParcelService& parcels = mdb();
     if (parcels.SBLExists(sbl)) {
         const store::StoreStatus status = parcels.recordset()->Delete();
         if (!status.ok()) {
