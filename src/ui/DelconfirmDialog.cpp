@@ -23,7 +23,7 @@ QString DelconfirmDialog::leadText()
     return QStringLiteral("You are about to remove this record");
 }
 
-DelconfirmDialog::DelconfirmDialog(QWidget* parent, const QString& detail)
+DelconfirmDialog::DelconfirmDialog(QWidget* parent)
     : QDialog(parent)
 {
     setObjectName(QStringLiteral("Delconfirm"));
@@ -42,12 +42,6 @@ DelconfirmDialog::DelconfirmDialog(QWidget* parent, const QString& detail)
     auto* texts = new QVBoxLayout;
     texts->addWidget(lead);
     texts->addWidget(text);
-    if (!detail.isEmpty()) {
-        auto* more = new QLabel(detail, this);
-        more->setObjectName(QStringLiteral("Label3"));
-        more->setWordWrap(true);
-        texts->addWidget(more);
-    }
     row->addWidget(icon, 0, Qt::AlignTop);
     row->addLayout(texts, 1);
     auto* buttons = new QHBoxLayout;
@@ -64,9 +58,9 @@ DelconfirmDialog::DelconfirmDialog(QWidget* parent, const QString& detail)
     setMinimumWidth(380);
 }
 
-bool Delconfirm(QWidget* parent, const QString& detail)
+bool Delconfirm(QWidget* parent)
 {
-    DelconfirmDialog dialog(parent, detail);
+    DelconfirmDialog dialog(parent);
     const bool go = prompts().exec(dialog) == QDialog::Accepted;
     session().StopFlag = !go;
     return go;

@@ -11,9 +11,7 @@ class DelconfirmDialog : public QDialog
     Q_OBJECT
 
 public:
-    // `detail`, when given, says under the warning what else the record
-    // touches (the cases filed on a parcel, say).
-    explicit DelconfirmDialog(QWidget* parent = nullptr, const QString& detail = {});
+    explicit DelconfirmDialog(QWidget* parent = nullptr);
     // The first line names what goes; the warning continues its sentence.
     static QString leadText();
     static QString warningText();
@@ -21,6 +19,6 @@ public:
 
 // Runs `Delconfirm` through the prompt service and sets the session's
 // StopFlag: false to delete, true to keep the record. Gives true to delete.
-bool Delconfirm(QWidget* parent = nullptr, const QString& detail = {});
+bool Delconfirm(QWidget* parent = nullptr);
 
 } // namespace pvardo::ui

@@ -8,11 +8,14 @@
 
 #include <QAction>
 #include <QCoreApplication>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QTreeView>
+#include <map>
+#include <tuple>
 
 using namespace pvardo;
 using namespace pvardo::parcels;
@@ -300,7 +303,7 @@ TEST_F(ParcelBrowserTest, EditorWritesTheParcelBackAndNeedsARow)
     EXPECT_TRUE(row->value(q("NORTHCOORD")).isNull());
 }
 
-TEST_F(ParcelBrowserTest, DeletingAParcelNamesTheCasesFiledOnIt)
+TEST_F(ParcelBrowserTest, AParcelACaseUsesIsNotDeletedAndTheSearchStays)
 {
     session().UserLevel = q("ADMIN");
     const QString casePath = installation.createDatabase(store::Table::PBPROJ);
@@ -309,13 +312,14 @@ TEST_F(ParcelBrowserTest, DeletingAParcelNamesTheCasesFiledOnIt)
         auto cases = store::openRecordsetAt(casePath, q("Select * from PBPROJ"), &status);
         ASSERT_TRUE(cases);
         // On 12.34-1-5.1: two cases; a case on 12.34-1-5 (no sub-lot) or on
-        // 12.34-1-5.2 is on another parcel.
-        const std::pair<const char*, const char*> filed[]
-            = {{"12-300", "1"}, {"12-207", "1"}, {"13-1", ""}, {"13-2", "2"}};
-        for (const auto& [number, sublot] : filed) {
+        // 12.34-1-5.2 is on another parcel. On 12-2-7: a case on 12-2-7.3 only.
+        const std::tuple<const char*, const char*, const char*, const char*, const char*> filed[]
+            = {{"12-300", "34", "1", "5", "1"}, {"12-207", "34", "1", "5", "1"}, {"13-1", "34", "1", "5", ""},
+                {"13-2", "34", "1", "5", "2"}, {"13-3", "", "2", "7", "3"}};
+        for (const auto& [number, subsection, block, lot, sublot] : filed) {
             cases->AddNew();
             for (const auto& [column, value] : std::map<QString, QString>{{q("PBCASE"), q(number)},
-                     {q("SEC"), q("12")}, {q("SUD"), q("34")}, {q("BLK"), q("1")}, {q("LOT"), q("5")},
+                     {q("SEC"), q("12")}, {q("SUD"), q(subsection)}, {q("BLK"), q(block)}, {q("LOT"), q(lot)},
                      {q("LOD"), q(sublot)}}) {
                 cases->setValue(column, value);
             }
@@ -323,38 +327,41 @@ TEST_F(ParcelBrowserTest, DeletingAParcelNamesTheCasesFiledOnIt)
         }
     }
     open();
-    QString asked;
-    auto answer = [&](const char* button) {
-        prompts().onDialog(q("Delconfirm"), [&asked, button](QDialog& dialog) {
-            asked = dialog.findChild<QLabel*>(q("Label3"))->text();
-            dialog.findChild<QPushButton*>(q(button))->click();
-            return dialog.result();
-        });
-    };
+    clickIn(*browser, "iLook");
+    field("txtOwner")->setText(q("O"));
+    clickIn(*browser, "ILocate");
+    ASSERT_EQ(total(), q("3")) << "O'BRIEN, OBRIENTAL and LOWE";
+
     select(q("12-34-0-1-5-1-0-0"));
-    answer("cmdNo");
     clickIn(*browser, "iDelete");
-    EXPECT_EQ(asked,
-        q("Cases 12-207, 12-300 are filed on this parcel; they keep its S-B-L, but the SBL Repository will "
-          "no longer hold its owner, flags and notes."));
+    EXPECT_EQ(lastText(),
+        q("Parcel 12.34-1-5.1 cannot be deleted: cases 12-207, 12-300 are filed on it.\nA parcel stays in the "
+          "SBL Repository while a case refers to it."));
+    EXPECT_FALSE(prompts().dialogsRun().contains(q("Delconfirm")));
     EXPECT_TRUE(parcelOnDisk(q("12-34-0-1-5-1-0-0")));
 
-    answer("cmdYes");
-    clickIn(*browser, "iDelete");
-    EXPECT_FALSE(parcelOnDisk(q("12-34-0-1-5-1-0-0")));
-    EXPECT_EQ(total(), q("3"));
-
+    // A parcel no case is on goes after the question; the search's list stays, less the parcel.
     select(q("30-0-0-4-1-0-0-0"));
-    answer("cmdNo");
+    prompts().onDialog(q("Delconfirm"), [](QDialog& dialog) {
+        dialog.findChild<QPushButton*>(q("cmdYes"))->click();
+        return dialog.result();
+    });
     clickIn(*browser, "iDelete");
-    EXPECT_EQ(asked, q("No case is filed on this parcel."));
+    EXPECT_FALSE(parcelOnDisk(q("30-0-0-4-1-0-0-0")));
+    EXPECT_EQ(total(), q("2"));
+    EXPECT_EQ(field("txtOwner")->text(), q("O"));
+    clickIn(*browser, "iReset");
+    select(q("12-0-0-2-7-0-0-0"));
+    clickIn(*browser, "iDelete");
+    EXPECT_EQ(prompts().dialogsRun().count(q("Delconfirm")), 2) << "a case on 12-2-7.3 is not on 12-2-7";
 
-    // Without a readable case file the clerk is told so, never "no case".
+    // Without a readable case file nothing is deleted.
     ASSERT_TRUE(QFile::remove(casePath));
-    answer("cmdNo");
+    select(q("31-0-0-5-2-0-0-0"));
     clickIn(*browser, "iDelete");
-    EXPECT_TRUE(asked.startsWith(q("The cases filed on this parcel could not be read"))) << asked.toStdString();
-    EXPECT_TRUE(parcelOnDisk(q("30-0-0-4-1-0-0-0")));
+    EXPECT_TRUE(lastText().startsWith(q("Parcel 31-5-2 is not deleted: the cases filed on it could not be read.")))
+        << lastText().toStdString();
+    EXPECT_TRUE(parcelOnDisk(q("31-0-0-5-2-0-0-0")));
 }
 
 TEST_F(ParcelBrowserTest, ParcelHandlerAddsOrUpdatesOnlyWhenAsked)

@@ -277,17 +277,19 @@ void SblFrm::iEdit()
     }
 }
 
-// What the delete question says of the cases that use the parcel.
-static QString casesOnParcelText(ParcelService& parcels, const QString& sbl)
+// Why a parcel may not be deleted: the cases filed on it, or a case file
+// that cannot be read; empty when nothing refers to it.
+static QString keptBecause(ParcelService& parcels, const QString& sbl)
 {
+    const QString parcel = QStringLiteral("Parcel ") + SblParts::writtenForm(sbl);
     QStringList cases;
     const store::StoreStatus read = parcels.casesOnParcel(sbl, cases);
     if (!read.ok()) {
-        return QStringLiteral("The cases filed on this parcel could not be read, so a case may still use it: ")
+        return parcel + QStringLiteral(" is not deleted: the cases filed on it could not be read.\n")
             + read.description;
     }
     if (cases.isEmpty()) {
-        return QStringLiteral("No case is filed on this parcel.");
+        return {};
     }
     // A parcel with a long history is named by its first cases and a count.
     constexpr int named = 20;
@@ -295,10 +297,10 @@ static QString casesOnParcelText(ParcelService& parcels, const QString& sbl)
     if (cases.size() > named) {
         numbers += QStringLiteral(" and ") + QString::number(cases.size() - named) + QStringLiteral(" more");
     }
-    return (cases.size() == 1 ? QStringLiteral("Case ") + numbers + QStringLiteral(" is filed")
-                              : QStringLiteral("Cases ") + numbers + QStringLiteral(" are filed"))
-        + QStringLiteral(" on this parcel; they keep its S-B-L, but the SBL Repository will no longer hold "
-                         "its owner, flags and notes.");
+    return parcel + QStringLiteral(" cannot be deleted: ")
+        + (cases.size() == 1 ? QStringLiteral("case ") + numbers + QStringLiteral(" is filed on it.")
+                             : QStringLiteral("cases ") + numbers + QStringLiteral(" are filed on it."))
+        + QStringLiteral("\nA parcel stays in the SBL Repository while a case refers to it.");
 }
 
 void SblFrm::iDelete()
@@ -309,7 +311,11 @@ void SblFrm::iDelete()
         return;
     }
     ParcelService& parcels = mdb();
-    if (!ui::Delconfirm(this, casesOnParcelText(parcels, sbl))) {
+    if (const QString kept = keptBecause(parcels, sbl); !kept.isEmpty()) {
+        showMessage(kept, windowTitle(), PromptButtons::Ok, PromptIcon::Exclamation);
+        return;
+    }
+    if (!ui::Delconfirm(this)) {
         return;
     }
     if (parcels.SBLExists(sbl)) {
@@ -318,7 +324,9 @@ void SblFrm::iDelete()
             showMessage(status.description, windowTitle(), PromptButtons::Ok, PromptIcon::Critical);
         }
     }
-    resetdb();
+    // The list the clerk searched for stays, less the parcel.
+    m_model->refresh();
+    showCount();
 }
 
 void SblFrm::iNote()
