@@ -17,8 +17,78 @@
 
 namespace pvardo::parcels {
 
-ParcelLocator::ParcelLocator(Kind kind, QWidget* parent)
+// The shared finder ------------------------------------------------------------
+
+LocatorDialog::LocatorDialog(const QList<ParcelListModel::Column>& columns, QWidget* parent)
     : QDialog(parent)
+{
+    m_model = new ParcelListModel(columns, this);
+    m_list = new QTreeView(this);
+    m_list->setObjectName(QStringLiteral("ListView1"));
+    m_list->setRootIsDecorated(false);
+    m_list->setUniformRowHeights(true);
+    m_list->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_list->setModel(m_model);
+    m_list->header()->setStretchLastSection(true);
+    connect(
+        m_list, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) { choose(index.row()); });
+}
+
+LocatorDialog::~LocatorDialog() = default;
+
+void LocatorDialog::addListAndCommands(QVBoxLayout& layout)
+{
+    layout.addWidget(m_list, 1);
+    auto* buttons = new QHBoxLayout;
+    auto* look
+        = new ui::XPButton(QStringLiteral("iLook"), QStringLiteral("&Find"), QStringLiteral(" Find "), this);
+    auto* take = new ui::XPButton(
+        QStringLiteral("iContinue"), QStringLiteral("&Select"), QStringLiteral(" Use this parcel "), this);
+    auto* cancel = new ui::XPButton(
+        QStringLiteral("ICancel"), QStringLiteral("&Cancel"), QStringLiteral(" Cancel "), this);
+    buttons->addWidget(look);
+    buttons->addStretch();
+    buttons->addWidget(take);
+    buttons->addWidget(cancel);
+    layout.addLayout(buttons);
+    connect(look, &QPushButton::clicked, this, [this] { iLook(); });
+    connect(take, &QPushButton::clicked, this, &LocatorDialog::iContinue);
+    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+bool LocatorDialog::showQuery(const QString& databasePath, const QString& query)
+{
+    store::StoreStatus status;
+    auto rows = store::openRecordsetAt(databasePath, query, &status);
+    if (!rows) {
+        showMessage(status.description, windowTitle(), PromptButtons::Ok, PromptIcon::Critical);
+        return false;
+    }
+    m_model->setRows(std::move(rows));
+    return true;
+}
+
+void LocatorDialog::iContinue()
+{
+    const QModelIndex current = m_list->currentIndex();
+    if (current.isValid()) {
+        choose(current.row());
+    }
+}
+
+std::optional<PickedParcel> LocatorDialog::run(LocatorDialog& locator)
+{
+    if (prompts().exec(locator) != QDialog::Accepted) {
+        return std::nullopt;
+    }
+    return locator.picked();
+}
+
+// The store's finders ---------------------------------------------------------
+
+ParcelLocator::ParcelLocator(Kind kind, QWidget* parent)
+    : LocatorDialog(ParcelListModel::locatorColumns(), parent)
     , m_kind(kind)
 {
     const bool bySbl = kind == Kind::BySbl;
@@ -48,40 +118,12 @@ ParcelLocator::ParcelLocator(Kind kind, QWidget* parent)
     hint->setObjectName(QStringLiteral("lblHint"));
     hint->setWordWrap(true);
     layout->addWidget(hint);
-
-    m_model = new ParcelListModel(ParcelListModel::locatorColumns(), this);
-    m_list = new QTreeView(this);
-    m_list->setObjectName(QStringLiteral("ListView1"));
-    m_list->setRootIsDecorated(false);
-    m_list->setUniformRowHeights(true);
-    m_list->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_list->setModel(m_model);
-    m_list->header()->setStretchLastSection(true);
-    m_list->setColumnWidth(0, 130);
-    m_list->setColumnWidth(1, 220);
-    m_list->setColumnWidth(2, 180);
-    layout->addWidget(m_list, 1);
-    connect(
-        m_list, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) { choose(index.row()); });
-
-    auto* buttons = new QHBoxLayout;
-    auto* look
-        = new ui::XPButton(QStringLiteral("iLook"), QStringLiteral("&Find"), QStringLiteral(" Find "), this);
-    auto* take = new ui::XPButton(
-        QStringLiteral("iContinue"), QStringLiteral("&Select"), QStringLiteral(" Use this parcel "), this);
-    auto* cancel = new ui::XPButton(
-        QStringLiteral("ICancel"), QStringLiteral("&Cancel"), QStringLiteral(" Cancel "), this);
-    buttons->addWidget(look);
-    buttons->addStretch();
-    buttons->addWidget(take);
-    buttons->addWidget(cancel);
-    layout->addLayout(buttons);
-    connect(look, &QPushButton::clicked, this, &ParcelLocator::iLook);
-    connect(take, &QPushButton::clicked, this, &ParcelLocator::iContinue);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+    list().setColumnWidth(0, 130);
+    list().setColumnWidth(1, 220);
+    list().setColumnWidth(2, 180);
+    addListAndCommands(*layout);
     resize(640, 420);
-    showQuery(ParcelQueries::all());
+    showQuery(mdb().parcelStorePath(), ParcelQueries::all());
 }
 
 ParcelLocator::~ParcelLocator() = default;
@@ -94,39 +136,19 @@ QString ParcelLocator::addressHint()
         "able to give you choices with similar");
 }
 
-bool ParcelLocator::showQuery(const QString& query)
-{
-    store::StoreStatus status;
-    auto rows = store::openRecordsetAt(mdb().parcelStorePath(), query, &status);
-    if (!rows) {
-        showMessage(status.description, windowTitle(), PromptButtons::Ok, PromptIcon::Critical);
-        return false;
-    }
-    m_model->setRows(std::move(rows));
-    return true;
-}
-
 void ParcelLocator::iLook()
 {
     const QString query = m_kind == Kind::BySbl ? ParcelQueries::sblLocator(m_boxes->boxes())
                                                 : ParcelQueries::addressLocator(m_lookFor->text().trimmed());
-    if (showQuery(query) && m_model->rowCount() == 0) {
+    if (showQuery(mdb().parcelStorePath(), query) && model().rowCount() == 0) {
         showMessage(QStringLiteral("No matching SBL found."), windowTitle(), PromptButtons::Ok,
             PromptIcon::Information);
     }
 }
 
-void ParcelLocator::iContinue()
-{
-    const QModelIndex current = m_list->currentIndex();
-    if (current.isValid()) {
-        choose(current.row());
-    }
-}
-
 void ParcelLocator::choose(int row)
 {
-    const QString sbl = m_model->sblAt(row);
+    const QString sbl = model().sblAt(row);
     ParcelService& parcels = mdb();
     if (sbl.isEmpty() || !parcels.SBLExists(sbl)) {
         return;
@@ -139,10 +161,7 @@ void ParcelLocator::choose(int row)
 std::optional<PickedParcel> ParcelLocator::pick(Kind kind, QWidget* parent)
 {
     ParcelLocator locator(kind, parent);
-    if (prompts().exec(locator) != QDialog::Accepted) {
-        return std::nullopt;
-    }
-    return locator.picked();
+    return run(locator);
 }
 
 } // namespace pvardo::parcels

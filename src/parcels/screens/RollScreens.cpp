@@ -413,8 +413,11 @@ ViewRPS::~ViewRPS() = default;
 // The roll look-up -------------------------------------------------------------
 
 RpsLoc::RpsLoc(QWidget* parent)
-    : QDialog(parent)
-    , m_picked(std::make_unique<PickedParcel>())
+    // The parcel as the roll writes it, where it lies and whose it is.
+    : LocatorDialog({{QStringLiteral(" S-B-L "), QStringLiteral("RSSBL")},
+                        {QStringLiteral(" Location "), QStringLiteral("RLOCN1")},
+                        {QStringLiteral(" Association "), QStringLiteral("RCONTACT")}},
+        parent)
 {
     setObjectName(QStringLiteral("rpsloc"));
     setWindowTitle(QStringLiteral(" Tax Parcel Import Locator"));
@@ -433,57 +436,13 @@ RpsLoc::RpsLoc(QWidget* parent)
     hint->setObjectName(QStringLiteral("lblHint"));
     hint->setWordWrap(true);
     layout->addWidget(hint);
-
-    // The parcel as the roll writes it, where it lies and whose it is.
-    m_model = new ParcelListModel({{QStringLiteral(" S-B-L "), QStringLiteral("RSSBL")},
-                                      {QStringLiteral(" Location "), QStringLiteral("RLOCN1")},
-                                      {QStringLiteral(" Association "), QStringLiteral("RCONTACT")}},
-        this);
-    m_model->setKeyField(QStringLiteral("RSBLF"));
-    m_list = new QTreeView(this);
-    m_list->setObjectName(QStringLiteral("ListView1"));
-    m_list->setRootIsDecorated(false);
-    m_list->setUniformRowHeights(true);
-    m_list->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_list->setModel(m_model);
-    m_list->header()->setStretchLastSection(true);
-    layout->addWidget(m_list, 1);
-    connect(
-        m_list, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) { choose(index.row()); });
-
-    auto* buttons = new QHBoxLayout;
-    auto* look
-        = new ui::XPButton(QStringLiteral("iLook"), QStringLiteral("&Find"), QStringLiteral(" Find "), this);
-    auto* take = new ui::XPButton(
-        QStringLiteral("iContinue"), QStringLiteral("&Select"), QStringLiteral(" Use this parcel "), this);
-    auto* cancel = new ui::XPButton(
-        QStringLiteral("ICancel"), QStringLiteral("&Cancel"), QStringLiteral(" Cancel "), this);
-    buttons->addWidget(look);
-    buttons->addStretch();
-    buttons->addWidget(take);
-    buttons->addWidget(cancel);
-    layout->addLayout(buttons);
-    connect(look, &QPushButton::clicked, this, &RpsLoc::iLook);
-    connect(take, &QPushButton::clicked, this, &RpsLoc::iContinue);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+    model().setKeyField(QStringLiteral("RSBLF"));
+    addListAndCommands(*layout);
     resize(640, 460);
-    showQuery(QStringLiteral("Select * from RPS order by [RSBLF]"));
+    showQuery(rps().rollPath(), QStringLiteral("Select * from RPS order by [RSBLF]"));
 }
 
 RpsLoc::~RpsLoc() = default;
-
-bool RpsLoc::showQuery(const QString& query)
-{
-    store::StoreStatus status;
-    auto rows = store::openRecordsetAt(rps().rollPath(), query, &status);
-    if (!rows) {
-        showMessage(status.description, windowTitle(), PromptButtons::Ok, PromptIcon::Critical);
-        return false;
-    }
-    m_model->setRows(std::move(rows));
-    return true;
-}
 
 void RpsLoc::iLook()
 {
@@ -502,23 +461,15 @@ void RpsLoc::iLook()
     const QString query = QStringLiteral("Select * from RPS")
         + (where.isEmpty() ? QString() : QStringLiteral(" where ") + where)
         + QStringLiteral(" order by [RSBLF]");
-    if (showQuery(query) && m_model->rowCount() == 0) {
+    if (showQuery(rps().rollPath(), query) && model().rowCount() == 0) {
         showMessage(
             QStringLiteral("No matches found."), windowTitle(), PromptButtons::Ok, PromptIcon::Information);
     }
 }
 
-void RpsLoc::iContinue()
-{
-    const QModelIndex current = m_list->currentIndex();
-    if (current.isValid()) {
-        choose(current.row());
-    }
-}
-
 void RpsLoc::choose(int row)
 {
-    const QString sbl = m_model->sblAt(row);
+    const QString sbl = model().sblAt(row);
     RpsRoll& roll = rps();
     if (!roll.recordset() && !roll.resetRPSsbl().ok()) {
         return;
@@ -527,10 +478,10 @@ void RpsLoc::choose(int row)
         return;
     }
     const RpsRow& found = roll.found();
-    // The roll writes "?" for what the county's file did not give.
+    // The roll writes "?" for what the county's file did not give, and
+    // carries no latitude and longitude: the parcel comes without a place.
     const auto valueOf = [](const QString& text) { return text == QLatin1String("?") ? QString() : text; };
-    // The roll carries no latitude and longitude: the parcel comes without a place.
-    *m_picked = {found.fullForm, valueOf(found.association), valueOf(found.location), valueOf(found.mailing),
+    m_picked = {found.fullForm, valueOf(found.association), valueOf(found.location), valueOf(found.mailing),
         QString()};
     accept();
 }
@@ -544,10 +495,7 @@ std::optional<PickedParcel> RpsLoc::pick(QWidget* parent)
         return std::nullopt;
     }
     RpsLoc locator(parent);
-    if (prompts().exec(locator) != QDialog::Accepted) {
-        return std::nullopt;
-    }
-    return locator.picked();
+    return run(locator);
 }
 
 // The synchronisation -----------------------------------------------------------

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "parcels/RpsImport.h"
+#include "parcels/screens/ParcelLocator.h"
 
 #include <QDialog>
 #include <functional>
@@ -11,7 +12,6 @@ class QCheckBox;
 class QLabel;
 class QLineEdit;
 class QProgressBar;
-class QTreeView;
 
 namespace pvardo::parcels {
 
@@ -100,14 +100,11 @@ private:
     QLabel* m_count = nullptr;
 };
 
-struct PickedParcel;
-
 // The roll look-up `rpsloc` of the case screen: finds parcels of the
 // imported roll by a part of their location and of their owner, so a parcel
 // that never reached the parcel store can still be picked. The whole roll
-// is listed at first; a chosen row (double click or iContinue) closes it
-// with that parcel.
-class RpsLoc : public QDialog
+// is listed at first.
+class RpsLoc : public LocatorDialog
 {
     Q_OBJECT
 
@@ -115,25 +112,17 @@ public:
     explicit RpsLoc(QWidget* parent = nullptr);
     ~RpsLoc() override;
 
-    void iLook();
-    void iContinue();
-
-    ParcelListModel& model() const { return *m_model; }
-    const PickedParcel& picked() const { return *m_picked; }
+    void iLook() override;
 
     // Runs the look-up through the prompt service; nothing when there is no
     // roll (after saying so) or the user closed it without a choice.
     static std::optional<PickedParcel> pick(QWidget* parent);
 
 private:
-    bool showQuery(const QString& query);
-    void choose(int row);
+    void choose(int row) override;
 
     QLineEdit* m_location = nullptr;
     QLineEdit* m_contact = nullptr;
-    QTreeView* m_list = nullptr;
-    ParcelListModel* m_model = nullptr;
-    std::unique_ptr<PickedParcel> m_picked;
 };
 
 // The window of "Synchronize SBL Repository" while the roll is carried into
