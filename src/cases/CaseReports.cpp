@@ -58,17 +58,22 @@ QString applicationsByMonthTitle(int month, int year)
 
 QString projectStatusQuery(const QDate& start, const QDate& end, const QString& permitType)
 {
-    QString query = QStringLiteral("Select * from PBPROJ where [PBFILEDATE] > #") + shortDate(start)
-        + QStringLiteral("# and [PBFILEDATE] < #") + shortDate(end) + QStringLiteral("# ");
-    if (!permitType.trimmed().isEmpty()) {
-        query += QStringLiteral(" and [PRMFOR] = ") + store::quotedText(permitType.trimmed()) + QLatin1Char(' ');
+    // A span from a start date to an end date holds both days.
+    QString query = QStringLiteral("Select * from PBPROJ where [PBFILEDATE] >= #") + shortDate(start)
+        + QStringLiteral("# and [PBFILEDATE] <= #") + shortDate(end) + QStringLiteral("# ");
+    if (const QString type = permitType.trimmed(); !type.isEmpty()) {
+        // The case screen files the permit type as the case's type; a type
+        // set from outside the screen is still found.
+        const QString quoted = store::quotedText(type);
+        query += QStringLiteral(" and ([PBTYPE] = ") + quoted + QStringLiteral(" or [PRMFOR] = ") + quoted
+            + QStringLiteral(") ");
     }
     return query + QStringLiteral(" order by [PBFILEDATE]");
 }
 
 QString projectStatusTitle(const QDate& start, const QDate& end)
 {
-    return QStringLiteral("CASES STATUS AFTER ") + shortDate(start) + QStringLiteral(" AND BEFORE ") + shortDate(end);
+    return QStringLiteral("CASES STATUS FROM ") + shortDate(start) + QStringLiteral(" THROUGH ") + shortDate(end);
 }
 
 QString activeApplicationsQuery()
@@ -79,8 +84,8 @@ QString activeApplicationsQuery()
 
 QString activeApplicationsTitle(const QDate& today)
 {
-    return QStringLiteral("ACTIVE CASES AFTER ") + shortDate(today) + QStringLiteral(" AND BEFORE ")
-        + shortDate(today.addDays(60));
+    // Every case still open is listed, whenever it was filed.
+    return QStringLiteral("ACTIVE CASES (PENDING, INITIAL APPLICATION, ON APPEAL) AS OF ") + shortDate(today);
 }
 
 QString applicationLines(const store::Recordset& row)

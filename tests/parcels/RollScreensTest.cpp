@@ -111,6 +111,7 @@ TEST_F(RollScreensTest, PreviewShowsTheLastRecordOfTheTargetAndImportsOnlyIt)
         EXPECT_EQ(preview.findChild<QProgressBar*>(q("barProgress"))->value(), 100);
         EXPECT_EQ(rollRows(), -1) << "the analysis writes nothing";
         clickIn(preview, "iContinue");
+        EXPECT_EQ(preview.findChild<QProgressBar*>(q("barProgress"))->value(), 100) << "done is 100";
         return preview.result();
     });
     EXPECT_EQ(rollRows(), 6);
@@ -128,6 +129,7 @@ TEST_F(RollScreensTest, PreviewShowsTheLastRecordOfTheTargetAndImportsOnlyIt)
     // Carried into the parcel store from the dashboard.
     prompts().onDialog(q("syncSBL"), [](QDialog& dialog) {
         QCoreApplication::processEvents(); // the run starts once the window stands
+        EXPECT_EQ(dialog.findChild<QProgressBar*>(q("barProgress"))->value(), 100);
         return dialog.result();
     });
     syncSBL(nullptr);

@@ -312,6 +312,10 @@ void RpsImportFrm::iContinue()
     m_processed->setText(QString::number(m_result.processed));
     findChild<QPushButton*>(QStringLiteral("iStop"))->setEnabled(false);
     findChild<QPushButton*>(QStringLiteral("ICancel"))->setEnabled(true);
+    // Line ends are not counted as read: a whole file is 100 by saying so.
+    if (completion.completed) {
+        m_progress->setValue(100);
+    }
     QStringList messages = completion.messages;
     if (m_result.stopped) {
         messages.prepend(QStringLiteral("Stopped. ") + QString::number(m_result.processed)
@@ -560,6 +564,7 @@ void SyncFrm::iContinue()
                     " records were carried into the SBL Repository; the rest of the roll was not."),
             title);
     } else if (outcome.ran) {
+        m_bar->setValue(100);
         showMessage(QStringLiteral("Completed. ") + QString::number(outcome.carried)
                 + QStringLiteral(" records processed."),
             title);
