@@ -26,6 +26,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QFontDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -470,9 +471,39 @@ TEST_F(Notepad, aMergedLetterToEditOpensInTheNotepad)
     EXPECT_EQ(onDisk.toPlainText(), q("Dear neighbour, a hearing is set."));
 
     scriptedPrompts().answer(q("Save Changes"), PromptAnswer::No);
+    Editor::instance().setTitle(q("Incomplete Application 24-017"));
     showBuiltReport();
     EXPECT_EQ(shared.buffer().toPlainText(), q("Second letter"));
     EXPECT_FALSE(shared.changed());
+
+    // Saved, the letter goes where the clerk says, offered among the office's
+    // documents under its own name, never into the shared temporary file.
+    shared.buffer().moveCursor(QTextCursor::End);
+    QTest::keyClicks(&shared.buffer(), q(" Signed."));
+    const QString docs = QDir(session().DatabaseFolder).filePath(q("docs"));
+    const QString kept = QDir(docs).filePath(q("hearing letter.rtf"));
+    QString offered;
+    scriptedPrompts().onDialog(q("CommonDialog1"), [&](QDialog& dialog) {
+        auto& files = static_cast<QFileDialog&>(dialog);
+        offered = files.selectedFiles().value(0);
+        files.selectFile(kept);
+        return int(QDialog::Accepted);
+    });
+    ASSERT_TRUE(shared.savedoc());
+    EXPECT_EQ(QFileInfo(offered), QFileInfo(QDir(docs).filePath(q("Incomplete Application 24-017.rtf"))));
+    EXPECT_EQ(scriptedPrompts().shown().last().text, q("The letter is saved as ") + kept + q("."));
+    EXPECT_EQ(shared.currentDocument(), kept);
+    QTextDocument saved;
+    readRtf(test::readFixtureBytes(kept), saved);
+    EXPECT_EQ(saved.toPlainText(), q("Second letter Signed."));
+    readRtf(test::readFixtureBytes(tmp), onDisk);
+    EXPECT_EQ(onDisk.toPlainText(), q("Second letter"));
+    // From then on Save writes its own file, without asking.
+    QTest::keyClicks(&shared.buffer(), q(" PS."));
+    ASSERT_TRUE(shared.savedoc());
+    EXPECT_EQ(scriptedPrompts().dialogsRun().count(q("CommonDialog1")), 1);
+    readRtf(test::readFixtureBytes(kept), saved);
+    EXPECT_EQ(saved.toPlainText(), q("Second letter Signed. PS."));
 }
 
 TEST_F(Notepad, theLetterheadIsDefinedAndPrinted)

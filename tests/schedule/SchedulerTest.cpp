@@ -984,6 +984,65 @@ TEST_F(SchedulerTest, MinutesOpenTheSelectedMeetingInTheNotepadAndAreSavedInItsR
     notepad.close();
 }
 
+TEST_F(SchedulerTest, MinutesOfARecurringMeetingAreKeptForEachOfItsDays)
+{
+    open();
+    app::wireDashboard(*dashboard);
+    newMeeting("Planning Board", "First", "Tuesday");
+    click("IAdd");
+    newMeeting("Public hearing");
+    clickDay(15);
+    click("IAdd");
+    documents::NotepadFrm& notepad = documents::NotepadFrm::shared();
+    auto write = [&](const QString& text) {
+        QTextCursor end(notepad.buffer().document());
+        end.movePosition(QTextCursor::End);
+        notepad.buffer().setTextCursor(end);
+        QTest::keyClicks(&notepad.buffer(), text);
+        notepad.findChild<QAction*>(q("savedoc"))->trigger();
+        EXPECT_FALSE(notepad.changed());
+        notepad.close();
+    };
+    auto minutesOf = [&](int day) {
+        clickDay(day);
+        click("iMinutes");
+        EXPECT_TRUE(notepad.isVisible());
+        return notepad.findChild<QLabel*>(q("Panel1"))->text();
+    };
+
+    // A day brings its meeting into the editor, and Minutes names it.
+    EXPECT_EQ(minutesOf(1), q("Minutes of Planning Board, 03/01/2011"));
+    EXPECT_EQ(child<QLineEdit>("Text2")->text(), q("Planning Board"));
+    write(q("March minutes."));
+    const QString recno = dashboard->currentKey();
+    const QString march = documents::NotepadFrm::minutesFileOf(recno, QDate(2011, 3, 1));
+    QFile marchFile(march);
+    ASSERT_TRUE(marchFile.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(marchFile.readAll().contains("March minutes."));
+
+    // The same meeting in April starts a page of its own.
+    chooseMonth(4);
+    EXPECT_EQ(minutesOf(5), q("Minutes of Planning Board, 04/05/2011"));
+    EXPECT_FALSE(notepad.buffer().toPlainText().contains(q("March minutes.")));
+    write(q("April minutes."));
+    chooseMonth(3);
+    minutesOf(1);
+    EXPECT_TRUE(notepad.buffer().toPlainText().contains(q("March minutes.")));
+    EXPECT_FALSE(notepad.buffer().toPlainText().contains(q("April minutes.")));
+    notepad.close();
+
+    // The hearing of the 15th keeps its minutes in its own row.
+    EXPECT_EQ(minutesOf(15), q("Minutes of Public hearing, 03/15/2011"));
+    write(q("Hearing closed."));
+    for (const StoredMeeting& meeting : storedMeetings(path)) {
+        store::StoreStatus status;
+        auto row = store::openRecordsetAt(
+            path, q("Select * from MEETING where [RECNO] = ") + meeting.key, &status);
+        ASSERT_TRUE(row && !row->Eof());
+        EXPECT_EQ(row->text(q("MINUTES")).contains(q("Hearing closed.")), meeting.name == q("Public hearing"));
+    }
+}
+
 TEST_F(SchedulerTest, AMeetingBeingTypedIsAskedForWhenTheProgramEnds)
 {
     open();

@@ -28,7 +28,9 @@ void wireDashboard(schedule::Scheduler& dashboard)
 {
     dashboard.setCaseScreenFactory(caseScreenFactory());
     dashboard.setMinutesOpener(
-        [](const store::Recordset& meeting) { documents::NotepadFrm::shared().openMinutes(meeting); });
+        [](const store::Recordset& meeting, const QDate& day) {
+            documents::NotepadFrm::shared().openMinutes(meeting, day);
+        });
     schedule::Scheduler* window = &dashboard;
     dashboard.setMenuCommand(QStringLiteral("About"), [window] {
         AboutScreen about(window);

@@ -22,6 +22,7 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QDir>
+#include <QRegularExpression>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -335,22 +336,55 @@ bool NotepadFrm::openReport(const QString& path, const QString& title)
     return true;
 }
 
-bool NotepadFrm::openMinutes(const store::Recordset& row)
+QString NotepadFrm::minutesFileOf(const QString& recno, const QDate& day)
+{
+    return QDir(session().DatabaseFolder)
+        .filePath(QStringLiteral("mins/01") + recno.trimmed() + QLatin1Char('~')
+            + day.toString(QStringLiteral("yyyyMMdd")) + QStringLiteral(".rtf"));
+}
+
+bool NotepadFrm::openMinutes(const store::Recordset& row, const QDate& day)
 {
     if (!askToSaveChanges()) {
         return false;
     }
-    const int column = row.fieldIndex(QStringLiteral("MINUTES"));
-    if (column >= 0 && !row.Eof() && !row.Bof() && row.value(QStringLiteral("MINUTES")).isNull()) {
-        const QString startFrom
-            = QDir(session().DatabaseFolder).filePath(QStringLiteral("mins/04Template1.rtf"));
-        if (!QFileInfo(startFrom).isFile() || !openDocument(startFrom)) {
-            newdoc();
+    const bool readable = !row.Eof() && !row.Bof();
+    const QString startFrom = QDir(session().DatabaseFolder).filePath(QStringLiteral("mins/04Template1.rtf"));
+    const bool recurring
+        = readable && row.text(QStringLiteral("MFREQ")).trimmed() == QLatin1String("R") && day.isValid();
+    if (recurring) {
+        const QString own = minutesFileOf(row.text(QStringLiteral("RECNO")), day);
+        if (QFileInfo(own).isFile()) {
+            if (!openDocument(own)) {
+                return false;
+            }
+        } else {
+            if (!QFileInfo(startFrom).isFile() || !openDocument(startFrom)) {
+                newdoc();
+            }
+            // Saved, the day's minutes go to their own file, never the template.
+            QDir().mkpath(QFileInfo(own).absolutePath());
+            setCurrentDocument(own);
+            m_plainText = false;
+        }
+    } else {
+        const int column = row.fieldIndex(QStringLiteral("MINUTES"));
+        if (column >= 0 && readable && row.value(QStringLiteral("MINUTES")).isNull()) {
+            if (!QFileInfo(startFrom).isFile() || !openDocument(startFrom)) {
+                newdoc();
+            }
+        }
+        if (!externalLoad(row)) {
+            return false;
         }
     }
-    if (!externalLoad(row)) {
-        return false;
+    // Whose minutes these are, in the clerk's words.
+    const QDate shown = recurring ? day : row.value(QStringLiteral("MDATE")).toDate();
+    QString which = QStringLiteral("Minutes of ") + row.text(QStringLiteral("MNAME")).trimmed();
+    if (shown.isValid()) {
+        which += QStringLiteral(", ") + shown.toString(QStringLiteral("MM/dd/yyyy"));
     }
+    m_pathPanel->setText(which);
     show();
     raise();
     activateWindow();
@@ -427,6 +461,14 @@ void NotepadFrm::newdoc()
 QString NotepadFrm::chooseFile(bool saving)
 {
     QString folder = m_path.isEmpty() ? session().DatabaseFolder : QFileInfo(m_path).absolutePath();
+    // A letter opened for editing lives in the temporary folder until it is
+    // saved: it is offered a place among the office's documents, under its
+    // own name.
+    const bool letter = saving && !m_reportTitle.isEmpty();
+    if (letter) {
+        folder = QDir(session().DatabaseFolder).filePath(QStringLiteral("docs"));
+        QDir().mkpath(folder);
+    }
     QFileDialog dialog(
         this, saving ? QStringLiteral("Save a Document") : QStringLiteral("Load a Document"), folder);
     dialog.setObjectName(QStringLiteral("CommonDialog1"));
@@ -435,7 +477,11 @@ QString NotepadFrm::chooseFile(bool saving)
     dialog.setFileMode(saving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     if (saving) {
         dialog.setDefaultSuffix(QStringLiteral("rtf"));
-        if (!m_path.isEmpty()) {
+        if (letter) {
+            QString name = m_reportTitle;
+            name.replace(QRegularExpression(QStringLiteral("[\\\\/:*?\"<>|]")), QStringLiteral("-"));
+            dialog.selectFile(name + QStringLiteral(".rtf"));
+        } else if (!m_path.isEmpty()) {
             dialog.selectFile(QFileInfo(m_path).fileName());
         }
     }
@@ -475,9 +521,12 @@ bool NotepadFrm::savedoc()
         clearFlags();
         session().StopFlag = false;
         m_saved = true;
+        statusBar()->showMessage(QStringLiteral("The minutes are saved."), 5000);
         return true;
     }
-    if (m_path.isEmpty()) {
+    // A letter opened for editing has no file of its own yet: its temporary
+    // file is shared by every letter, so it is saved where the clerk says.
+    if (m_path.isEmpty() || !m_reportTitle.isEmpty()) {
         return saveasdoc();
     }
     if (!writeFile(m_path)) {
@@ -485,11 +534,13 @@ bool NotepadFrm::savedoc()
     }
     clearFlags();
     m_saved = true;
+    statusBar()->showMessage(QStringLiteral("Saved to ") + QDir::toNativeSeparators(m_path), 5000);
     return true;
 }
 
 bool NotepadFrm::saveasdoc()
 {
+    const bool letter = !m_reportTitle.isEmpty();
     const QString path = chooseFile(true);
     if (path.isEmpty() || !writeFile(path)) {
         return false;
@@ -499,6 +550,11 @@ bool NotepadFrm::saveasdoc()
     setCurrentDocument(path);
     clearFlags();
     m_saved = true;
+    statusBar()->showMessage(QStringLiteral("Saved to ") + QDir::toNativeSeparators(path), 5000);
+    if (letter) {
+        showMessage(QStringLiteral("The letter is saved as ") + QDir::toNativeSeparators(path) + QLatin1Char('.'),
+            kTitle, PromptButtons::Ok, PromptIcon::Information);
+    }
     return true;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDate>
 #include <QMainWindow>
 #include <QPointer>
 #include <memory>
@@ -51,7 +52,13 @@ public:
     // the row's MINUTES, or, while it has none, the office's template for
     // new minutes (mins/04Template1.rtf of the database folder) or an empty
     // page; saving writes the minutes into the row, never into the template.
-    bool openMinutes(const store::Recordset& row);
+    // A recurring meeting is one row for many days: the minutes of the day
+    // `day` are a file of their own (minutesFileOf), so one day's minutes
+    // never take another's place. The status bar names the meeting and day.
+    bool openMinutes(const store::Recordset& row, const QDate& day = QDate());
+    // The file of the minutes of a recurring meeting on one day, in mins of
+    // the database folder: "01", its RECNO, "~" and the day as yyyymmdd.
+    static QString minutesFileOf(const QString& recno, const QDate& day);
     bool isBound() const { return m_bound != nullptr; }
 
     // Asks "Do you want to save the file?" when the document holds a change.

@@ -383,7 +383,7 @@ void Scheduler::iMinutes()
         QApplication::beep();
         return;
     }
-    m_minutesOpener(*m_table.rows());
+    m_minutesOpener(*m_table.rows(), m_shownDate);
 }
 
 void Scheduler::setMenuCommand(const QString& entry, std::function<void()> command)
@@ -453,8 +453,21 @@ void Scheduler::calendarChanged()
         m_shownMonth = shown;
         reloadMonth();
     } else if (m_events && m_marksMonth == shown) {
-        // Another day of the same month: the marks stay as they are.
+        // Another day of the same month: the marks stay as they are, and a
+        // day with meetings brings its first one into the editor, so that
+        // Minutes is that day's.
         showMonthMarks(*m_calendar, m_events->marks());
+        if (m_state == EditState::Browse) {
+            for (const MonthEntry& entry : m_events->entries()) {
+                if (entry.day == m_calendar->CalDay()) {
+                    if (showRecord(entry.key, false)) {
+                        selectInList(entry.key);
+                        setEditState(EditState::Browse);
+                    }
+                    break;
+                }
+            }
+        }
     }
 }
 

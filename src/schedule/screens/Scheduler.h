@@ -62,7 +62,9 @@ public:
     // How Minutes opens the minutes of the meeting in the editor: the
     // notepad, bound to the meeting's row. Minutes is on while a meeting is
     // shown and not being typed, and only with an opener.
-    using MinutesOpener = std::function<void(const store::Recordset& meeting)>;
+    // `day` is the day the meeting is shown on: a recurring meeting has
+    // minutes for each of its days.
+    using MinutesOpener = std::function<void(const store::Recordset& meeting, const QDate& day)>;
     void setMinutesOpener(MinutesOpener opener);
 
     // Gives a menu entry whose screen lives elsewhere in the program (About,
