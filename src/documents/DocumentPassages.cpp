@@ -15,6 +15,12 @@ namespace pvardo::documents {
 
 namespace {
 
+// A long table is printed in runs of rows of at most this many cells: Qt
+// looks each cell up among all the cells of its table many times while it
+// lays the cell out and draws it, so short runs are laid out and drawn
+// faster (each run costs a small document of its own).
+constexpr int rowsPassageCells = 250;
+
 // A paragraph or a table of the document's top level.
 struct Item {
     int start = 0;
@@ -83,6 +89,46 @@ DocumentPassage makePassage(const QTextDocument& source, int start, int end, con
     return passage;
 }
 
+// The text of a table cell into the empty cell at `into`, paragraph by
+// paragraph and run by run with their formats. A cell that holds a table of
+// its own is copied by Qt's fragments, which costs a document of its own for
+// each cell and is kept for that rare case.
+void copyCellText(const QTextDocument& source, const QTextTableCell& cell, QTextCursor& into)
+{
+    bool holdsTable = false;
+    for (QTextFrame::iterator it = cell.begin(); !it.atEnd(); ++it) {
+        if (it.currentFrame()) {
+            holdsTable = true;
+            break;
+        }
+    }
+    if (holdsTable) {
+        into.setBlockFormat(source.findBlock(cell.firstPosition()).blockFormat());
+        QTextCursor selection(const_cast<QTextDocument*>(&source));
+        selection.setPosition(cell.firstPosition());
+        selection.setPosition(cell.lastPosition(), QTextCursor::KeepAnchor);
+        into.insertFragment(selection.selection());
+        return;
+    }
+    bool first = true;
+    for (QTextFrame::iterator it = cell.begin(); !it.atEnd(); ++it) {
+        const QTextBlock block = it.currentBlock();
+        if (!block.isValid()) {
+            continue;
+        }
+        if (first) {
+            into.setBlockFormat(block.blockFormat());
+            first = false;
+        } else {
+            into.insertBlock(block.blockFormat(), block.charFormat());
+        }
+        for (QTextBlock::iterator run = block.begin(); !run.atEnd(); ++run) {
+            const QTextFragment fragment = run.fragment();
+            into.insertText(fragment.text(), fragment.charFormat());
+        }
+    }
+}
+
 // Rows `firstRow` to `firstRow + rows` of a long table as a passage of their
 // own, with the table's columns and each cell's format, text and spans (a span
 // reaching past the last row ends there). The empty paragraph that must stand
@@ -122,13 +168,7 @@ DocumentPassage makeRowsPassage(const QTextDocument& source, QTextTable* table, 
             QTextTableCell target = copy->cellAt(row, column);
             target.setFormat(cell.format());
             QTextCursor into = target.firstCursorPosition();
-            into.setBlockFormat(source.findBlock(cell.firstPosition()).blockFormat());
-            if (cell.lastPosition() > cell.firstPosition()) {
-                QTextCursor selection(const_cast<QTextDocument*>(&source));
-                selection.setPosition(cell.firstPosition());
-                selection.setPosition(cell.lastPosition(), QTextCursor::KeepAnchor);
-                into.insertFragment(selection.selection());
-            }
+            copyCellText(source, cell, into);
             if (cell.rowSpan() > 1 || cell.columnSpan() > 1) {
                 spans.push_back({row, column, std::min(cell.rowSpan(), rows - row), cell.columnSpan()});
             }
@@ -176,17 +216,20 @@ std::vector<DocumentPassage> cutIntoPassages(const QTextDocument& document, int 
             const int section = !passages.empty() && passages.back().section == head.section ? -1 : head.section;
             int firstRow = 0;
             int length = 0;
+            int cells = 0;
             for (int row = 0; table && row < table->rows(); ++row) {
                 for (int column = 0; column < table->columns(); ++column) {
                     const QTextTableCell cell = table->cellAt(row, column);
                     if (cell.row() == row && cell.column() == column) {
                         length += cell.lastPosition() - cell.firstPosition() + 1;
+                        ++cells;
                     }
                 }
-                if (length > characters || row + 1 == table->rows()) {
+                if (length > characters || cells >= rowsPassageCells || row + 1 == table->rows()) {
                     passages.push_back(makeRowsPassage(document, table, firstRow, row + 1 - firstRow, section));
                     firstRow = row + 1;
                     length = 0;
+                    cells = 0;
                 }
             }
             ++i;

@@ -123,6 +123,42 @@ void fitTablesToWidth(QTextDocument& document, qreal width)
     }
 }
 
+// A table without a line anywhere (most tables of letters and listings) is
+// laid out and drawn the same whether its cells share their borders or not,
+// but Qt works out shared borders from each cell's neighbours, which costs
+// more than the rest of the table's layout and drawing together. The printed
+// copy of such a table keeps its cells' borders apart.
+void separateBorderlessTables(QTextDocument& document)
+{
+    const auto drawn = [](qreal width, QTextFrameFormat::BorderStyle style) {
+        return width > 0 && style != QTextFrameFormat::BorderStyle_None;
+    };
+    for (QTextFrame* frame : document.rootFrame()->childFrames()) {
+        auto* table = qobject_cast<QTextTable*>(frame);
+        if (!table) {
+            continue;
+        }
+        QTextTableFormat format = table->format();
+        if (!format.borderCollapse() || drawn(format.border(), format.borderStyle())) {
+            continue;
+        }
+        bool lines = false;
+        for (int row = 0; row < table->rows() && !lines; ++row) {
+            for (int column = 0; column < table->columns() && !lines; ++column) {
+                const QTextTableCellFormat cell = table->cellAt(row, column).format().toTableCellFormat();
+                lines = drawn(cell.topBorder(), cell.topBorderStyle()) || drawn(cell.leftBorder(), cell.leftBorderStyle())
+                        || drawn(cell.bottomBorder(), cell.bottomBorderStyle())
+                        || drawn(cell.rightBorder(), cell.rightBorderStyle());
+            }
+        }
+        if (!lines) {
+            format.setBorderCollapse(false);
+            format.setCellSpacing(0);
+            table->setFormat(format);
+        }
+    }
+}
+
 // The top of each row of `table` as laid out, and the table's bottom, in
 // device pixels.
 std::vector<qreal> rowTops(const QTextDocument& document, QTextTable* table)
@@ -213,6 +249,7 @@ RichTextLayout::RichTextLayout(std::unique_ptr<QTextDocument> document, QPaintDe
         scaleParagraphIndents(*m_document, scale);
     }
     fitTablesToWidth(*m_document, m_width / scale);
+    separateBorderlessTables(*m_document);
     // Each of the settings below lays the whole document out again once a
     // layout exists (for a long table, a pass over all its rows); with no
     // page size the layout waits, so the text is laid out once, at the end.
