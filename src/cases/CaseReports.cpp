@@ -96,7 +96,7 @@ QString applicationLines(const store::Recordset& row)
     if (description.isEmpty()) {
         description = QStringLiteral("--");
     }
-    return PadColumn(column(row, "PBCASE"), 12) + PadColumn(filed, 12) + PadColumn(description, 30)
+    return PadColumn(column(row, "PBCASE"), 12) + PadColumn(filed, 12) + PadWordsColumn(description, 30)
         + QStringLiteral("  ") + statusWordOf(row) + QLatin1Char('\n') + PadColumn(sblOf(row), 25)
         + PadColumn(column(row, "PBAPPNAME1"), 26) + PadColumn(column(row, "PBLOCN1"), 26) + QLatin1Char('\n')
         + QString(77, QLatin1Char('-')) + QLatin1Char('\n');

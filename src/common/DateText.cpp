@@ -289,6 +289,15 @@ QString PadColumn(const QString& text, int width)
     return text.left(width).leftJustified(width, QLatin1Char(' '));
 }
 
+QString PadWordsColumn(const QString& text, int width)
+{
+    if (text.size() <= width || width <= 0) {
+        return PadColumn(text, width);
+    }
+    const qsizetype space = text.lastIndexOf(QLatin1Char(' '), width);
+    return PadColumn(space > 0 ? text.left(space).trimmed() : text, width);
+}
+
 QString CutAtNul(const QString& text)
 {
     const qsizetype nul = text.indexOf(QChar(u'\0'));

@@ -64,6 +64,11 @@ QString LongDateText(const QDate& date);
 // characters, so report columns never shift.
 QString PadColumn(const QString& text, int width);
 
+// The same for text a reader reads as words (a description): text longer
+// than the column ends at the last whole word that fits, a single word
+// longer than the column is cut.
+QString PadWordsColumn(const QString& text, int width);
+
 // The part of a text before its first NUL, or the text as it stands.
 QString CutAtNul(const QString& text);
 

@@ -410,7 +410,13 @@ int RichTextLayout::formatRange(QPainter* painter, int firstChar, const QRectF& 
     if (used) {
         *used = bottom - y0;
     }
-    if (painter) {
+    // A range of nothing but empty paragraphs (the one before a table that
+    // begins a passage) draws nothing: Qt would draw the edge of a table row
+    // that touches it, and that row's text would stand on two pages.
+    const bool drawsSomething
+        = std::any_of(m_units.begin() + std::ptrdiff_t(first), m_units.begin() + std::ptrdiff_t(end),
+                      [](const Unit& unit) { return !unit.empty; });
+    if (painter && drawsSomething) {
         painter->save();
         painter->translate(target.left(), target.top() - y0);
         const QRectF clip(-1, y0, m_width + 2, bottom - y0);

@@ -172,6 +172,13 @@ TEST(DateText, PadColumnCutsOrFillsToTheWidth)
     EXPECT_EQ(PadColumn(QStringLiteral("ab"), 4), QStringLiteral("ab  "));
     EXPECT_EQ(PadColumn(QString(), 2), QStringLiteral("  "));
     EXPECT_EQ(PadColumn(QStringLiteral("ab"), 0), QString());
+    // A description ends at a whole word; a word alone longer than the
+    // column is cut; text that fits, or whose cut falls between words, stays.
+    EXPECT_EQ(PadWordsColumn(QStringLiteral("Day care in existing church building"), 24),
+              QStringLiteral("Day care in existing    "));
+    EXPECT_EQ(PadWordsColumn(QStringLiteral("Subdivision-of-lands plan"), 10), QStringLiteral("Subdivisio"));
+    EXPECT_EQ(PadWordsColumn(QStringLiteral("Two lots now"), 8), QStringLiteral("Two lots"));
+    EXPECT_EQ(PadWordsColumn(QStringLiteral("Two lots"), 10), QStringLiteral("Two lots  "));
 }
 
 TEST(DateText, CutAtNul)

@@ -278,7 +278,9 @@ TEST_F(PrintPages, aLongTablePrintsEveryRowOnceInOrder)
     const int rows = 3000; // several passages of rows
     for (int i = 1; i <= rows; ++i) {
         // Every 250th row has a second paragraph in a bold run in its
-        // second cell: rows are copied into their passages run by run.
+        // second cell: rows are copied into their passages run by run. (Such
+        // a row ending a run of rows at a page's foot once had the next
+        // row's text printed on both pages.)
         rtf += "\\trowd\\cellx2000\\cellx6000\\intbl R" + QByteArray::number(i) + "\\cell Parcel number "
                + QByteArray::number(i) + (i % 250 == 0 ? "\\par {\\b L" + QByteArray::number(i) + "}" : "")
                + "\\cell\\row\n";
