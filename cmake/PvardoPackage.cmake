@@ -19,8 +19,8 @@ install(CODE [[
     endforeach()
 ]])
 
-install(FILES "${resources}/desktop/pvardo.desktop" DESTINATION share/applications)
-install(FILES "${resources}/desktop/pvardo.metainfo.xml" DESTINATION share/metainfo)
+install(FILES "${resources}/desktop/example.c_seed_6fb89ed2.pvardo.desktop" DESTINATION share/applications)
+install(FILES "${resources}/desktop/example.c_seed_6fb89ed2.pvardo.metainfo.xml" DESTINATION share/metainfo)
 install(FILES "${resources}/desktop/pvardo.svg" DESTINATION share/icons/hicolor/scalable/apps)
 # The templates and label sheets a new installation gets (the programs carry
 # their own copy), for the office to look at or to take one back.

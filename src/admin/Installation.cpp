@@ -7,6 +7,7 @@
 #include "store/Catalogue.h"
 
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -191,6 +192,36 @@ void Installation::makeLabelPictures()
     }
 }
 
+void Installation::linkOutsidePrograms()
+{
+    if (!QCoreApplication::instance()) {
+        return;
+    }
+    const QString programs = QCoreApplication::applicationDirPath();
+    for (const char* name : {"dbMender", "Updater"}) {
+        const QString relative = QString::fromLatin1(name);
+        const QString tool = programs + QLatin1Char('/') + relative;
+        const QFileInfo target(path(relative));
+        if (target.exists()) {
+            m_kept << relative;
+            continue;
+        }
+        if (!QFileInfo(tool).isExecutable()) {
+            continue; // a build without the tools: the menu entries say so
+        }
+        if (target.isSymLink()) {
+            // Left by a package that was removed or moved.
+            QFile::remove(target.filePath());
+        }
+        // A link, so that an update of the package updates the tools too.
+        if (QFile::link(tool, target.filePath())) {
+            m_created << relative;
+        } else {
+            m_failures << relative + QStringLiteral(": the link to %1 cannot be made").arg(tool);
+        }
+    }
+}
+
 bool Installation::make(const QString& adminPassword)
 {
     m_created.clear();
@@ -204,6 +235,7 @@ bool Installation::make(const QString& adminPassword)
     for (const char* folder : {"wrk", "databases", "forms", "labels", "settings", "map"}) {
         makeFolder(QString::fromLatin1(folder));
     }
+    linkOutsidePrograms();
 
     QByteArray settings;
     for (const QString& line : defaultSettingsLines(databases)) {

@@ -9,7 +9,9 @@ namespace pvardo::admin {
 // defaults, def.txt, the user list with one administrator, the seeds of wrk/,
 // the databases folder with every database file, forms/ with the report
 // header and the templates of the letters and listings, labels/ with the
-// label sheets, their pictures and the label template, and settings/. Files already there are never replaced, so
+// label sheets, their pictures and the label template, settings/, and links to
+// the repair tool dbMender and the updater Updater when they lie beside the
+// running program. Files already there are never replaced, so
 // running it on an existing installation only adds what is missing.
 class Installation
 {
@@ -48,6 +50,9 @@ private:
     // Draws the picture of each sheet of the labels catalogue that names one
     // and has none yet.
     void makeLabelPictures();
+    // Links the repair tool and the updater that lie beside the running
+    // program into the installation, where the program starts them.
+    void linkOutsidePrograms();
     void makeFolder(const QString& relative);
     void makeFile(const QString& relative, const QByteArray& bytes);
     void makeDatabase(const QString& relative, const QString& fileName);

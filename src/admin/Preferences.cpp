@@ -6,10 +6,12 @@
 #include "common/Session.h"
 #include "common/Settings.h"
 #include "common/ShellCopy.h"
+#include "common/TextDamage.h"
 #include "common/TextFiles.h"
 #include "store/DatabaseLocation.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <memory>
@@ -23,12 +25,6 @@ namespace {
 QString numberText(double value)
 {
     return QString::number(value, 'g', 6);
-}
-
-QString firstLineOf(const QString& path)
-{
-    const std::optional<QStringList> lines = readTextLines(path);
-    return lines && !lines->isEmpty() ? lines->constFirst() : QString();
 }
 
 QByteArray linesBytes(const QStringList& lines)
@@ -78,12 +74,21 @@ Preferences loadPreferences(const Session& state)
     // The session works at size 9 whatever the file says; the screen shows,
     // and a save keeps, the size the file holds.
     p.editorFontSize = numberText(state.EditorFontSize);
-    if (const auto ini = readTextLines(joinPath(state.ProgramFolder, QStringLiteral("\\PVardo.ini")));
+    // Each file is read whole once; a damaged one is named and gives nothing.
+    auto read = [&p](const QString& path) -> std::optional<QStringList> {
+        bool damaged = false;
+        std::optional<QStringList> lines = readCheckedTextLines(path, &damaged);
+        if (damaged) {
+            p.damagedFiles << path;
+        }
+        return lines;
+    };
+    if (const auto ini = read(joinPath(state.ProgramFolder, QStringLiteral("\\PVardo.ini")));
         ini && ini->size() > 9 && LeadingNumber(ini->at(9)) > 0) {
         p.editorFontSize = numberText(LeadingNumber(ini->at(9)));
     }
 
-    if (const auto def = readTextLines(joinPath(state.ProgramFolder, QStringLiteral("\\def.txt")))) {
+    if (const auto def = read(joinPath(state.ProgramFolder, QStringLiteral("\\def.txt")))) {
         p.backupFolder = def->value(1).trimmed();
         p.onlineCodesLink = def->value(2);
         p.localCodesLink = def->value(3);
@@ -95,17 +100,43 @@ Preferences loadPreferences(const Session& state)
         const qsizetype cut = program.indexOf(QLatin1Char('/'), 1);
         p.backupFolder = (cut < 0 ? QString() : program.left(cut)) + QStringLiteral("/backup");
     }
-    p.boardMembers = BoardMembers::read(state.DatabaseFolder);
-    const QString pnb = firstLineOf(joinPath(state.DatabaseFolder, QStringLiteral("\\pnb.txt")));
-    p.letComputerDecide = pnb.trimmed() == QLatin1String("-1");
-    if (!p.letComputerDecide) {
-        p.beginNumbering = pnb;
+    const QString members = BoardMembers::fileOf(state.DatabaseFolder);
+    read(members);
+    if (!p.damagedFiles.contains(members)) {
+        p.boardMembers = BoardMembers::read(state.DatabaseFolder);
     }
-    if (const auto browser = readTextLines(joinPath(state.ProgramFolder, QStringLiteral("\\browser.txt")))) {
+    const QString pnbFile = joinPath(state.DatabaseFolder, QStringLiteral("\\pnb.txt"));
+    const auto pnb = read(pnbFile);
+    const QString base = pnb && !pnb->isEmpty() ? pnb->constFirst() : QString();
+    // A damaged file gives the default: the computer decides.
+    p.letComputerDecide = p.damagedFiles.contains(pnbFile) || base.trimmed() == QLatin1String("-1");
+    if (!p.letComputerDecide) {
+        p.beginNumbering = base;
+    }
+    if (const auto browser = read(joinPath(state.ProgramFolder, QStringLiteral("\\browser.txt")))) {
         p.localGisLink = browser->value(0);
         p.useDefaultBrowser = browser->size() > 1 && browser->at(1) != QLatin1String("F");
     }
     return p;
+}
+
+QString damagedSettingsMessage(const QStringList& files)
+{
+    if (files.isEmpty()) {
+        return {};
+    }
+    QStringList shown;
+    for (const QString& file : files) {
+        shown << QStringLiteral("  ") + QDir::toNativeSeparators(file);
+    }
+    return (files.size() == 1 ? QStringLiteral("This settings file is damaged (error 3343): it holds bytes no "
+                                               "settings file holds, as a failing disk leaves them:\n")
+                              : QStringLiteral("These settings files are damaged (error 3343): they hold bytes no "
+                                               "settings file holds, as a failing disk leaves them:\n"))
+        + shown.join(QLatin1Char('\n'))
+        + QStringLiteral("\n\nTheir settings are shown as the defaults. Check every tab and click \" Save "
+                         "selected settings\" to write the files anew, or close the program and restore them "
+                         "from the last backup.");
 }
 
 QStringList settingsFileLines(const Preferences& p)
@@ -192,6 +223,33 @@ bool copyDatabaseFolder(const QString& from, const QString& to, QString* error)
     return true;
 }
 
+bool copyMissingForms(const QString& from, const QString& to, QString* error)
+{
+    const QDir source(from);
+    if (!source.exists()) {
+        if (error) {
+            *error = QStringLiteral("the forms folder %1 is not there").arg(QDir::toNativeSeparators(from));
+        }
+        return false;
+    }
+    QDirIterator it(from, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString file = it.next();
+        const QString target = QDir(to).filePath(source.relativeFilePath(file));
+        if (QFileInfo::exists(target)) {
+            continue;
+        }
+        if (!QDir().mkpath(QFileInfo(target).absolutePath()) || !QFile::copy(file, target)) {
+            if (error) {
+                *error = QStringLiteral("%1 could not be copied to %2")
+                             .arg(QDir::toNativeSeparators(file), QDir::toNativeSeparators(target));
+            }
+            return false;
+        }
+    }
+    return true;
+}
+
 bool writePreferences(const Session& state, const Preferences& p, const QString& databaseFolderAfter,
     const QString& listsFolder, QString* error)
 {
@@ -210,8 +268,9 @@ bool writePreferences(const Session& state, const Preferences& p, const QString&
     stage(joinPath(state.ProgramFolder, QStringLiteral("\\def.txt")),
         {databaseFolderAfter, p.backupFolder.trimmed(), p.onlineCodesLink.trimmed(),
             p.localCodesLink.trimmed()});
-    if (!p.localGisLink.trimmed().isEmpty()) {
-        stage(joinPath(state.ProgramFolder, QStringLiteral("\\browser.txt")),
+    const QString browser = joinPath(state.ProgramFolder, QStringLiteral("\\browser.txt"));
+    if (!p.localGisLink.trimmed().isEmpty() || p.damagedFiles.contains(browser)) {
+        stage(browser,
             {p.localGisLink.trimmed(), p.useDefaultBrowser ? QStringLiteral("T") : QStringLiteral("F")});
     }
 

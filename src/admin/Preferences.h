@@ -33,7 +33,15 @@ struct Preferences
     bool letComputerDecide = true; // pnb.txt holds "-1"
     QString beginNumbering;
     QStringList boardMembers;
+    // The settings files read that are damaged (a zeroed block, bytes no text
+    // file holds): their settings are the defaults here, and a save writes
+    // them anew.
+    QStringList damagedFiles;
 };
+
+// What the screen says about damaged settings files, naming each and what to
+// do; empty when there are none.
+QString damagedSettingsMessage(const QStringList& files);
 
 // The preferences as the session has them, with def.txt, browser.txt, pnb.txt
 // and Inspectors.txt read anew. An empty backup folder is proposed as backup
@@ -56,10 +64,19 @@ QString databaseFolderAfterSave(const Session& state, const Preferences& prefere
 // inside the folder copied.
 bool copyDatabaseFolder(const QString& from, const QString& to, QString* error = nullptr);
 
+// The forms folder goes with the database folder, one level up: before a
+// switch to a folder whose forms folder is not there yet (or lacks the
+// report header), the templates in use are copied into it, every file and
+// subfolder of `from` that `to` lacks; nothing there is replaced. Gives
+// false, with the reason, when a file could not be copied; what was copied
+// stays (it is only missing files).
+bool copyMissingForms(const QString& from, const QString& to, QString* error = nullptr);
+
 // Writes every settings file at once: PVardo.ini and def.txt in the program
 // folder (def.txt names the folder the databases will be in), pnb.txt and
 // Inspectors.txt in `listsFolder`, the database folder whose lists the screen
-// showed (empty: the session's), browser.txt only when a GIS link is given.
+// showed (empty: the session's), browser.txt only when a GIS link is given
+// or the file read was damaged.
 // All are written beside their names first and put in place only when every
 // one was written whole; a file put in place before a later one failed is put
 // back. Gives false, with the reason, when the files are as they were before.

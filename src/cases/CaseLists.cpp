@@ -1,6 +1,7 @@
 #include "cases/CaseLists.h"
 
 #include "common/NumberText.h"
+#include "common/TextDamage.h"
 #include "common/TextFiles.h"
 
 namespace pvardo::cases {
@@ -64,7 +65,8 @@ QStringList CaseLists::exteriorColorItems()
 QStringList CaseLists::load(
     const QString& databaseFolder, const QString& officeName, const QStringList& builtIn)
 {
-    const auto lines = readTextLines(joinPath(databaseFolder, officeName));
+    const auto lines = readListLines(
+        joinPath(databaseFolder, officeName), QStringLiteral("The list built into the program is offered meanwhile."));
     if (!lines) {
         return builtIn;
     }
@@ -83,7 +85,8 @@ QStringList CaseLists::load(
 QList<CaseLists::MapProvider> CaseLists::loadMapProviders(const QString& databaseFolder)
 {
     QList<MapProvider> providers;
-    const auto lines = readTextLines(joinPath(databaseFolder, QStringLiteral("\\GIS.txt")));
+    const auto lines = readListLines(joinPath(databaseFolder, QStringLiteral("\\GIS.txt")),
+        QStringLiteral("No map provider is offered meanwhile."));
     if (!lines || lines->isEmpty()) {
         return providers;
     }

@@ -105,11 +105,20 @@ void CaseNumbering::PersistPermitSeq()
     }
 }
 
+QString CaseNumbering::startingSequence() const
+{
+    // A number the office set to begin with is where the sequence goes on:
+    // \pnb.txt then keeps the counter (see PersistPermitSeq), and \zhi.txt,
+    // which stays behind meanwhile, is used again only once the computer
+    // decides.
+    return sequenceValue(PermitBase) > 0 ? PermitBase.trimmed() : PermitSeqStored;
+}
+
 QString CaseNumbering::proposeNumber()
 {
     for (;;) {
         if (sequenceValue(PermitSeq) < 1) {
-            PermitSeq = PermitSeqStored;
+            PermitSeq = startingSequence();
         }
         const QString number = m_yearPart + QLatin1Char('-') + PermitSeq;
         ValidatePermit(number);
@@ -181,6 +190,16 @@ CaseNumbering& caseNumbering()
 void resetCaseNumbering()
 {
     runningNumbering().reset();
+}
+
+void reloadCaseNumbering()
+{
+    std::unique_ptr<CaseNumbering>& numbering = runningNumbering();
+    const bool resolveAutomatically = numbering && numbering->ResolveDupesAuto;
+    numbering.reset();
+    if (resolveAutomatically) {
+        caseNumbering().ResolveDupesAuto = true;
+    }
 }
 
 } // namespace pvardo::cases

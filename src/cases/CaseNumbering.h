@@ -45,6 +45,11 @@ public:
     // The two digits of the year part.
     QString yearPart() const { return m_yearPart; }
 
+    // Where PermitSeq starts when it has no value yet: the number of
+    // "Begin Numbering with:" when the office set one (the computer does not
+    // decide), else the last sequence kept in \zhi.txt.
+    QString startingSequence() const;
+
     // The number INew proposes: year part, "-", PermitSeq, climbing past every
     // number already taken (and keeping the climb). Has no limit: the table
     // holds finitely many numbers.
@@ -86,5 +91,9 @@ private:
 CaseNumbering& caseNumbering();
 // Drops it, as at the end of a run; the next caseNumbering() reads the files again.
 void resetCaseNumbering();
+// After the preferences changed the numbering or the database folder: the
+// working number starts over from the files of the session's database folder
+// on the next proposal. The answer of the dialog `dupe` holds for the run.
+void reloadCaseNumbering();
 
 } // namespace pvardo::cases

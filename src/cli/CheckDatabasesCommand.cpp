@@ -6,6 +6,7 @@
 #include "common/TextFiles.h"
 #include "store/DatabaseCheck.h"
 #include "store/DatabaseLocation.h"
+#include "store/Recordset.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -60,7 +61,21 @@ int runCheckDatabases(CommandContext& context)
             out << "  " << file << '\n';
         }
     }
-    out << "Parcel store version: " << state.ParcelStoreVersion << '\n';
+    // The parcel store's version is the number of its columns, as the
+    // program counts them at log-on; sblversion.txt only keeps the count of
+    // the last session for the time before that.
+    const QString parcelStore = store::databaseFile(state.DatabaseFolder, QStringLiteral("sbl.mdb"));
+    store::StoreStatus parcelStatus;
+    const std::unique_ptr<store::Recordset> parcels
+        = store::openRecordsetAt(parcelStore, QStringLiteral("Select * from SBL"), &parcelStatus);
+    if (parcels) {
+        state.ParcelStoreVersion = parcels->fieldCount();
+        out << "Parcel store version: " << state.ParcelStoreVersion << '\n';
+    } else {
+        out << "Parcel store version: " << state.ParcelStoreVersion
+            << " (as sblversion.txt says; the parcel store cannot be read: " << parcelStatus.description
+            << ")\n";
+    }
     int code = ExitCode::Ok;
     const QStringList keyNotices = store::keyIndexNotices(state.DatabaseFolder);
     for (const QString& notice : keyNotices) {

@@ -1,5 +1,6 @@
 #include "common/BoardMembers.h"
 
+#include "common/TextDamage.h"
 #include "common/TextFiles.h"
 
 namespace pvardo {
@@ -12,7 +13,8 @@ QString BoardMembers::fileOf(const QString& databaseFolder)
 QStringList BoardMembers::read(const QString& databaseFolder)
 {
     QStringList names;
-    const std::optional<QStringList> lines = readTextLines(fileOf(databaseFolder));
+    const std::optional<QStringList> lines
+        = readListLines(fileOf(databaseFolder), QStringLiteral("No board member is offered meanwhile."));
     if (!lines) {
         return names;
     }

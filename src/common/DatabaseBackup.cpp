@@ -8,7 +8,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QStorageInfo>
 
 namespace pvardo {
 
@@ -18,13 +17,6 @@ BackupFolderPicker& picker()
 {
     static BackupFolderPicker installed;
     return installed;
-}
-
-bool isDriveRoot(const QString& folder)
-{
-    const QString absolute = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
-    const QStorageInfo storage(absolute);
-    return storage.isValid() && QDir::cleanPath(storage.rootPath()) == absolute;
 }
 
 // The destination as the copy takes it: without a trailing "/", but a root
@@ -53,19 +45,10 @@ QString backupPickerTitle()
 
 bool backupDestinationPasses(const QString& destination)
 {
-    if (destination.isEmpty()) {
-        return false;
-    }
-    const QFileInfo info(destination);
-    if (info.isFile()) {
-        return true;
-    }
-    const bool root = destination.endsWith(QLatin1Char('/')) || destination.endsWith(QLatin1Char('\\'))
-        || isDriveRoot(destination);
-    if (!root || !info.isDir()) {
-        return false;
-    }
-    return !QDir(destination).entryList(QDir::Files).isEmpty();
+    // Any folder that is there will do, an empty one (a new stick, a fresh
+    // folder on the share) as well as one holding earlier copies. A missing
+    // folder, or a file, is no place to copy to.
+    return !destination.trimmed().isEmpty() && QFileInfo(destination).isDir();
 }
 
 void BackupDatabases(int mode)
@@ -91,6 +74,8 @@ void BackupDatabases(int mode)
             continue;
         }
         destination = withoutTrailingSlash(destination);
+        // A destination was found: the copy runs, whatever came before.
+        state.StopFlag = false;
 
         QString error;
         const int result = ShellCopy(ShellOperation::Copy, state.DatabaseFolder, destination,

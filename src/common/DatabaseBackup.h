@@ -11,7 +11,8 @@ namespace pvardo {
 // Mode 1 asks for the destination with the folder picker; mode 2 uses the
 // stored BackupFolder (and asks when none is stored). A destination that does
 // not pass the destination test is said, and the picker comes up until a
-// choice passes or the user cancels; a cancel sets StopFlag. The database
+// choice passes or the user cancels; a cancel sets StopFlag, which is clear
+// once a destination is found and the copy runs. The database
 // folder is then copied into the destination, arriving there as a subfolder
 // of its own name, each database file through SQLite's online backup (see
 // ShellCopy), and the result is told: " Completed" or " Backup Failed".
@@ -26,10 +27,9 @@ BackupFolderPicker setBackupFolderPicker(BackupFolderPicker picker);
 // The title of the picker.
 QString backupPickerTitle();
 
-// The destination test, narrow on purpose: a path passes when it names a
-// file, or when it names the root of a drive (a mount point, or any folder
-// written with a trailing "/") that holds at least one ordinary file. A plain
-// folder path fails, however good the folder is.
+// The destination test: a path passes when it names a folder that is there,
+// empty or not (with or without a trailing "/"). A missing folder (a drive
+// not plugged in, a share not connected) or a file fails.
 bool backupDestinationPasses(const QString& destination);
 
 } // namespace pvardo

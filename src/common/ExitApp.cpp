@@ -20,10 +20,18 @@ BackupDatabasesHandler& backupHandler()
 
 void runBackup(int mode)
 {
+    Session& state = session();
+    state.StopFlag = false;
     if (backupHandler()) {
         backupHandler()(mode);
     } else {
         BackupDatabases(mode);
+    }
+    if (state.StopFlag) {
+        // The destination question was cancelled: the program still ends,
+        // but the office must know that tonight's copy is missing.
+        showMessage(QStringLiteral("No backup of the databases was made: no destination was chosen."),
+            QStringLiteral(" Backup database"), PromptButtons::Ok, PromptIcon::Exclamation);
     }
 }
 

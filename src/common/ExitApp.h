@@ -8,7 +8,8 @@ namespace pvardo {
 // their own are asked (see addExitQuestion); when every one agrees, stores
 // the parcel store's version in sblversion.txt of the database folder, runs
 // the office's backup policy (BackupMode 1 copies, 0 asks, 2 leaves it to the
-// administrator) and ends the process at once through EndProgram. The record
+// administrator; a backup whose destination question is cancelled is said
+// once) and ends the process at once through EndProgram. The record
 // screens are not asked; an unsaved edit there is lost, as the office
 // expects. False when a window kept the program running.
 bool ExitApp();

@@ -5,8 +5,10 @@
 #include "common/PromptService.h"
 #include "common/Session.h"
 #include "common/SettingStore.h"
+#include "common/TextDamage.h"
 #include "common/TextFiles.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -43,7 +45,7 @@ bool holdsDatabases(const QString& folder)
     return !folder.isEmpty() && !QDir(folder).entryList({QStringLiteral("*.db")}, QDir::Files).isEmpty();
 }
 
-enum class Failure { None, NotFound, PastEnd, Other };
+enum class Failure { None, NotFound, PastEnd, Damaged, Other };
 
 struct Attempt
 {
@@ -57,7 +59,11 @@ Attempt readLines(const QString& path, Session& state)
     if (!QFileInfo::exists(path)) {
         return {Failure::NotFound, {}};
     }
-    const std::optional<QStringList> read = readTextLines(path);
+    bool damaged = false;
+    const std::optional<QStringList> read = readCheckedTextLines(path, &damaged);
+    if (damaged) {
+        return {Failure::Damaged, {}};
+    }
     if (!read) {
         QFile file(path);
         file.open(QIODevice::ReadOnly);
@@ -208,8 +214,34 @@ bool ReadSettings(const QString& path)
         if (attempt.failure == Failure::None) {
             break;
         }
-        const bool asNew = attempt.failure == Failure::NotFound || attempt.failure == Failure::PastEnd;
+        const bool damaged = attempt.failure == Failure::Damaged;
+        const bool asNew
+            = attempt.failure == Failure::NotFound || attempt.failure == Failure::PastEnd || damaged;
         if (asNew && !rewritten) {
+            if (damaged) {
+                // Bytes no settings file holds (a block zeroed by the disk):
+                // the file is kept for the record and a new one written.
+                const QString kept = file + QStringLiteral(".damaged-")
+                    + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+                const bool keptAside = QFile::rename(file, kept);
+                writeNewSettings(file, state);
+                showMessage(QStringLiteral("The settings file %1 is damaged (error 3343): it holds bytes no settings "
+                                           "file holds, as a failing disk leaves them.")
+                                    .arg(QDir::toNativeSeparators(file))
+                        + (keptAside ? QStringLiteral(" It is kept as %1.").arg(QDir::toNativeSeparators(kept))
+                                     : QString())
+                        + QStringLiteral("\n\nA new one with the default settings is in use: the databases in %1. If "
+                                         "the office's databases are elsewhere (a shared folder), close the program "
+                                         "and restore the settings file from the last backup, or set the database "
+                                         "location, the municipality and the backup again in Preferences.")
+                              .arg(QDir::toNativeSeparators(state.MasterDatabaseFolder)),
+                    QStringLiteral(" Settings"), PromptButtons::Ok, PromptIcon::Exclamation);
+                rewritten = true;
+                if (readLines(file, state).failure != Failure::None) {
+                    applyDefaults(state);
+                }
+                break;
+            }
             // A file too short or without its first line is as good as none.
             writeNewSettings(file, state);
             rewritten = true;

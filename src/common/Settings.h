@@ -42,7 +42,9 @@ public:
 //
 // A missing file, one that is too short or whose first line is empty is
 // written anew with the defaults (its other lines are lost) and read again. A
-// file that cannot be read at all sends the reading to the program folder's
+// damaged file (bytes no text file holds, as a failing disk leaves them) is
+// kept beside it as PVardo.ini.damaged-DATE and written anew the same way,
+// and the user is told so. A file that cannot be read at all sends the reading to the program folder's
 // own settings file. When the report header cannot be read, or no settings
 // file can be read at all, the user is told and the program ends: the result
 // is then false and the caller returns at once.

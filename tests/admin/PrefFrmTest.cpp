@@ -1,9 +1,13 @@
 #include "admin/screens/PrefFrm.h"
 
 #include "admin/Preferences.h"
+#include "cases/CaseNumbering.h"
+#include "cases/screens/ZPermits.h"
+#include "parcels/ParcelService.h"
 #include "common/Session.h"
 #include "common/Settings.h"
 #include "common/TextFiles.h"
+#include "store/Catalogue.h"
 #include "store/DatabaseLocation.h"
 #include "support/FullDisk.h"
 #include "support/InstallationTest.h"
@@ -215,6 +219,118 @@ TEST_F(PrefFrmTest, CancelWritesNothingAndAnEmptyGisLinkKeepsItsFile)
         QStringList({QStringLiteral("http://gis.local/map"), QStringLiteral("F")}));
 }
 
+TEST_F(PrefFrmTest, BeginNumberingWithIsWhereTheNextCaseNumberStarts)
+{
+    const QString parcelPath = installation.databaseFolder() + QStringLiteral("/sbl.db");
+    ASSERT_TRUE(store::createDatabaseFile(parcelPath, store::tableDef(store::Table::SBL18)).ok());
+    ASSERT_TRUE(replaceTextLines(installation.path(QStringLiteral("databases/zhi.txt")), {QStringLiteral("207")}));
+    session().Today = QDate(2026, 11, 24);
+    session().CurrentUser = QStringLiteral("clerk");
+    session().UserLevel = QStringLiteral("MEMBER");
+    parcels::unloadMdb();
+    cases::resetCaseNumbering();
+    auto proposal = [] {
+        cases::ZPermits screen;
+        QTest::mouseClick(child<QAbstractButton>(screen, "INew"), Qt::LeftButton);
+        return child<QLineEdit>(screen, "Text1_1")->text();
+    };
+    // The computer decides: the sequence of zhi.txt, which a proposal alone
+    // does not consume.
+    EXPECT_EQ(proposal(), QStringLiteral("26-207"));
+    EXPECT_EQ(proposal(), QStringLiteral("26-207"));
+
+    {
+        PrefFrm screen;
+        child<QCheckBox>(screen, "Check1")->setChecked(false);
+        typeInto(screen, "Text12", QStringLiteral("300"));
+        click(screen, "Command1");
+    }
+    EXPECT_EQ(linesOf(installation.path(QStringLiteral("databases/pnb.txt"))), QStringList{QStringLiteral("300")});
+    EXPECT_EQ(proposal(), QStringLiteral("26-300"));
+
+    // A number taken already is climbed past, and the climb is kept in
+    // pnb.txt, also for the next run.
+    store::StoreStatus status;
+    auto rows = store::openRecordsetAt(casePath, QStringLiteral("Select * from PBPROJ"), &status);
+    ASSERT_TRUE(rows);
+    rows->AddNew();
+    rows->setValue(QStringLiteral("PBCASE"), QStringLiteral("26-300"));
+    ASSERT_TRUE(rows->Update().ok());
+    rows.reset();
+    EXPECT_EQ(proposal(), QStringLiteral("26-301"));
+    cases::resetCaseNumbering();
+    EXPECT_EQ(proposal(), QStringLiteral("26-301"));
+    EXPECT_EQ(linesOf(installation.path(QStringLiteral("databases/pnb.txt"))), QStringList{QStringLiteral("301")});
+
+    // Back to the computer deciding: zhi.txt's sequence again.
+    {
+        PrefFrm screen;
+        EXPECT_EQ(child<QLineEdit>(screen, "Text12")->text(), QStringLiteral("301"));
+        child<QCheckBox>(screen, "Check1")->setChecked(true);
+        click(screen, "Command1");
+    }
+    EXPECT_EQ(proposal(), QStringLiteral("26-207"));
+    parcels::unloadMdb();
+    cases::resetCaseNumbering();
+}
+
+TEST_F(PrefFrmTest, ScreensOpenOnTheOldFolderAreClosedBeforeASwitch)
+{
+    const QString old = installation.databaseFolder();
+    ASSERT_TRUE(store::createDatabaseFile(old + QStringLiteral("/sbl.db"), store::tableDef(store::Table::SBL18)).ok());
+    QTemporaryDir filled;
+    ASSERT_TRUE(QFile::copy(casePath, filled.filePath(QStringLiteral("pbproj.db"))));
+    {
+        store::StoreStatus status;
+        auto rows = store::openRecordsetAt(casePath, QStringLiteral("Select * from PBPROJ"), &status);
+        ASSERT_TRUE(rows);
+        rows->AddNew();
+        rows->setValue(QStringLiteral("PBCASE"), QStringLiteral("12-100"));
+        ASSERT_TRUE(rows->Update().ok());
+    }
+    session().CurrentUser = QStringLiteral("clerk");
+    session().UserLevel = QStringLiteral("MEMBER");
+    parcels::unloadMdb();
+    cases::resetCaseNumbering();
+    cases::ZPermits projects;
+    projects.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&projects));
+    ASSERT_EQ(child<QLineEdit>(projects, "Text1_1")->text(), QStringLiteral("12-100"));
+    const QByteArray settingsBefore = snapshot(installation.programFolder()).value(ini());
+
+    // Keeping the screen keeps everything as it was.
+    {
+        PrefFrm screen;
+        typeInto(screen, "Text9", filled.path());
+        scriptedPrompts().answer(QStringLiteral("SWITCH"), PromptAnswer::Yes);
+        scriptedPrompts().answer(QStringLiteral("closed before the switch"), PromptAnswer::No);
+        click(screen, "Command1");
+        EXPECT_NE(screen.result(), QDialog::Accepted);
+        const QString asked = scriptedPrompts().shownTexts().value(1);
+        EXPECT_TRUE(asked.contains(projects.windowTitle())) << asked.toStdString();
+    }
+    EXPECT_TRUE(projects.isVisible());
+    EXPECT_EQ(session().DatabaseFolder, old);
+    EXPECT_EQ(snapshot(installation.programFolder()).value(ini()), settingsBefore);
+
+    // Closing it lets the switch go on, and the next case screen reads the
+    // new folder.
+    {
+        PrefFrm screen;
+        typeInto(screen, "Text9", filled.path());
+        scriptedPrompts().answer(QStringLiteral("SWITCH"), PromptAnswer::Yes);
+        scriptedPrompts().answer(QStringLiteral("closed before the switch"), PromptAnswer::Yes);
+        click(screen, "Command1");
+        EXPECT_EQ(screen.result(), QDialog::Accepted);
+    }
+    EXPECT_FALSE(projects.isVisible());
+    EXPECT_EQ(session().DatabaseFolder, filled.path());
+    cases::ZPermits reopened;
+    EXPECT_EQ(child<QLineEdit>(reopened, "Text1_1")->text(), QString());
+    parcels::unloadMdb();
+    cases::resetCaseNumbering();
+}
+
 TEST_F(PrefFrmTest, SwitchingTheDatabaseLocation)
 {
     const QString old = installation.databaseFolder();
@@ -378,4 +494,43 @@ TEST_F(PrefFrmTest, AFailingSaveLeavesEverySettingsFileAsItWas)
     QFile::setPermissions(
         installation.databaseFolder(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     EXPECT_EQ(snapshot(installation.programFolder()), before);
+}
+
+TEST_F(PrefFrmTest, DamagedSettingsFilesAreNamedAndWrittenAnewBySave)
+{
+    const QString def = installation.path(QStringLiteral("def.txt"));
+    const QString members = installation.path(QStringLiteral("databases/Inspectors.txt"));
+    const QString browser = installation.path(QStringLiteral("browser.txt"));
+    auto overwrite = [](const QString& path, const QByteArray& bytes) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(bytes);
+    };
+    // A block zeroed by the disk, garbage over a file, and a sound file
+    // ending in the old editors' end-of-file mark.
+    overwrite(members, QByteArray(4096, '\0'));
+    overwrite(browser, QByteArray("http://gis\x01\x02\xff\xfe\x07map\n"));
+    overwrite(def, QByteArray("/x\r\n/media/backup\r\n\r\n\r\n\x1a"));
+
+    PrefFrm screen;
+    ASSERT_EQ(scriptedPrompts().shown().size(), 1);
+    const Prompt& told = scriptedPrompts().shown().constFirst();
+    EXPECT_EQ(told.title, QStringLiteral(" Preferences"));
+    EXPECT_TRUE(told.text.contains(members)) << told.text.toStdString();
+    EXPECT_TRUE(told.text.contains(browser)) << told.text.toStdString();
+    EXPECT_FALSE(told.text.contains(def)) << told.text.toStdString();
+    EXPECT_TRUE(told.text.contains(QStringLiteral("restore them from the last backup")));
+    // Nothing of the damage is shown as a setting.
+    EXPECT_EQ(child<QListWidget>(screen, "List4")->count(), 0);
+    EXPECT_EQ(child<QLineEdit>(screen, "Text20")->text(), QString());
+    EXPECT_EQ(child<QLineEdit>(screen, "Text8")->text(), QStringLiteral("/media/backup"));
+
+    typeInto(screen, "Text15", QStringLiteral("Ann Ode"));
+    click(screen, "Command7");
+    click(screen, "Command1");
+    EXPECT_EQ(linesOf(members), QStringList{QStringLiteral("Ann Ode")});
+    EXPECT_EQ(linesOf(browser), QStringList({QString(), QStringLiteral("F")}));
+    scriptedPrompts().clear();
+    PrefFrm again;
+    EXPECT_TRUE(scriptedPrompts().shown().isEmpty());
 }

@@ -2,10 +2,12 @@
 
 #include "StartupFixtures.h"
 #include "app/screens/WidgetStartupHost.h"
+#include "common/DatabaseBackup.h"
 #include "documents/screens/NotepadFrm.h"
 #include "schedule/screens/Scheduler.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestInstallation.h"
+#include "ui/BrowseForFolder.h"
 
 #include <QAction>
 #include <QTemporaryDir>
@@ -94,15 +96,30 @@ TEST(ExitApp, AutomaticBackupCopiesTheDatabasesAndTheProgramStillEnds)
     ASSERT_EQ(scriptedPrompts().shown().size(), 1);
     EXPECT_EQ(scriptedPrompts().shown().first().title, QStringLiteral(" Completed"));
 
-    // With no destination stored and no picker to ask, nothing is copied and the
-    // program ends all the same.
+    // An empty folder is a fine destination.
     scriptedPrompts().clear();
-    session().BackupFolder.clear();
-    session().StopFlag = false;
+    QTemporaryDir fresh;
+    session().BackupFolder = fresh.path();
     ExitApp();
     EXPECT_EQ(end.calls(), 2);
-    EXPECT_TRUE(session().StopFlag);
-    EXPECT_TRUE(scriptedPrompts().shown().isEmpty());
+    EXPECT_TRUE(QFile::exists(fresh.filePath(QStringLiteral("databases/meeting.db"))));
+    ASSERT_EQ(scriptedPrompts().shown().size(), 1);
+    EXPECT_EQ(scriptedPrompts().shown().first().title, QStringLiteral(" Completed"));
+
+    // With no destination stored and the folder question cancelled, nothing is
+    // copied, the user is told so once, and the program ends all the same.
+    scriptedPrompts().clear();
+    session().BackupFolder.clear();
+    const BackupFolderPicker previous
+        = setBackupFolderPicker([](const QString& title) { return ui::BrowseForFolder(title); });
+    ExitApp();
+    setBackupFolderPicker(previous);
+    EXPECT_EQ(end.calls(), 3);
+    EXPECT_EQ(scriptedPrompts().dialogsRun(), QStringList{QStringLiteral("BrowseForFolder")});
+    ASSERT_EQ(scriptedPrompts().shown().size(), 1);
+    EXPECT_EQ(scriptedPrompts().shown().first().title, QStringLiteral(" Backup database"));
+    EXPECT_EQ(scriptedPrompts().shown().first().text,
+        QStringLiteral("No backup of the databases was made: no destination was chosen."));
 }
 
 TEST(ExitApp, AFolderThatCannotBeWrittenStillEnds)

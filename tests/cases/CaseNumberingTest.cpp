@@ -95,16 +95,16 @@ TEST_F(CaseNumberingTest, ProposalClimbsPastTakenNumbersAndKeepsTheClimb)
     EXPECT_EQ(fileLine("zhi.txt"), q("210"));
 }
 
-TEST_F(CaseNumberingTest, BeginNumberingWithKeepsTheCounterInPnb)
+TEST_F(CaseNumberingTest, BeginNumberingWithStartsTheSequenceAndKeepsTheCounterInPnb)
 {
     writeLine("pnb.txt", q("500"));
     writeLine("zhi.txt", q("200"));
     numbering->load();
-    addCase(q("26-200"));
-    EXPECT_EQ(numbering->proposeNumber(), q("26-201"));
-    EXPECT_EQ(fileLine("pnb.txt"), q("201"));
+    addCase(q("26-500"));
+    EXPECT_EQ(numbering->proposeNumber(), q("26-501"));
+    EXPECT_EQ(fileLine("pnb.txt"), q("501"));
     EXPECT_EQ(fileLine("zhi.txt"), q("200"));
-    EXPECT_EQ(numbering->PermitBase, q("201"));
+    EXPECT_EQ(numbering->PermitBase, q("501"));
 }
 
 TEST_F(CaseNumberingTest, EmptyOrNonNumericCounter)

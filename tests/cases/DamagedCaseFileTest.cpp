@@ -78,3 +78,26 @@ TEST_F(CaseScreenTest, ACaseOnADamagedPageIsReportedNotShownBlank)
     EXPECT_EQ(text(1), q("12-135"));
     EXPECT_EQ(find<QPushButton>("iBrowse")->text(), q("Detail")); // still the list
 }
+
+TEST_F(CaseScreenTest, ADamagedListFileIsNamedAndTheBuiltInListOffered)
+{
+    const QString types = installation.databaseFolder() + q("/zpt.txt");
+    {
+        QFile file(types);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("Pool\n\x01\x8f\x00\x00garbage\x02\n");
+    }
+    open();
+    QStringList told;
+    for (const Prompt& prompt : prompts().shown()) {
+        told << prompt.text;
+    }
+    ASSERT_EQ(told.filter(types).size(), 1) << told.join(q(" | ")).toStdString();
+    EXPECT_TRUE(told.filter(types).first().contains(q("The list built into the program is offered meanwhile.")));
+    auto* combo = find<QComboBox>("Combo1");
+    EXPECT_GE(combo->findText(q("Addition")), 0);
+    EXPECT_LT(combo->findText(q("Pool")), 0);
+    for (int i = 0; i < combo->count(); ++i) {
+        EXPECT_FALSE(combo->itemText(i).contains(q("garbage"))) << i;
+    }
+}

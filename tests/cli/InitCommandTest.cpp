@@ -11,6 +11,7 @@
 #include "support/ScriptedPrompts.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -52,6 +53,15 @@ TEST(InitCommand, MakesACompleteInstallationThatStarts)
     ASSERT_TRUE(settings.has_value());
     EXPECT_EQ(*settings, admin::Installation::defaultSettingsLines(home + QStringLiteral("/databases")));
     ASSERT_EQ(settings->size(), 14);
+    // The repair tool and the updater are linked in from beside the tool
+    // that made the installation, where the program starts them.
+    for (const char* name : {"dbMender", "Updater"}) {
+        const QString tool = QString::fromLatin1(name);
+        const QFileInfo link(home + QLatin1Char('/') + tool);
+        EXPECT_TRUE(link.isSymLink()) << tool.toStdString();
+        EXPECT_EQ(link.symLinkTarget(), QStringLiteral(PVARDO_BINARY_DIR "/") + tool);
+        EXPECT_TRUE(link.isExecutable()) << tool.toStdString();
+    }
 
     const auto users = admin::UserList::read(home + QStringLiteral("/Users.Set"));
     ASSERT_TRUE(users.has_value());
@@ -189,6 +199,24 @@ TEST(CheckDatabasesCommand, ReportsWhatItPutInPlace)
     QTemporaryDir dir;
     const QString home = dir.path();
     ASSERT_EQ(runAdmin({QStringLiteral("--home"), home, QStringLiteral("init")}).code, 0);
+    // The version is the column count of the store init made, whatever the
+    // last session wrote; a store that cannot be read says where the number
+    // came from.
+    AdminRun version = runAdmin({QStringLiteral("--home"), home, QStringLiteral("check-databases")});
+    EXPECT_TRUE(version.out.contains(QLatin1String("Parcel store version: 18\n"))) << version.out.toStdString();
+    ASSERT_TRUE(replaceTextLines(home + QStringLiteral("/databases/sblversion.txt"), {QStringLiteral("13")}));
+    version = runAdmin({QStringLiteral("--home"), home, QStringLiteral("check-databases")});
+    EXPECT_TRUE(version.out.contains(QLatin1String("Parcel store version: 18\n"))) << version.out.toStdString();
+    {
+        QFile store(home + QStringLiteral("/databases/sbl.db"));
+        ASSERT_TRUE(store.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        store.write(QByteArray(4096, 'x'));
+    }
+    version = runAdmin({QStringLiteral("--home"), home, QStringLiteral("check-databases")});
+    EXPECT_TRUE(version.out.contains(QLatin1String("Parcel store version: 13 (as sblversion.txt says; the parcel "
+                                                   "store cannot be read")))
+        << version.out.toStdString();
+
     QFile::remove(home + QStringLiteral("/databases/meeting.db"));
     QFile::remove(home + QStringLiteral("/databases/sbl.db"));
 
@@ -201,6 +229,8 @@ TEST(CheckDatabasesCommand, ReportsWhatItPutInPlace)
     run = runAdmin({QStringLiteral("--home"), home, QStringLiteral("check-databases")});
     EXPECT_EQ(run.code, 0);
     EXPECT_TRUE(run.out.contains(QLatin1String("No seeded database was missing.")));
+    // A store put back from the seed is of the older, 13-column kind.
+    EXPECT_TRUE(run.out.contains(QLatin1String("Parcel store version: 13\n"))) << run.out.toStdString();
 
     // A settings file that names an empty folder (a share that did not
     // connect): said, as the program says it, and nothing made anywhere.

@@ -46,20 +46,20 @@ void touch(const QString& path)
 
 } // namespace
 
-TEST(BackupDestination, OnlyAFileOrADriveRootWithAFilePasses)
+TEST(BackupDestination, AnyFolderThatIsTherePassesEmptyOrNot)
 {
     QTemporaryDir dir;
     touch(dir.filePath(q("marker.txt")));
     QDir().mkpath(dir.filePath(q("empty")));
-    EXPECT_TRUE(backupDestinationPasses(dir.filePath(q("marker.txt"))));
+    EXPECT_TRUE(backupDestinationPasses(dir.path()));
     EXPECT_TRUE(backupDestinationPasses(dir.path() + q("/")));
-    // A plain folder path fails, however good the folder.
-    EXPECT_FALSE(backupDestinationPasses(dir.path()));
-    EXPECT_FALSE(backupDestinationPasses(dir.filePath(q("empty/"))));
+    EXPECT_TRUE(backupDestinationPasses(dir.filePath(q("empty"))));
+    EXPECT_TRUE(backupDestinationPasses(dir.filePath(q("empty/"))));
+    EXPECT_FALSE(backupDestinationPasses(dir.filePath(q("missing"))));
     EXPECT_FALSE(backupDestinationPasses(dir.filePath(q("missing/"))));
+    EXPECT_FALSE(backupDestinationPasses(dir.filePath(q("marker.txt"))));
     EXPECT_FALSE(backupDestinationPasses(QString()));
-    // The root of a mounted file system counts as a drive root.
-    EXPECT_EQ(backupDestinationPasses(q("/")), !QDir(q("/")).entryList(QDir::Files).isEmpty());
+    EXPECT_FALSE(backupDestinationPasses(q("  ")));
 }
 
 TEST(BackupDatabases, StoredFolderThatFailsBringsThePickerUntilAChoicePasses)
@@ -68,18 +68,20 @@ TEST(BackupDatabases, StoredFolderThatFailsBringsThePickerUntilAChoicePasses)
     installation.applyTo(session());
     installation.createDatabase(store::Table::PBPROJ);
     QTemporaryDir drive;
-    touch(drive.filePath(q("label.txt")));
-    session().BackupFolder = drive.path(); // no trailing "/": fails the test
+    const QString unplugged = drive.filePath(q("unplugged"));
+    session().BackupFolder = unplugged;
     session().StopFlag = false;
-    PickerScript picker({drive.filePath(q("nothing-here/")), drive.path() + q("/")});
+    // The drive's empty folder passes.
+    PickerScript picker({drive.filePath(q("nothing-here/")), drive.path()});
 
     BackupDatabases(2);
 
+    EXPECT_FALSE(session().StopFlag);
     EXPECT_EQ(picker.titles.size(), 2);
     EXPECT_EQ(picker.titles.value(0), q("Locate the drive and directory to store the backup databases."));
     const QStringList texts = scriptedPrompts().shownTexts();
     ASSERT_EQ(texts.size(), 3) << texts.join(q("|")).toStdString();
-    EXPECT_EQ(texts.at(0), q("The default backup destination ") + drive.path()
+    EXPECT_EQ(texts.at(0), q("The default backup destination ") + unplugged
             + q(" cannot be found.\nYou must select the destination manually."));
     EXPECT_EQ(scriptedPrompts().shown().at(2).title, q(" Completed"));
     EXPECT_EQ(texts.at(2),

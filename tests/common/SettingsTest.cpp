@@ -126,6 +126,33 @@ TEST(ReadSettings, ShortOrHeadlessFileIsReplacedByDefaults)
     }
 }
 
+TEST(ReadSettings, ADamagedFileIsKeptAsideSaidAndReplacedByDefaults)
+{
+    QByteArray garbage = officeSettings(QStringLiteral("/srv/planning/databases")).join(QLatin1Char('\n')).toUtf8();
+    garbage.replace(20, 8, QByteArray("\x00\x13\xff\x02\x00\x00\x9c\x01", 8));
+    const QByteArray damages[] = {QByteArray(4096, '\0'), garbage};
+    for (const QByteArray& damage : damages) {
+        resetSession();
+        scriptedPrompts().clear();
+        SettingsFixture f;
+        writeBytes(f.ini, damage);
+        ASSERT_TRUE(ReadSettings(f.ini));
+        EXPECT_EQ(*readTextLines(f.ini), Settings::defaultLines(f.installation.databaseFolder(), false));
+        EXPECT_EQ(session().DatabaseFolder, f.installation.databaseFolder());
+        const QStringList kept = QDir(f.installation.programFolder()).entryList({QStringLiteral("PVardo.ini.damaged-*")});
+        ASSERT_EQ(kept.size(), 1);
+        QFile keptFile(f.installation.path(kept.first()));
+        ASSERT_TRUE(keptFile.open(QIODevice::ReadOnly));
+        EXPECT_EQ(keptFile.readAll(), damage);
+        ASSERT_EQ(scriptedPrompts().shown().size(), 1);
+        const QString told = scriptedPrompts().shown().constFirst().text;
+        EXPECT_TRUE(told.startsWith(QStringLiteral("The settings file ") + f.ini + QStringLiteral(" is damaged")))
+            << told.toStdString();
+        EXPECT_TRUE(told.contains(kept.first()));
+        EXPECT_TRUE(told.contains(QStringLiteral("restore the settings file from the last backup")));
+    }
+}
+
 TEST(ReadSettings, OnlyTrueInAnyCaseSharesTheParcelStore)
 {
     const struct

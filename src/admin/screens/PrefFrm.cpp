@@ -1,7 +1,9 @@
 #include "admin/screens/PrefFrm.h"
 
 #include "admin/UserLogon.h"
+#include "cases/CaseNumbering.h"
 #include "common/DriveKind.h"
+#include "parcels/ParcelService.h"
 #include "common/PromptService.h"
 #include "common/Session.h"
 #include "common/SettingStore.h"
@@ -10,15 +12,18 @@
 #include "store/DatabaseLocation.h"
 #include "ui/BrowseForFolder.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
+#include <QFileInfo>
 #include <QFontDatabase>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
@@ -205,8 +210,14 @@ PrefFrm::PrefFrm(QWidget* parent)
         prompts().exec(headerScreen);
     });
 
-    fill(loadPreferences(session()));
+    const Preferences loaded = loadPreferences(session());
+    fill(loaded);
+    m_damagedFiles = loaded.damagedFiles;
     m_tabs->setCurrentIndex(0);
+    if (!loaded.damagedFiles.isEmpty()) {
+        showMessage(damagedSettingsMessage(loaded.damagedFiles), QStringLiteral(" Preferences"), PromptButtons::Ok,
+            PromptIcon::Exclamation);
+    }
 }
 
 void PrefFrm::fill(const Preferences& p)
@@ -278,6 +289,7 @@ Preferences PrefFrm::current() const
     }
     p.editorFontName = m_fontName->currentText();
     p.editorFontSize = m_fontSize->currentText();
+    p.damagedFiles = m_damagedFiles;
     return p;
 }
 
@@ -375,6 +387,48 @@ void PrefFrm::Command9()
     m_newMember->clear();
 }
 
+bool PrefFrm::closeScreensOfOldFolder()
+{
+    // Every window but the dashboard (which reads the new folder at once)
+    // and this screen shows records of the old folder: they are closed
+    // before the switch rather than left showing, and saving into, the old
+    // databases.
+    const QWidget* dashboard = parentWidget() ? parentWidget()->window() : nullptr;
+    QList<QPointer<QWidget>> open;
+    QStringList names;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget* window : windows) {
+        if (window == this || window == dashboard || !window->isVisible() || window->isAncestorOf(this)) {
+            continue;
+        }
+        open << window;
+        names << QStringLiteral("  ")
+                + (window->windowTitle().trimmed().isEmpty() ? window->objectName() : window->windowTitle().trimmed());
+    }
+    if (open.isEmpty()) {
+        return true;
+    }
+    const QString question
+        = QStringLiteral("These screens show the databases of the present location and are closed before the "
+                         "switch; a change not yet saved in them is lost:")
+        + kBr + names.join(kBr) + kBr + kBr + QStringLiteral("Close them and switch now? If not, nothing is changed.");
+    if (showMessage(question, QStringLiteral(" Change Master Database Location"), PromptButtons::YesNo,
+            PromptIcon::Question)
+        != PromptAnswer::Yes) {
+        return false;
+    }
+    for (const QPointer<QWidget>& window : std::as_const(open)) {
+        if (window && !window->close()) {
+            showMessage(QStringLiteral("%1 stays open, so the database location was not changed. No settings "
+                                       "were changed.")
+                            .arg(window->windowTitle().trimmed()),
+                QStringLiteral(" Change Master Database Location"), PromptButtons::Ok, PromptIcon::Exclamation);
+            return false;
+        }
+    }
+    return true;
+}
+
 PrefFrm::FolderCopy PrefFrm::offerDatabaseCopy(const QString& folder)
 {
     const Session& state = session();
@@ -392,6 +446,9 @@ PrefFrm::FolderCopy PrefFrm::offerDatabaseCopy(const QString& folder)
             PromptIcon::Question)
         != PromptAnswer::Yes) {
         return FolderCopy::Declined;
+    }
+    if (!closeScreensOfOldFolder()) {
+        return FolderCopy::Failed;
     }
     setCursor(Qt::WaitCursor);
     QString error;
@@ -439,8 +496,28 @@ void PrefFrm::Command1()
                   QStringLiteral(" Change Master Database Location"), PromptButtons::YesNo,
                   PromptIcon::Question)
             == PromptAnswer::Yes;
+        if (switchFolder && !closeScreensOfOldFolder()) {
+            return;
+        }
     }
     const QString folderAfter = databaseFolderAfterSave(state, chosen, switchFolder);
+    if (switchFolder) {
+        // The templates are looked for beside the new database folder: it
+        // gets those in use unless it has its own.
+        const QString formsAfter = store::formsFolderFor(folderAfter, state.ProgramFolder);
+        QString why;
+        if (QDir::cleanPath(formsAfter) != QDir::cleanPath(state.FormsFolder)
+            && !QFileInfo::exists(formsAfter + QStringLiteral("/gTitle.rtf"))
+            && !copyMissingForms(state.FormsFolder, formsAfter, &why)) {
+            showMessage(QStringLiteral("The letter and report templates could not be copied beside the new "
+                                       "database location: %1.")
+                                .arg(why)
+                    + kBr + kBr + QStringLiteral("The database location stays %1. No settings were changed.")
+                                     .arg(QDir::toNativeSeparators(state.MasterDatabaseFolder)),
+                QStringLiteral(" Preferences"), PromptButtons::Ok, PromptIcon::Critical);
+            return;
+        }
+    }
     // The board members and the numbering shown are those of the folder in
     // use: a folder switched to keeps its own, unless it was just made a copy
     // of this one.
@@ -472,6 +549,10 @@ void PrefFrm::Command1()
     state.OnlineCodesLink = chosen.onlineCodesLink.trimmed();
     state.LocalCodesLink = chosen.localCodesLink.trimmed();
     ApplyUserLevel();
+    // The next case number follows the numbering just saved, and the parcel
+    // look-ups the store now chosen, in the folder now in use.
+    cases::reloadCaseNumbering();
+    parcels::unloadMdb();
     if (!chosen.localGisLink.trimmed().isEmpty()) {
         state.LocalGisLink = chosen.localGisLink.trimmed();
         state.UseDefaultBrowser = chosen.useDefaultBrowser ? QStringLiteral("T") : QStringLiteral("F");

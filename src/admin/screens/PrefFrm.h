@@ -42,6 +42,10 @@ private:
     enum class FolderCopy { Copied, Declined, Failed };
     // Offers to copy the databases in use into a new location that holds none.
     FolderCopy offerDatabaseCopy(const QString& folder);
+    // Before a switch of the database location: the other open screens,
+    // named in a question, are closed. False when the user keeps them (or
+    // one stays open): the switch must not happen.
+    bool closeScreensOfOldFolder();
     void fill(const Preferences& preferences);
     void showSample();
 
@@ -59,6 +63,7 @@ private:
     QCheckBox* m_defaultBrowser = nullptr;
     QCheckBox* m_computerDecides = nullptr;
     QLineEdit* m_beginNumbering = nullptr;
+    QStringList m_damagedFiles; // written anew by a save
     QListWidget* m_members = nullptr;
     QLineEdit* m_newMember = nullptr;
     QComboBox* m_fontName = nullptr;

@@ -3,10 +3,12 @@
 #include "admin/screens/AdminScreens.h"
 #include "app/screens/AboutScreen.h"
 #include "app/screens/MaintenanceCommands.h"
+#include "cases/CaseNumbering.h"
 #include "cases/screens/ZPermits.h"
 #include "common/PromptService.h"
 #include "common/Session.h"
 #include "documents/screens/NotepadFrm.h"
+#include "parcels/ParcelService.h"
 #include "parcels/screens/CCalc.h"
 #include "parcels/screens/RollScreens.h"
 #include "parcels/screens/SblFrm.h"
@@ -45,8 +47,15 @@ void wireDashboard(schedule::Scheduler& dashboard)
     dashboard.setMenuCommand(QStringLiteral("defaults"), [window] {
         const QString before = session().DatabaseFolder;
         admin::showPreferences(window);
-        // Moved to other databases: the dashboard reads them at once.
+        // Moved to other databases: nothing may go on reading or writing the
+        // old ones. The preferences closed the other screens before the
+        // switch; what is kept for the next use goes, and the dashboard reads
+        // the new folder at once.
         if (session().DatabaseFolder != before) {
+            window->dropCaseScreen();
+            parcels::releaseRoll();
+            parcels::unloadMdb();
+            cases::reloadCaseNumbering();
             window->reloadMonth();
         }
     });

@@ -43,9 +43,15 @@ std::function<void()>& storeChangedListener()
 }
 
 // The roll of the session, opened on first use and kept for the run.
-RpsRoll& rps()
+std::unique_ptr<RpsRoll>& keptRoll()
 {
     static std::unique_ptr<RpsRoll> roll;
+    return roll;
+}
+
+RpsRoll& rps()
+{
+    std::unique_ptr<RpsRoll>& roll = keptRoll();
     const QString path = RpsRoll::rollPathIn(session().DatabaseFolder);
     if (!roll || roll->rollPath() != path) {
         roll = std::make_unique<RpsRoll>(path);
@@ -634,6 +640,11 @@ void syncSBL(QWidget* parent)
     }
     SyncFrm progress(parent);
     prompts().exec(progress);
+}
+
+void releaseRoll()
+{
+    keptRoll().reset();
 }
 
 void setParcelStoreChanged(std::function<void()> listener)

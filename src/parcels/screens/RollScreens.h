@@ -164,6 +164,10 @@ void updateparcel(QWidget* parent);
 void viewparcel(QWidget* parent);
 void syncSBL(QWidget* parent);
 
+// Closes the roll the import screens keep open, as after a move to another
+// database folder; the next use opens the roll of the session's folder.
+void releaseRoll();
+
 // Tells the parcel browser, when it is open, to read the store again.
 void setParcelStoreChanged(std::function<void()> listener);
 

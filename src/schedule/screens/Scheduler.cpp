@@ -778,6 +778,15 @@ void Scheduler::iPlaning()
     hide();
 }
 
+void Scheduler::dropCaseScreen()
+{
+    if (m_caseScreen) {
+        m_caseScreen->removeEventFilter(this);
+        m_caseScreen->hide();
+        delete m_caseScreen.data();
+    }
+}
+
 void Scheduler::returnFromCaseScreen()
 {
     if (isVisible()) {

@@ -59,6 +59,11 @@ public:
     // commands are off.
     void setCaseScreenFactory(std::function<QWidget*()> factory);
 
+    // After a move to another database folder: the case screen kept for the
+    // next iPlaning (with its sub-record screens) holds the old folder's
+    // records, so it goes, and the next one is made on the new folder.
+    void dropCaseScreen();
+
     // How Minutes opens the minutes of the meeting in the editor: the
     // notepad, bound to the meeting's row. Minutes is on while a meeting is
     // shown and not being typed, and only with an opener.
