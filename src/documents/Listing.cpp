@@ -8,8 +8,12 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QFont>
+#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+
+#include <algorithm>
+#include <cmath>
 
 namespace pvardo::documents {
 
@@ -64,6 +68,7 @@ Listing::Listing(QTextDocument& report, double fontSize)
     font.setPointSizeF(fontSize > 0 ? fontSize : 10);
     m_report.setDefaultFont(font);
     m_format.setFont(font);
+    m_format.setProperty(listingMarkProperty, true);
 }
 
 void Listing::append(const QString& text)
@@ -131,6 +136,53 @@ int Listing::appendRows(store::Recordset& rows, const QList<ListingColumn>& colu
     }
     append(batch);
     return written;
+}
+
+bool isListing(const QTextDocument& document)
+{
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        for (auto fragment = block.begin(); !fragment.atEnd(); ++fragment) {
+            if (fragment.fragment().isValid() && fragment.fragment().length() > 0) {
+                return fragment.fragment().charFormat().boolProperty(listingMarkProperty);
+            }
+        }
+    }
+    return false;
+}
+
+int widestLine(const QTextDocument& document)
+{
+    int widest = 0;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        const QString text = block.text();
+        // A line break inside a paragraph (U+2028) starts a line as well.
+        for (const QStringView line : QStringView(text).split(QChar::LineSeparator)) {
+            widest = std::max(widest, int(line.size()));
+        }
+    }
+    return widest;
+}
+
+ListingPaper fitListing(int characters, double fontSize, double characterWidth, double portraitWidth,
+                        double landscapeWidth)
+{
+    ListingPaper paper;
+    paper.fontSize = fontSize > 0 ? fontSize : 10;
+    if (characters <= 0 || characterWidth <= 0) {
+        return paper;
+    }
+    // A hair of room for the layout's rounding, then tenths of a point.
+    auto largestThatFits = [&](double width) {
+        return std::floor(width * 0.99 / (characters * characterWidth) * 10) / 10;
+    };
+    const double portrait = std::min(paper.fontSize, largestThatFits(portraitWidth));
+    if (portrait >= std::min(paper.fontSize, smallestPortraitListingSize)) {
+        paper.fontSize = portrait;
+        return paper;
+    }
+    paper.landscape = true;
+    paper.fontSize = std::max(0.1, std::min(paper.fontSize, largestThatFits(landscapeWidth)));
+    return paper;
 }
 
 } // namespace pvardo::documents

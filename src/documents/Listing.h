@@ -3,6 +3,7 @@
 #include <QList>
 #include <QString>
 #include <QTextCharFormat>
+#include <QTextFormat>
 
 #include <functional>
 
@@ -60,5 +61,33 @@ private:
 
 // The face listings are laid out in.
 inline QString listingFontFamily() { return QStringLiteral("Courier New"); }
+
+// The characters of a listing carry this mark in their format, so the print
+// path knows a listing from a letter loaded into the same buffer later.
+constexpr int listingMarkProperty = QTextFormat::UserProperty + 5;
+
+// The document was built as a listing (its first character carries the mark).
+bool isListing(const QTextDocument& document);
+
+// The longest line of a document, in characters.
+int widestLine(const QTextDocument& document);
+
+// How a listing is set on paper. A row of a listing is never broken in two:
+// a credit's "-" on one line and its amount on the next reads as money due.
+struct ListingPaper {
+    double fontSize = 10;
+    bool landscape = false;
+};
+
+// The one rule for every listing: its widest line of `characters` must fit
+// between the margins. The listing's own size on portrait paper when it fits;
+// smaller on portrait down to smallestPortraitListingSize; otherwise landscape
+// at the listing's size or, when even that is too wide, the largest size that
+// fits, however small. `characterWidth` is the width of one character at one
+// point of size; the widths between the margins are in the same unit.
+ListingPaper fitListing(int characters, double fontSize, double characterWidth, double portraitWidth,
+                        double landscapeWidth);
+
+constexpr double smallestPortraitListingSize = 8;
 
 } // namespace pvardo::documents

@@ -308,6 +308,26 @@ void plugFixedWords(QTextDocument& buffer, int screenCode, const FixedWords& wor
     }
 }
 
+namespace {
+
+// The pictures of a letter: the record's, the signature and the logo, or
+// nothing where none is chosen.
+void scanPictureTokens(PlaceholderScan& scan, QTextDocument& buffer)
+{
+    const Session& s = session();
+    scan.other(QStringLiteral("%pi"), [&] { replaceByPicture(buffer, QStringLiteral("%pi"), s.DatabaseFolder + QStringLiteral("/pics/MP")); });
+    scan.other(QStringLiteral("%si"), [&] { replaceByPicture(buffer, QStringLiteral("%si"), s.MasterDatabaseFolder + QStringLiteral("/memos/sig.bmp")); });
+    scan.other(QStringLiteral("%lo"), [&] { replaceByPicture(buffer, QStringLiteral("%lo"), s.MasterDatabaseFolder + QStringLiteral("/memos/logo.bmp")); });
+}
+
+} // namespace
+
+void ExpandPictureTokens(QTextDocument& buffer)
+{
+    PlaceholderScan scan(buffer);
+    scanPictureTokens(scan, buffer);
+}
+
 void ExpandPrintTokens(QTextDocument& buffer)
 {
     const PrintState& state = printState();
@@ -324,10 +344,7 @@ void ExpandPrintTokens(QTextDocument& buffer)
     scan.token(QStringLiteral("%nm"), state.addressee.name);
     scan.token(QStringLiteral("%ad"), state.addressee.street);
     scan.token(QStringLiteral("%zp"), state.addressee.city);
-    const Session& s = session();
-    scan.other(QStringLiteral("%pi"), [&] { replaceByPicture(buffer, QStringLiteral("%pi"), s.DatabaseFolder + QStringLiteral("/pics/MP")); });
-    scan.other(QStringLiteral("%si"), [&] { replaceByPicture(buffer, QStringLiteral("%si"), s.MasterDatabaseFolder + QStringLiteral("/memos/sig.bmp")); });
-    scan.other(QStringLiteral("%lo"), [&] { replaceByPicture(buffer, QStringLiteral("%lo"), s.MasterDatabaseFolder + QStringLiteral("/memos/logo.bmp")); });
+    scanPictureTokens(scan, buffer);
     for (int i = 1; i <= 25; ++i) {
         const QString& slot = state.receiptSlots[size_t(i)];
         scan.literal(QLatin1Char('%') + twoDigits(i), slot);

@@ -85,6 +85,8 @@ void plugFixedWords(QTextDocument& buffer, int screenCode, const FixedWords& wor
 // addressee still in the text, the pictures "%pi", "%si", "%lo", and the
 // numbered slots, which vanish when no screen filled them.
 void ExpandPrintTokens(QTextDocument& buffer);
+// Its pictures alone, so that a window shows a letter as it will print.
+void ExpandPictureTokens(QTextDocument& buffer);
 
 // Each screen that prints registers its PlugVars: the operation that fills
 // all the screen knows into a letter. The merge runs the screen's, then always

@@ -3,19 +3,23 @@
 #include "documents/DocumentPaper.h"
 #include "documents/DocumentPassages.h"
 #include "documents/DocumentSections.h"
+#include "documents/Listing.h"
 #include "documents/PageGeometry.h"
 #include "documents/Placeholders.h"
 #include "documents/RichTextLayout.h"
 #include "documents/RtfReader.h"
 
+#include <QFontMetricsF>
 #include <QHash>
 #include <QPageLayout>
 #include <QPagedPaintDevice>
 #include <QPainter>
+#include <QTextCharFormat>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 
@@ -64,6 +68,45 @@ std::unique_ptr<QTextDocument> notesDocument(const QList<QByteArray>& notes, con
     return document;
 }
 
+// A listing's rows are never broken: the paper is turned and the type made
+// smaller until its widest line fits between the margins (the rule is
+// fitListing's). Gives the size to print it at, or 0 for any other document,
+// which prints as it stands.
+double fitListingToDevice(const QTextDocument& buffer, QPagedPaintDevice& device, const PrintSettings& settings)
+{
+    if (!isListing(buffer)) {
+        return 0;
+    }
+    QTextCursor first(const_cast<QTextDocument*>(&buffer));
+    first.movePosition(QTextCursor::NextCharacter);
+    QFont font = first.charFormat().font();
+    const double size = font.pointSizeF() > 0 ? font.pointSizeF() : buffer.defaultFont().pointSizeF();
+    font.setPointSizeF(10);
+    const QFontMetricsF metrics(font, &device);
+    const double characterWidth = metrics.horizontalAdvance(QLatin1Char('M')) / 10 * 72 / device.logicalDpiX();
+    const QSizeF paper = device.pageLayout().fullRectPoints().size();
+    const double margins = (std::clamp(settings.leftMargin, 0.0, 22.0) + std::clamp(settings.rightMargin, 0.0, 22.0)) * 72;
+    const ListingPaper fit = fitListing(widestLine(buffer), size, characterWidth,
+                                        std::min(paper.width(), paper.height()) - margins,
+                                        std::max(paper.width(), paper.height()) - margins);
+    QPageLayout layout = device.pageLayout();
+    layout.setOrientation(fit.landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
+    device.setPageLayout(layout);
+    return fit.fontSize;
+}
+
+void setListingSize(QTextDocument& passage, double size)
+{
+    QFont font = passage.defaultFont();
+    font.setPointSizeF(size);
+    passage.setDefaultFont(font);
+    QTextCursor all(&passage);
+    all.select(QTextCursor::Document);
+    QTextCharFormat format;
+    format.setFontPointSize(size);
+    all.mergeCharFormat(format);
+}
+
 // A passage holds text other than empty paragraphs.
 bool holdsText(const QTextDocument& document)
 {
@@ -95,14 +138,25 @@ PrintOutcome PrintRichText(QTextDocument& buffer, QPagedPaintDevice& device, con
     const DocumentPaper paper = documentPaper(buffer);
     const QList<DocumentSection> sections = documentSections(buffer);
     const bool facingPages = documentFacingPages(buffer);
-    std::vector<DocumentPassage> passages = cutIntoPassages(buffer, passageCharacters);
-    if (const QList<QByteArray> notes = documentNotes(buffer); !notes.isEmpty()) {
-        const std::unique_ptr<QTextDocument> notesText = notesDocument(notes, buffer);
-        for (DocumentPassage& passage : cutIntoPassages(*notesText, passageCharacters)) {
-            passage.section = -1;
-            passages.push_back(std::move(passage));
+    const double listingSize = fitListingToDevice(buffer, device, settings);
+    // Each copy lays out passages of its own: a layout takes its passage.
+    auto makePassages = [&] {
+        std::vector<DocumentPassage> made = cutIntoPassages(buffer, passageCharacters);
+        if (listingSize > 0) {
+            for (DocumentPassage& passage : made) {
+                setListingSize(*passage.document, listingSize);
+            }
         }
-    }
+        if (const QList<QByteArray> notes = documentNotes(buffer); !notes.isEmpty()) {
+            const std::unique_ptr<QTextDocument> notesText = notesDocument(notes, buffer);
+            for (DocumentPassage& passage : cutIntoPassages(*notesText, passageCharacters)) {
+                passage.section = -1;
+                made.push_back(std::move(passage));
+            }
+        }
+        return made;
+    };
+    std::vector<DocumentPassage> passages = makePassages();
     std::vector<bool> textFollows(passages.size(), false);
     for (size_t i = passages.size(); i-- > 1;) {
         textFollows[i - 1] = textFollows[i] || holdsText(*passages[i].document);
@@ -232,56 +286,75 @@ PrintOutcome PrintRichText(QTextDocument& buffer, QPagedPaintDevice& device, con
         return outcome;
     };
 
-    for (size_t index = 0; index < passages.size(); ++index) {
-        DocumentPassage& passage = passages[index];
-        if (index > 0 && passage.section >= 0) {
-            const DocumentSection next = sectionAt(passage.section);
-            if (next.newPage && pageHoldsText) {
-                if (!newPage(&next)) {
-                    return refused();
-                }
-            } else {
-                // A section that runs on: its margins from here, its paper
-                // and headers from the next page.
-                section = next;
-                geometry = geometryOf(section);
-            }
-        }
-        RichTextLayout layout(std::move(passage.document), &device,
-                                    geometry.toDeviceX(geometry.rightEdge - geometry.leftEdge));
-        layout.setTextFollows(textFollows[index]);
-        if (layout.breaksBefore() && pageHoldsText && !newPage(nullptr)) {
-            return refused();
-        }
-        int position = 0;
-        while (position < layout.textLength()) {
-            qreal top = y;
-            if (pageHoldsText && position == 0) {
-                top = y + std::max(trailing, layout.leadingSpace()) - layout.leadingSpace();
-            }
-            const qreal bottom = geometry.toDeviceY(geometry.bottomEdge - (settings.footer ? footerReserve : 0));
-            const QRectF target(QPointF(geometry.toDeviceX(geometry.leftEdge), top),
-                                QPointF(geometry.toDeviceX(geometry.rightEdge), std::max(bottom, top)));
-            qreal used = 0;
-            const int next = layout.formatRange(&painter, position, target, pageHoldsText, &used);
-            if (next == position) {
-                if (!newPage(nullptr)) {
-                    return refused();
-                }
-                continue;
-            }
-            if (used > 0 || next < layout.textLength()) {
-                pageHoldsText = true;
-                y = top + used;
-            }
-            position = next;
-            if (position < layout.textLength() && !newPage(nullptr)) {
+    const int firstPage = counter;
+    const DocumentSection firstSection = section;
+    for (int copy = 0; copy < std::max(1, settings.copies); ++copy) {
+        if (copy > 0) {
+            // Each copy begins on a page of its own and counts its pages anew.
+            counter = firstPage;
+            section = firstSection;
+            pageInSection = 1;
+            usePaperOf(section);
+            if (!device.newPage()) {
                 return refused();
             }
+            geometry = geometryOf(section);
+            y = geometry.toDeviceY(settings.startY < 1 ? geometry.topEdge : settings.startY);
+            pageHoldsText = false;
+            trailing = 0;
+            passages = makePassages();
         }
-        trailing = layout.trailingSpace();
+        for (size_t index = 0; index < passages.size(); ++index) {
+            DocumentPassage& passage = passages[index];
+            if (index > 0 && passage.section >= 0) {
+                const DocumentSection next = sectionAt(passage.section);
+                if (next.newPage && pageHoldsText) {
+                    if (!newPage(&next)) {
+                        return refused();
+                    }
+                } else {
+                    // A section that runs on: its margins from here, its paper
+                    // and headers from the next page.
+                    section = next;
+                    geometry = geometryOf(section);
+                }
+            }
+            RichTextLayout layout(std::move(passage.document), &device,
+                                        geometry.toDeviceX(geometry.rightEdge - geometry.leftEdge));
+            layout.setTextFollows(textFollows[index]);
+            if (layout.breaksBefore() && pageHoldsText && !newPage(nullptr)) {
+                return refused();
+            }
+            int position = 0;
+            while (position < layout.textLength()) {
+                qreal top = y;
+                if (pageHoldsText && position == 0) {
+                    top = y + std::max(trailing, layout.leadingSpace()) - layout.leadingSpace();
+                }
+                const qreal bottom = geometry.toDeviceY(geometry.bottomEdge - (settings.footer ? footerReserve : 0));
+                const QRectF target(QPointF(geometry.toDeviceX(geometry.leftEdge), top),
+                                    QPointF(geometry.toDeviceX(geometry.rightEdge), std::max(bottom, top)));
+                qreal used = 0;
+                const int next = layout.formatRange(&painter, position, target, pageHoldsText, &used);
+                if (next == position) {
+                    if (!newPage(nullptr)) {
+                        return refused();
+                    }
+                    continue;
+                }
+                if (used > 0 || next < layout.textLength()) {
+                    pageHoldsText = true;
+                    y = top + used;
+                }
+                position = next;
+                if (position < layout.textLength() && !newPage(nullptr)) {
+                    return refused();
+                }
+            }
+            trailing = layout.trailingSpace();
+        }
+        finishPage();
     }
-    finishPage();
     if (!painter.end()) {
         outcome.error = QStringLiteral("Error The printer could not finish the document.");
         return outcome;

@@ -37,6 +37,8 @@ struct PrintSettings {
     // laid out, and on the footer before each page. When empty, only "##"
     // (the page counter) is filled.
     std::function<void(QTextDocument&)> expandPrintTokens;
+    // Copies in one job, each from a new page and with its own page numbers.
+    int copies = 1;
 };
 
 struct PrintOutcome {
@@ -51,8 +53,9 @@ struct PrintOutcome {
 // twips above the bottom edge to 160 below it, with the page counter; a new
 // page follows only while text remains, so text that ends exactly at the foot
 // of a page leaves no blank page. A section that begins on a new page does
-// so; the document's footnotes follow its text, numbered. The buffer itself
-// is changed only by the print-time placeholder pass.
+// so; the document's footnotes follow its text, numbered. A listing (see
+// Listing.h) is turned and set smaller so that no row breaks. The buffer
+// itself is changed only by the print-time placeholder pass.
 PrintOutcome PrintRichText(QTextDocument& buffer, QPagedPaintDevice& device, const PrintSettings& settings);
 
 // What is printed on a device, whichever device the output goes to: a

@@ -11,6 +11,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QFile>
+#include <QImage>
 #include <QLabel>
 #include <QMenu>
 #include <QSet>
@@ -154,6 +155,9 @@ TEST_F(CaseLetters, customLettersOfTheCaseScreenGoToTheContact)
 {
     shipTemplate(q("hearing.rtf"), q("demo"));
     shipTemplate(q("0custom.txt"), q("demo"));
+    QFile header(q(":/shipped/forms/gTitle.rtf"));
+    ASSERT_TRUE(header.open(QIODevice::ReadOnly));
+    session().ReportHeaderRtf = QString::fromLatin1(header.readAll());
     open();
     const QStringList offered = choose(q("Notice of Public Hearing"));
     EXPECT_EQ(offered, (QStringList{q("Application Detail"), q("Label for Mailing"), q("Notice of Public Hearing"),
@@ -165,6 +169,8 @@ TEST_F(CaseLetters, customLettersOfTheCaseScreenGoToTheContact)
     EXPECT_TRUE(text.contains(q("which was filed on the 3rd day of February, 2012."))) << text.toStdString();
     EXPECT_TRUE(text.contains(q("Date of the hearing:")));
     EXPECT_TRUE(documents::Editor::instance().isVisible());
+    // The letterhead's logo shows as it will print: nothing while none is chosen.
+    EXPECT_FALSE(text.contains(q("%lo"))) << text.toStdString();
     if (documents::defaultPrinterName().isEmpty()) {
         // On paper the long paragraphs break into lines, whatever the window
         // does with them.
@@ -175,7 +181,29 @@ TEST_F(CaseLetters, customLettersOfTheCaseScreenGoToTheContact)
         EXPECT_TRUE(pages.first().contains(q("Carl Contact")));
         // No signature chosen: its place stays empty.
         EXPECT_FALSE(pages.first().contains(q("%si")));
+        // The hearing's date, time and place are blanks in one column.
+        QList<qreal> blanks;
+        qreal label = 0;
+        for (const PdfWord& word : pdfWords(documents::Editor::instance().lastPdf(), 0)) {
+            if (word.text.startsWith(q("____"))) {
+                blanks << word.box.left();
+            } else if (word.text == q("hearing:")) {
+                label = word.box.right();
+            }
+        }
+        ASSERT_EQ(blanks.size(), 3);
+        EXPECT_NEAR(blanks.at(1), blanks.at(0), 0.5);
+        EXPECT_NEAR(blanks.at(2), blanks.at(0), 0.5);
+        EXPECT_GT(blanks.at(0), label + 4) << "the label stays short of its blank";
     }
+    // With a logo chosen the window shows the picture.
+    QDir(session().MasterDatabaseFolder).mkpath(q("memos"));
+    QImage logo(40, 20, QImage::Format_RGB32);
+    logo.fill(Qt::blue);
+    ASSERT_TRUE(logo.save(session().MasterDatabaseFolder + q("/memos/logo.bmp"), "BMP"));
+    choose(q("Notice of Public Hearing"));
+    EXPECT_TRUE(report().contains(QChar::ObjectReplacementCharacter));
+    EXPECT_FALSE(report().contains(q("%lo")));
 
     // Its file gone: the office is told which file and which list to check.
     QFile::remove(session().FormsFolder + q("/hearing.rtf"));

@@ -76,3 +76,48 @@ inline QRectF pdfWordBox(const QString& path, const QString& word)
 }
 
 } // namespace pvardo::test
+
+namespace pvardo::test {
+
+// The words of a page of a PDF file with where they stand, in points from the
+// paper's corner, and the paper's size.
+struct PdfWord {
+    QString text;
+    QRectF box;
+};
+inline QList<PdfWord> pdfWords(const QString& path, int index, QSizeF* paper = nullptr)
+{
+    QList<PdfWord> words;
+    std::unique_ptr<Poppler::Document> pdf = Poppler::Document::load(path);
+    if (!pdf || index >= pdf->numPages()) {
+        return words;
+    }
+    std::unique_ptr<Poppler::Page> page = pdf->page(index);
+    if (paper) {
+        *paper = page->pageSizeF();
+    }
+    for (const std::unique_ptr<Poppler::TextBox>& box : page->textList()) {
+        words.append({box->text(), box->boundingBox()});
+    }
+    return words;
+}
+
+// The words that stand on the line of the first word `word`, left to right.
+inline QStringList pdfLineOf(const QList<PdfWord>& words, const QString& word)
+{
+    QStringList line;
+    for (const PdfWord& anchor : words) {
+        if (anchor.text != word) {
+            continue;
+        }
+        for (const PdfWord& other : words) {
+            if (qAbs(other.box.bottom() - anchor.box.bottom()) < 1) {
+                line << other.text;
+            }
+        }
+        break;
+    }
+    return line;
+}
+
+} // namespace pvardo::test

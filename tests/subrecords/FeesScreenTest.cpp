@@ -10,6 +10,7 @@
 #include "documents/PrintState.h"
 #include "documents/printer/DefaultPrinter.h"
 #include "documents/screens/Editor.h"
+#include "documents/screens/NotepadFrm.h"
 #include "subrecords/FeeRules.h"
 #include "subrecords/screens/FeesFrm.h"
 #include "subrecords/screens/SubRecordScreens.h"
@@ -19,6 +20,7 @@
 #include <QCheckBox>
 #include <QCoreApplication>
 #include <QDialog>
+#include <QDir>
 #include <QFocusEvent>
 #include <QRadioButton>
 #include <QSpinBox>
@@ -26,6 +28,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextDocument>
+#include <QTextEdit>
 #include <QTreeWidget>
 
 namespace pvardo::test {
@@ -423,6 +426,64 @@ TEST_F(FeesScreen, listingAndReceiptPrintToTheCent)
     ASSERT_FALSE(pages.isEmpty());
     EXPECT_TRUE(pages.first().contains(q("$12.50")));
     EXPECT_TRUE(pages.first().contains(q("Copies")));
+}
+
+// On paper a credit must read as a credit: each row of the 89-character fee
+// listing stays on one line, its amounts beside its date. Two receipt copies
+// are one job: one PDF file of two pages.
+TEST_F(FeesScreen, listingRowsStayWholeOnPaperAndReceiptCopiesMakeOnePdf)
+{
+    if (!documents::defaultPrinterName().isEmpty()) {
+        GTEST_SKIP() << "a printer is set up on this machine";
+    }
+    shipTemplate(q("feeshead.rtf"));
+    shipTemplate(q("receipt.rtf"));
+    openFees();
+    addCharge(q("Overpaid filing fee, refund due to the applicant"), q("10"), q("63.50"));
+    addCharge(q("Escrow for engineering review"), q("1,250"), q("1,000"));
+    choose(q("Listing of Fees"));
+    documents::Editor& editor = documents::Editor::instance();
+    editor.findChild<QPushButton*>(q("iPrint"))->click();
+    QSizeF paper;
+    const QList<PdfWord> words = pdfWords(editor.lastPdf(), 0, &paper);
+    const QStringList credit = pdfLineOf(words, q("-$53.50"));
+    EXPECT_EQ(credit, (QStringList{q("03/01/2012"), q("Overpaid"), q("filing"), q("fee,"), q("refund"), q("due"),
+                                   q("to"), q("03/01/2012"), q("$10.00"), q("$63.50"), q("-$53.50")}))
+        << credit.join(q(" ")).toStdString();
+    EXPECT_TRUE(pdfLineOf(words, q("Escrow")).contains(q("$250.00")));
+    EXPECT_LT(paper.width(), paper.height()) << "a listing this wide is set smaller, upright";
+    // Asked for with view/edit first, a listing opens unlocked where it prints,
+    // its rows unbroken on the screen as well.
+    prompts().onDialog(q("PrintFrm"), [](QDialog& dialog) {
+        auto* types = dialog.findChild<QComboBox*>(q("Combo2"));
+        types->setCurrentIndex(types->findText(q("Listing of Fees")));
+        dialog.findChild<QCheckBox*>(q("Check1"))->setChecked(true);
+        dialog.findChild<QPushButton*>(q("iPrint"))->click();
+        return dialog.result();
+    });
+    fees->findChild<QAction*>(q("doprint"))->trigger();
+    auto* shown = editor.findChild<QTextEdit*>(q("RichTextBox1"));
+    EXPECT_TRUE(editor.isVisible());
+    EXPECT_FALSE(documents::NotepadFrm::shared().isVisible());
+    EXPECT_FALSE(shown->isReadOnly());
+    EXPECT_EQ(shown->lineWrapMode(), QTextEdit::NoWrap);
+    documents::printState().preview = false;
+
+    const QStringList before = QDir(pdfFolder.path()).entryList({q("Receipt*.pdf")});
+    prompts().onDialog(q("receipt"), [](QDialog& dialog) {
+        dialog.findChild<QLineEdit*>(q("Text5"))->setText(q("2"));
+        dialog.findChild<QPushButton*>(q("iPrint"))->click();
+        return dialog.result();
+    });
+    press("IMoveFirst");
+    fees->findChild<QAction*>(q("printreceipt"))->trigger();
+    const QStringList receipts = QDir(pdfFolder.path()).entryList({q("Receipt*.pdf")});
+    ASSERT_EQ(receipts.size(), before.size() + 1) << receipts.join(q(", ")).toStdString();
+    const QStringList pages = pdfPageTexts(editor.lastPdf());
+    ASSERT_EQ(pages.size(), 2);
+    for (const QString& page : pages) {
+        EXPECT_TRUE(page.contains(q("$63.50"))) << page.toStdString();
+    }
 }
 
 TEST_F(FeesScreen, caseReceiptMasksTheAmountAndPrintsNoCopiesForZero)

@@ -1,5 +1,6 @@
 #include "documents/screens/Editor.h"
 
+#include "documents/Listing.h"
 #include "documents/Merge.h"
 #include "documents/PrintRichText.h"
 #include "documents/PrintState.h"
@@ -120,6 +121,9 @@ void Editor::clearBuffers()
     }
     m_followUp = nullptr;
     m_title.clear();
+    // A report's kind is its own: the next one is a plain report until its
+    // screen says otherwise.
+    printState().reportKind = 0;
 }
 
 void Editor::setOrigin(const QString& tag)
@@ -129,6 +133,12 @@ void Editor::setOrigin(const QString& tag)
 
 void Editor::showReport()
 {
+    // A listing's rows stay whole here as on paper, where it is set smaller
+    // or turned to fit; other reports break where they will on paper.
+    m_report->setLineWrapMode(isListing(ReportBuffer()) ? QTextEdit::NoWrap : QTextEdit::FixedPixelWidth);
+    // The logo, signature and picture show as they will print, or not at
+    // all while none is chosen, never as their placeholders.
+    ExpandPictureTokens(ReportBuffer());
     m_allowEdit->setChecked(false);
     m_report->setReadOnly(true);
     m_report->moveCursor(QTextCursor::Start);
@@ -171,7 +181,7 @@ void Editor::iPrint()
     if (m_origin->text() == QLatin1String("SUR")) {
         state.ReportList = {QStringLiteral("Current report"), QStringLiteral("Labels for mailing")};
         state.reportKind = 99;
-    } else if (code == 1 || code >= 8) {
+    } else if (code <= 1 || code >= 8) {
         state.ReportList = {QStringLiteral("Current report")};
         switch (state.reportKind) {
         case 3:
@@ -222,22 +232,41 @@ void Editor::iPrint()
         }
     }
 
+    printReport(1);
+}
+
+void Editor::printCopies(int copies)
+{
+    PrintState& state = printState();
+    state.pageCounter = 1;
+    state.leftMargin = state.topMargin = state.rightMargin = state.bottomMargin = 0.8;
+    printReport(copies);
+}
+
+void Editor::printReport(int copies)
+{
+    m_lastPdf = printDocument(ReportBuffer(), title(), QStringLiteral("The report was"), copies);
+}
+
+QString Editor::printDocument(QTextDocument& document, const QString& title, const QString& what, int copies)
+{
+    const PrintState& state = printState();
     ui::TaskFrm::open(QStringLiteral("Printing to default printer..."));
     WaitSeconds(1);
     PrintSettings settings;
+    settings.copies = copies;
     settings.leftMargin = state.leftMargin;
     settings.topMargin = state.topMargin;
     settings.rightMargin = state.rightMargin;
     settings.bottomMargin = state.bottomMargin;
     settings.footer = state.footer;
     settings.footerRtf = state.footerText;
-    settings.pageCounter = &state.pageCounter;
-    settings.expandPrintTokens = [](QTextDocument& document) { ExpandPrintTokens(document); };
-    const PrinterOutcome outcome
-        = printOnDefaultPrinter(ReportBuffer(), settings, unusedPdfPath(title()), title());
+    settings.pageCounter = &printState().pageCounter;
+    settings.expandPrintTokens = [](QTextDocument& page) { ExpandPrintTokens(page); };
+    const PrinterOutcome outcome = printOnDefaultPrinter(document, settings, unusedPdfPath(title), title);
     ui::TaskFrm::close();
-    m_lastPdf = outcome.pdfPath;
-    tellPrintOutcome(outcome, QStringLiteral("The report was"));
+    tellPrintOutcome(outcome, what);
+    return outcome.ok ? outcome.pdfPath : QString();
 }
 
 bool Editor::tellPrintOutcome(const PrinterOutcome& outcome, const QString& what)

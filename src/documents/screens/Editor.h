@@ -54,6 +54,9 @@ public:
     // letters or labels to follow it, which the screen that built the report
     // prints.
     void iPrint();
+    // The report as it stands, `copies` times in one job (a receipt's
+    // copies): on the printer, or into one PDF file, a copy after another.
+    void printCopies(int copies);
     // Writes the report as plain text to print.txt in the working folder.
     void iPrint2File();
     void iContinue();
@@ -70,6 +73,12 @@ public:
     // Tells the clerk how a print ended: the printer's error, or where the
     // pages went when there was no printer (`what`: "report", "labels"...).
     // True when it printed.
+    // Prints any document as this window prints its report (the print
+    // dialog's margins and footer band, the print-time pass, `copies` in one
+    // job) and tells the clerk how it ended (`what`: "The letters were").
+    // Gives the PDF file when there was no printer.
+    static QString printDocument(QTextDocument& document, const QString& title, const QString& what,
+                                 int copies = 1);
     static bool tellPrintOutcome(const PrinterOutcome& outcome, const QString& what);
     // The PDF file of the last print without a printer, empty when it went to
     // a printer.
@@ -82,6 +91,7 @@ public:
 
 private:
     Editor();
+    void printReport(int copies);
 
     QTextEdit* m_report = nullptr;
     QTextEdit* m_scratch = nullptr;

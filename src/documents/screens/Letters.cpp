@@ -1,6 +1,7 @@
 #include "documents/screens/Letters.h"
 
 #include "documents/FormDefinitions.h"
+#include "documents/Listing.h"
 #include "documents/Merge.h"
 #include "documents/RtfWriter.h"
 #include "documents/screens/Editor.h"
@@ -104,6 +105,15 @@ void showBuiltReport()
     Editor& editor = Editor::instance();
     if (!printState().preview) {
         editor.showReport();
+        return;
+    }
+    if (isListing(editor.ReportBuffer())) {
+        // A listing is edited where it prints: the report window sets its
+        // rows on the paper they fit, the notepad would break them.
+        editor.showReport();
+        if (auto* allow = editor.findChild<QCheckBox*>(QStringLiteral("Check1"))) {
+            allow->setChecked(true);
+        }
         return;
     }
     // The notepad lets go of what it holds first: the clerk may still be

@@ -17,7 +17,6 @@
 #include "ui/XPButton.h"
 
 #include <QCheckBox>
-#include <QCoreApplication>
 #include <QDir>
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -147,10 +146,9 @@ void ReceiptDlg::printreceipt(bool editMark)
         documents::showBuiltReport();
     } else {
         const int copies = static_cast<int>(leadingCents(m_text[5]->text()) / 100);
-        documents::printState().reportKind = 0;
-        for (int copy = 0; copy < copies; ++copy) {
-            editor.iPrint();
-            QCoreApplication::processEvents();
+        // The copies go to the printer as one job, or into one PDF file.
+        if (copies >= 1) {
+            editor.printCopies(copies);
         }
     }
     QString folder = session().TempFolder.isEmpty() ? QDir::tempPath() : session().TempFolder;
