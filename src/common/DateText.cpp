@@ -99,7 +99,7 @@ QString MoneyText(double value, int width)
 {
     QString text;
     if (!std::isfinite(value)) {
-        text = QStringLiteral("$.00");
+        text = QStringLiteral("$0.00");
     } else if (std::abs(value) >= 9.0e15) {
         // Beyond any amount of the office; shown plainly rather than wrapped.
         text = QStringLiteral("$") + QString::number(value, 'f', 2);
@@ -107,8 +107,10 @@ QString MoneyText(double value, int width)
         const long long cents = std::llround(std::abs(value) * 100.0);
         const long long dollars = cents / 100;
         const int rest = static_cast<int>(cents % 100);
-        QString whole;
+        // A leading zero under a dollar: "$0.50", as a clerk writes it.
+        QString whole = QStringLiteral("0");
         if (dollars > 0) {
+            whole.clear();
             const QString digits = QString::number(dollars);
             for (qsizetype i = 0; i < digits.size(); ++i) {
                 if (i > 0 && (digits.size() - i) % 3 == 0) {

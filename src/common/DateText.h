@@ -27,7 +27,7 @@ QString FixDateText(const QString& text);
 int FullYear(int twoDigitYear, const QDate& today);
 
 // Money as "$##,###,###.#0": thousands separated by commas, always two decimals
-// and no digit before the point when there are no dollars ("$.50"). With a
+// and a zero before the point when there are no dollars ("$0.50"). With a
 // width above 0 a shorter text gets blanks in front up to the width; a longer
 // one stays whole.
 QString MoneyText(double value, int width = 0);

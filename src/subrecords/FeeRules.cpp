@@ -3,6 +3,7 @@
 #include "common/Clock.h"
 #include "documents/Listing.h"
 #include "documents/Merge.h"
+#include "store/SqlSubset.h"
 
 #include <QTextDocument>
 
@@ -139,15 +140,17 @@ QString feesTitle(const QString& project, const QString& caseNumber)
 
 QString feesByMonthQuery(const QString& caseNumber, int month, int year)
 {
-    const QString yy = QString::number(year % 100).rightJustified(2, QLatin1Char('0'));
+    // By the date each fee was entered: a fee not paid yet has no month of
+    // payment, and it is what the office has to collect.
+    const QDate from = month > 0 ? QDate(year, month, 1) : QDate(year, 1, 1);
+    const QDate to = month > 0 ? from.addMonths(1) : from.addYears(1);
+    auto dateText = [](const QDate& date) { return date.toString(QStringLiteral("MM/dd/yyyy")); };
     QString query = QStringLiteral("Select * from PBFEES WHERE ");
     if (!caseNumber.isNull()) {
-        query += QStringLiteral("PBFCASE = '") + caseNumber + QStringLiteral("' and ");
+        query += QStringLiteral("PBFCASE = ") + store::quotedText(caseNumber) + QStringLiteral(" and ");
     }
-    if (month > 0) {
-        query += QStringLiteral("[PBFPAIDMM] = ") + QString::number(month) + QStringLiteral(" and ");
-    }
-    return query + QStringLiteral("[PBFPAIDYY] = ") + yy + QStringLiteral(" order by SEQ");
+    return query + QStringLiteral("[PBFFILEDATE] >= #") + dateText(from) + QStringLiteral("# and [PBFFILEDATE] < #")
+        + dateText(to) + QStringLiteral("# order by SEQ");
 }
 
 } // namespace pvardo::subrecords

@@ -23,7 +23,7 @@ struct FeeTotals {
 
 bool isVoidedFee(const store::Recordset& row);
 
-// The foot line under the fees list: "  Grand Total $1.00   $.50        Bal Due $.50".
+// The foot line under the fees list: "  Grand Total $1.00   $0.50        Bal Due $0.50".
 QString grandTotalLine(const FeeTotals& totals);
 
 // The columns a fee row writes itself, besides its inputs: the case, status
@@ -64,8 +64,8 @@ FeeTotals buildFeeReport(QTextDocument& report, store::Recordset& rows, const Fe
 // The title of a case's fees: "FEES FOR PROJECT " + project + "(" + case + ")".
 QString feesTitle(const QString& project, const QString& caseNumber);
 
-// The month and year queries of the fee reports; month 0 is the whole year.
-// The year is cut to its last two digits.
+// The month and year queries of the fee reports, over the fees entered in
+// the month (month 0: the year), paid or not.
 QString feesByMonthQuery(const QString& caseNumber, int month, int year);
 
 } // namespace pvardo::subrecords

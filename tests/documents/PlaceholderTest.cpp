@@ -80,7 +80,7 @@ TEST(Placeholders, secondCharacterChoosesTheForm)
     const QList<Case> cases = {
         {"%$PBCOST", "1234.5", "Cost %$PBCOST.", QStringLiteral("Cost $1,234.50.")},
         {"%$PBCOST", "", "Cost %$PBCOST.", QStringLiteral("Cost .")},
-        {"%$PBCOST", "0.5", "%$PBCOST/%$PBCOST", QStringLiteral("$.50/$.50")}, // formatting twice changes nothing
+        {"%$PBCOST", "0.5", "%$PBCOST/%$PBCOST", QStringLiteral("$0.50/$0.50")}, // formatting twice changes nothing
         {"%@PBFILEDATE", "06/13/2011", "On the %@PBFILEDATE", QStringLiteral("On the 13rd day of June, 2011")},
         {"%@PBFILEDATE", "06/21/2011", "%@PBFILEDATE", QStringLiteral("21st day of June, 2011")},
         {"%&PBFILEDATE", "06/15/2011", "%&PBFILEDATE and %&PBFILEDATE",

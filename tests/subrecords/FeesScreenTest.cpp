@@ -208,7 +208,7 @@ TEST_F(FeesScreen, clerkChargesPaysVoidsAndDeletes)
     EXPECT_EQ(feesOnDisk(q(" where [PBFSTATUS] = 'V'"))->RecordCount(), 1);
     EXPECT_EQ(listColumn(2).last(), q("** VOIDED ** Escrow"));
     EXPECT_TRUE(in<QLabel>(q("lblVoid"))->isVisible() || !fees->isVisible());
-    EXPECT_EQ(in<QLabel>(q("lblTotals"))->text(), q("  Grand Total $100.00   $100.00        Bal Due $.00"));
+    EXPECT_EQ(in<QLabel>(q("lblTotals"))->text(), q("  Grand Total $100.00   $100.00        Bal Due $0.00"));
     prompts().answer(q("already voided"), PromptAnswer::Yes);
     fees->findChild<QAction*>(q("delr"))->trigger();
     EXPECT_EQ(lastTitle(), q(" Record Void"));
@@ -392,7 +392,7 @@ TEST_F(FeesScreen, listingAndReceiptPrintToTheCent)
     choose(q("Listing of Fees"));
     QString report = documents::Editor::instance().ReportBuffer().toPlainText();
     EXPECT_TRUE(report.contains(q("NO FEES FOUND FOR PROJECT Mill Pond Subdivision(24-017)")));
-    EXPECT_TRUE(report.contains(q("*TOTAL DUE: $.00")));
+    EXPECT_TRUE(report.contains(q("*TOTAL DUE: $0.00")));
 
     addCharge(q("Filing fee"), q("0.30"), q("0.10"));
     addCharge(q("Copies"), q("12.5"), q("12.5"));
@@ -406,7 +406,7 @@ TEST_F(FeesScreen, listingAndReceiptPrintToTheCent)
     EXPECT_TRUE(report.contains(q("Filing fee"))) << report.toStdString();
     EXPECT_TRUE(report.contains(q("TOTAL FEES: $12.80")));
     EXPECT_TRUE(report.contains(q("TOTAL PAID: $12.80")));
-    EXPECT_TRUE(report.contains(q("*TOTAL DUE: $.00")));
+    EXPECT_TRUE(report.contains(q("*TOTAL DUE: $0.00")));
 
     // The receipt of the paid copies, printed and read back; no table is touched.
     press("IMoveLast");
@@ -541,14 +541,21 @@ TEST_F(FeesScreen, feesByMonthOfTheCaseOrOfAllCases)
         auto rows = store::openRecordsetAt(feesPath, q("Select * from PBFEES"), &status);
         ASSERT_TRUE(rows);
         rows->AddNew();
-        for (const auto& [column, value] : {std::pair{"PBFCASE", "24-018"}, {"PBFPAYDESC", "Escrow"},
-                                            {"PBFSTATUS", "A"}, {"PBFPAIDMM", "03"}, {"PBFPAIDYY", "12"}}) {
-            rows->setValue(q(column), q(value));
-        }
-        rows->setValue(q("PBFAMOUNT"), 500.0);
-        rows->setValue(q("PBFPAID"), 500.0);
-        rows->setValue(q("PBFBALDUE"), 0.0);
-        ASSERT_TRUE(rows->Update().ok());
+        auto fee = [&](const char* owner, const char* description, QDate filed, double paid) {
+            rows->AddNew();
+            for (const auto& [column, value] : {std::pair{"PBFCASE", owner}, {"PBFPAYDESC", description},
+                                                {"PBFSTATUS", "A"}, {"PBFPAIDMM", "03"}, {"PBFPAIDYY", "12"}}) {
+                rows->setValue(q(column), q(value));
+            }
+            rows->setValue(q("PBFFILEDATE"), filed);
+            rows->setValue(q("PBFAMOUNT"), 500.0);
+            rows->setValue(q("PBFPAID"), paid);
+            rows->setValue(q("PBFBALDUE"), 500.0 - paid);
+            ASSERT_TRUE(rows->Update().ok());
+        };
+        fee("24-018", "Escrow", QDate(2012, 3, 15), 500.0);
+        // Entered in February, paid in March: February's.
+        fee("24-017", "Old survey", QDate(2012, 2, 28), 500.0);
     }
     openFees();
     // Paid today, in March 2012; the voided one is left out.
@@ -556,6 +563,8 @@ TEST_F(FeesScreen, feesByMonthOfTheCaseOrOfAllCases)
     addCharge(q("Copies"), q("2.50"), q("2.50"));
     addCharge(q("Mistake"), q("99"), q("99"));
     fees->findChild<QAction*>(q("delr"))->trigger();
+    // Not paid yet: what the office has to collect, so it counts.
+    addCharge(q("Engineering escrow"), q("40.50"));
     auto answer = [this](int month) {
         prompts().onDialog(q("MonthSelect"), [=](QDialog& dialog) {
             auto* months = dialog.findChild<QComboBox*>(q("cboMonth"));
@@ -568,11 +577,16 @@ TEST_F(FeesScreen, feesByMonthOfTheCaseOrOfAllCases)
     answer(3);
     fees->findChild<QAction*>(q("monthlynumber"))->trigger();
     QString report = documents::Editor::instance().ReportBuffer().toPlainText();
-    EXPECT_TRUE(report.contains(q("FEES FOR PROJECT Mill Pond Subdivision(24-017)"))) << report.toStdString();
+    EXPECT_TRUE(report.contains(q("FEES FOR PROJECT Mill Pond Subdivision(24-017) FOR MARCH 2012")))
+        << report.toStdString();
     EXPECT_TRUE(report.contains(q("03/01/2012 Filing fee")));
+    EXPECT_TRUE(report.contains(q("03/01/2012 Engineering escrow")));
     EXPECT_FALSE(report.contains(q("Mistake")));
-    EXPECT_FALSE(report.contains(q("Escrow")));
-    EXPECT_TRUE(report.contains(q("TOTAL = 2\nTOTAL FEES: $102.50\nTOTAL PAID: $32.50\n*TOTAL DUE: $70.00")));
+    EXPECT_FALSE(report.contains(q("Old survey")));
+    EXPECT_FALSE(report.contains(q("(24-018) Escrow")));
+    EXPECT_TRUE(report.contains(q("TOTAL = 3\nTOTAL FEES: $143.00\nTOTAL PAID: $32.50\n*TOTAL DUE: $110.50")))
+        << report.toStdString();
+    EXPECT_EQ(documents::Editor::instance().title(), q("Fees by Month MARCH 2012 24-017"));
 
     answer(0); // the whole year of every case
     fees->findChild<QAction*>(q("monthlyAllnumber"))->trigger();
@@ -580,7 +594,9 @@ TEST_F(FeesScreen, feesByMonthOfTheCaseOrOfAllCases)
     EXPECT_TRUE(report.contains(q("ALL FEES FOR 2012"))) << report.toStdString();
     EXPECT_TRUE(report.contains(q("(24-018) Escrow")));
     EXPECT_TRUE(report.contains(q("(24-017) Copies")));
-    EXPECT_TRUE(report.contains(q("TOTAL = 3\nTOTAL FEES: $602.50")));
+    EXPECT_TRUE(report.contains(q("(24-017) Old survey")));
+    EXPECT_TRUE(report.contains(q("TOTAL = 5\nTOTAL FEES: $1,143.00\nTOTAL PAID: $1,032.50\n*TOTAL DUE: $110.50")))
+        << report.toStdString();
 
     prompts().clear();
     answer(4);

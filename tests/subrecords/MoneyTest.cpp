@@ -24,7 +24,7 @@ TEST(Money, typedAmountsReadAsTheirLeadingNumberToTheCent)
     EXPECT_EQ(plainAmount(-1050), QStringLiteral("-10.5"));
     EXPECT_EQ(maskedAmount(5), QStringLiteral("0.05"));
     EXPECT_EQ(moneyText(123456789, 10), QStringLiteral("$1,234,567.89"));
-    EXPECT_EQ(moneyText(-50), QStringLiteral("-$.50"));
+    EXPECT_EQ(moneyText(-50), QStringLiteral("-$0.50"));
 }
 
 class FeeFile : public InstallationTest
@@ -91,10 +91,13 @@ TEST_F(FeeFile, aThousandDimesComeToOneHundredDollarsOnDiskAndOnPaper)
 
 TEST(Money, monthQueriesOfTheFeeReports)
 {
-    EXPECT_EQ(feesByMonthQuery(QStringLiteral("24-017"), 3, 2012),
-              QStringLiteral("Select * from PBFEES WHERE PBFCASE = '24-017' and [PBFPAIDMM] = 3 and [PBFPAIDYY] = 12 order by SEQ"));
+    // December runs into the next year; a quote in a case number stays text.
+    EXPECT_EQ(feesByMonthQuery(QStringLiteral("24'017"), 12, 2012),
+              QStringLiteral("Select * from PBFEES WHERE PBFCASE = '24''017' and [PBFFILEDATE] >= #12/01/2012# and "
+                             "[PBFFILEDATE] < #01/01/2013# order by SEQ"));
     EXPECT_EQ(feesByMonthQuery(QString(), 0, 2009),
-              QStringLiteral("Select * from PBFEES WHERE [PBFPAIDYY] = 09 order by SEQ"));
+              QStringLiteral("Select * from PBFEES WHERE [PBFFILEDATE] >= #01/01/2009# and [PBFFILEDATE] < "
+                             "#01/01/2010# order by SEQ"));
 }
 
 } // namespace pvardo::test

@@ -292,7 +292,7 @@ void FeesFrm::printChoice(const QString& code)
         printreceipt();
     } else if (code == QLatin1String("BIL")) {
         documents::printState().reportHeading = feesTitle(headingLabel()->text(), ownerCase());
-        documents::mergeAndShow(feeFolderFile("feesd.rtf"), feesSettings().screenCode, party,
+        documents::mergeAndPrint(feeFolderFile("feesd.rtf"), feesSettings().screenCode, party,
                                 QStringLiteral("applicant"), QStringLiteral("Billing Letter"));
     } else if (code == QLatin1String("LAB")) {
         if (party.name.trimmed().isEmpty()) {
@@ -312,7 +312,7 @@ void FeesFrm::printListing()
     head.title = feesTitle(headingLabel()->text(), ownerCase());
     head.emptyLine = QStringLiteral("NO FEES FOUND FOR PROJECT ") + headingLabel()->text() + QLatin1Char('(')
         + ownerCase() + QLatin1Char(')');
-    printReport(feesSettings().fullQuery(ownerCase()), head);
+    printReport(feesSettings().fullQuery(ownerCase()), head, documents::caseReportTitle(QStringLiteral("Listing of Fees")));
 }
 
 void FeesFrm::printMonth(bool allCases)
@@ -327,9 +327,13 @@ void FeesFrm::printMonth(bool allCases)
         head.title = QStringLiteral("ALL FEES FOR ") + ui::monthTitle(chosen.month, chosen.year);
     } else {
         head.kind = FeeReport::CaseMonths;
-        head.title = feesTitle(headingLabel()->text(), ownerCase());
+        head.title = feesTitle(headingLabel()->text(), ownerCase()) + QStringLiteral(" FOR ")
+            + ui::monthTitle(chosen.month, chosen.year);
     }
-    printReport(feesByMonthQuery(allCases ? QString() : ownerCase(), chosen.month, chosen.year), head);
+    printReport(feesByMonthQuery(allCases ? QString() : ownerCase(), chosen.month, chosen.year), head,
+                allCases ? QStringLiteral("Fees by Month (All Projects) ") + ui::monthTitle(chosen.month, chosen.year)
+                         : documents::caseReportTitle(QStringLiteral("Fees by Month ")
+                                                      + ui::monthTitle(chosen.month, chosen.year)));
 }
 
 void FeesFrm::printReceivables()
@@ -337,10 +341,11 @@ void FeesFrm::printReceivables()
     FeeReportHead head;
     head.kind = FeeReport::Receivables;
     head.title = QStringLiteral("ALL PROJECTS RECEIVABLES AS OF ") + todaysDate().toString(QStringLiteral("MM/dd/yyyy"));
-    printReport(QStringLiteral("Select * from PBFEES WHERE [PBFBALDUE] <> 0 order by SEQ"), head);
+    printReport(QStringLiteral("Select * from PBFEES WHERE [PBFBALDUE] <> 0 order by SEQ"), head,
+                QStringLiteral("Receivables (All Projects)"));
 }
 
-void FeesFrm::printReport(const QString& query, const FeeReportHead& given)
+void FeesFrm::printReport(const QString& query, const FeeReportHead& given, const QString& name)
 {
     FeeReportHead head = given;
     head.headPath = feeFolderFile("feeshead.rtf");
@@ -362,6 +367,7 @@ void FeesFrm::printReport(const QString& query, const FeeReportHead& given)
     documents::Editor& editor = documents::Editor::instance();
     editor.clearBuffers();
     editor.setOrigin(QString());
+    editor.setTitle(name);
     buildFeeReport(editor.ReportBuffer(), *rows, head);
     ui::TaskFrm::close();
     documents::showBuiltReport();

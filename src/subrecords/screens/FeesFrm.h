@@ -53,7 +53,8 @@ protected:
 private:
     void showBalanceTip(std::optional<Cents> worked);
     QLineEdit* in(int box) const;
-    void printReport(const QString& query, const FeeReportHead& head);
+    // `name` names the report for the printer and its PDF file.
+    void printReport(const QString& query, const FeeReportHead& head, const QString& name);
 
     FeeTotals m_totals;
     bool m_balanceTyped = false; // the clerk typed the balance over
