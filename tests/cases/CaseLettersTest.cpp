@@ -99,14 +99,14 @@ protected:
 
 } // namespace
 
-TEST_F(CaseLetters, printCommandShowsTheDetailPageAndPrintsIt)
+// Without "Allow view /edit" the detail page goes to the printer at once.
+TEST_F(CaseLetters, printCommandPrintsTheDetailPage)
 {
     shipTemplate(q("pbappd.rtf"));
     open();
     click("iPrint");
     documents::Editor& editor = documents::Editor::instance();
-    EXPECT_TRUE(editor.isVisible());
-    EXPECT_TRUE(editor.findChild<QTextEdit*>(q("RichTextBox1"))->isReadOnly());
+    EXPECT_FALSE(editor.isVisible()) << "printed without a preview";
     const QString text = report();
     EXPECT_TRUE(text.contains(q("Case 24-017")));
     EXPECT_TRUE(text.contains(q("Mill Pond Subdivision")));
@@ -118,7 +118,6 @@ TEST_F(CaseLetters, printCommandShowsTheDetailPageAndPrintsIt)
     if (!documents::defaultPrinterName().isEmpty()) {
         GTEST_SKIP() << "a printer is set up on this machine";
     }
-    editor.findChild<QPushButton*>(q("iPrint"))->click();
     const QStringList pages = pdfPageTexts(editor.lastPdf());
     ASSERT_FALSE(pages.isEmpty());
     EXPECT_TRUE(pages.first().contains(q("24-017")));
@@ -175,6 +174,7 @@ TEST_F(CaseLetters, customLettersOfTheCaseScreenGoToTheContact)
         // On paper the long paragraphs break into lines, whatever the window
         // does with them.
         documents::Editor::instance().findChild<QPushButton*>(q("iPrint"))->click();
+        EXPECT_FALSE(documents::Editor::instance().isVisible()) << "printed, the preview closes";
         const QStringList pages = pdfPageTexts(documents::Editor::instance().lastPdf());
         ASSERT_EQ(pages.size(), 1);
         EXPECT_TRUE(pages.first().contains(q("addresses."))) << pages.first().toStdString();
@@ -204,6 +204,13 @@ TEST_F(CaseLetters, customLettersOfTheCaseScreenGoToTheContact)
     choose(q("Notice of Public Hearing"));
     EXPECT_TRUE(report().contains(QChar::ObjectReplacementCharacter));
     EXPECT_FALSE(report().contains(q("%lo")));
+    // And so does the notepad when the letter is to be edited first.
+    choose(q("Notice of Public Hearing"), true);
+    const QString edited = documents::NotepadFrm::shared().findChild<QTextEdit*>(q("RichTextBox1"))->toPlainText();
+    EXPECT_TRUE(edited.contains(QChar::ObjectReplacementCharacter)) << edited.toStdString();
+    EXPECT_FALSE(edited.contains(q("%lo")) || edited.contains(q("%si")));
+    documents::NotepadFrm::shared().hide();
+    documents::printState().preview = false;
 
     // Its file gone: the office is told which file and which list to check.
     QFile::remove(session().FormsFolder + q("/hearing.rtf"));
@@ -427,7 +434,6 @@ TEST_F(CaseLetters, theDetailPageLeavesOutWhatTheCaseDoesNotHold)
         GTEST_SKIP() << "a printer is set up on this machine";
     }
     documents::Editor& editor = documents::Editor::instance();
-    editor.findChild<QPushButton*>(q("iPrint"))->click();
     EXPECT_EQ(editor.lastPdf(), pdfFolder.filePath(q("Application Detail 24-017.pdf")));
     EXPECT_TRUE(lastText().contains(QDir::toNativeSeparators(editor.lastPdf()))) << lastText().toStdString();
     editor.findChild<QPushButton*>(q("iPrint"))->click();

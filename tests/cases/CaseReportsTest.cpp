@@ -8,6 +8,7 @@
 #include "ui/DateInput.h"
 
 #include <QDialog>
+#include <QDir>
 #include <QFile>
 #include <QSpinBox>
 #include <QTemporaryDir>
@@ -237,6 +238,40 @@ TEST_F(CaseReports, activeApplicationsAreTheSameOnAnyDay)
     setClockDay(QDate(2030, 8, 1));
     trigger("expiringsoon");
     EXPECT_EQ(report().section(q("\n"), 2), first.section(q("\n"), 2)) << "only the title and date change";
+}
+
+// The status and active listings are 151 characters wide: on paper they
+// turn to landscape and keep each case, heading lines included, on one line.
+TEST_F(CaseReports, statusAndActiveListingsKeepEachCaseOnOneLineOnPaper)
+{
+    if (!documents::defaultPrinterName().isEmpty()) {
+        GTEST_SKIP() << "a printer is set up on this machine";
+    }
+    fileCase(q("12-006"), QDate(2012, 3, 10), q("P"), q("Barn conversion"),
+             {{q("PBOWNRNAME1"), q("Olive Orchard-Whitcombe")},
+              {q("PBLOCN1"), q("1200 STATE ROUTE 9W AT THE CORNER OF RIVER RD")}});
+    openOnThirdCase();
+    prompts().onDialog(q("dtrange"), [](QDialog& dialog) {
+        dialog.findChild<ui::DateInput*>(q("DTPicker1"))->setDate(QDate(2012, 2, 1));
+        dialog.findChild<ui::DateInput*>(q("DTPicker2"))->setDate(QDate(2012, 3, 31));
+        dialog.findChild<QPushButton*>(q("cmdOK"))->click();
+        return dialog.result();
+    });
+    documents::Editor& editor = documents::Editor::instance();
+    for (const char* report : {"exppermits", "expiringsoon"}) {
+        trigger(report);
+        editor.findChild<QPushButton*>(q("iPrint"))->click();
+        QSizeF paper;
+        const QList<PdfWord> words = pdfWords(editor.lastPdf(), 0, &paper);
+        EXPECT_GT(paper.width(), paper.height()) << report << ": landscape";
+        const QStringList row = pdfLineOf(words, q("12-006"));
+        ASSERT_FALSE(row.isEmpty()) << report;
+        EXPECT_EQ(row.first(), q("12-006"));
+        EXPECT_TRUE(row.contains(q("Pending")) && row.contains(q("Orchard-Whitcombe"))) << row.join(q(" ")).toStdString();
+        EXPECT_EQ(row.last(), q("RD")) << report << ": the site, the last column, on the case's line";
+        const QStringList heading = pdfLineOf(words, q("OWNER"));
+        EXPECT_TRUE(heading.contains(q("LOCATION"))) << report << ": " << heading.join(q(" ")).toStdString();
+    }
 }
 
 } // namespace pvardo::test

@@ -262,7 +262,7 @@ void ZPermits::printApplicationDetail()
     if (!hasRow() || rowUnreadable()) {
         return;
     }
-    documents::mergeAndShow(QDir(session().FormsFolder).filePath(caseDetailTemplate()), CaseScreenCode,
+    documents::mergeAndPrint(QDir(session().FormsFolder).filePath(caseDetailTemplate()), CaseScreenCode,
                             documents::SplitAddress(boxOfColumn(QStringLiteral("PBAPPNAME1")),
                                                     boxOfColumn(QStringLiteral("PBAPPADDR1"))),
                             QStringLiteral("applicant"), QStringLiteral("Application Detail"),

@@ -121,9 +121,6 @@ void Editor::clearBuffers()
     }
     m_followUp = nullptr;
     m_title.clear();
-    // A report's kind is its own: the next one is a plain report until its
-    // screen says otherwise.
-    printState().reportKind = 0;
 }
 
 void Editor::setOrigin(const QString& tag)
@@ -181,7 +178,7 @@ void Editor::iPrint()
     if (m_origin->text() == QLatin1String("SUR")) {
         state.ReportList = {QStringLiteral("Current report"), QStringLiteral("Labels for mailing")};
         state.reportKind = 99;
-    } else if (code <= 1 || code >= 8) {
+    } else if (code == 1 || code >= 8) {
         state.ReportList = {QStringLiteral("Current report")};
         switch (state.reportKind) {
         case 3:
@@ -245,10 +242,15 @@ void Editor::printCopies(int copies)
 
 void Editor::printReport(int copies)
 {
-    m_lastPdf = printDocument(ReportBuffer(), title(), QStringLiteral("The report was"), copies);
+    m_lastPdf.clear();
+    // Printed, the report has done its work: the window goes.
+    if (printDocument(ReportBuffer(), title(), QStringLiteral("The report was"), copies, &m_lastPdf)) {
+        hide();
+    }
 }
 
-QString Editor::printDocument(QTextDocument& document, const QString& title, const QString& what, int copies)
+bool Editor::printDocument(QTextDocument& document, const QString& title, const QString& what, int copies,
+                           QString* pdfPath)
 {
     const PrintState& state = printState();
     ui::TaskFrm::open(QStringLiteral("Printing to default printer..."));
@@ -265,8 +267,10 @@ QString Editor::printDocument(QTextDocument& document, const QString& title, con
     settings.expandPrintTokens = [](QTextDocument& page) { ExpandPrintTokens(page); };
     const PrinterOutcome outcome = printOnDefaultPrinter(document, settings, unusedPdfPath(title), title);
     ui::TaskFrm::close();
-    tellPrintOutcome(outcome, what);
-    return outcome.ok ? outcome.pdfPath : QString();
+    if (pdfPath) {
+        *pdfPath = outcome.pdfPath;
+    }
+    return tellPrintOutcome(outcome, what);
 }
 
 bool Editor::tellPrintOutcome(const PrinterOutcome& outcome, const QString& what)

@@ -49,7 +49,8 @@ public:
     // Shows the report locked, from its start.
     void showReport();
 
-    // Print: the report on the default printer with 0.8-inch margins, or,
+    // Print: the report on the default printer with 0.8-inch margins, the
+    // window closing once it printed, or,
     // for a report of expiring cases or parcels, the print dialog first for
     // letters or labels to follow it, which the screen that built the report
     // prints.
@@ -76,9 +77,10 @@ public:
     // Prints any document as this window prints its report (the print
     // dialog's margins and footer band, the print-time pass, `copies` in one
     // job) and tells the clerk how it ended (`what`: "The letters were").
-    // Gives the PDF file when there was no printer.
-    static QString printDocument(QTextDocument& document, const QString& title, const QString& what,
-                                 int copies = 1);
+    // True when it printed; `pdfPath` receives the PDF file when there was
+    // no printer.
+    static bool printDocument(QTextDocument& document, const QString& title, const QString& what, int copies = 1,
+                              QString* pdfPath = nullptr);
     static bool tellPrintOutcome(const PrinterOutcome& outcome, const QString& what);
     // The PDF file of the last print without a printer, empty when it went to
     // a printer.

@@ -24,7 +24,9 @@ namespace pvardo::documents {
 
 namespace {
 
-bool finishMerge(const FormLoad& load, const QString& title)
+// `printAtOnce`: without "Allow view /edit" the letter goes to the printer
+// without being shown.
+bool finishMerge(const FormLoad& load, const QString& title, bool printAtOnce = false)
 {
     if (load.noAddressee) {
         showMessage(load.message, noAddresseeTitle(), PromptButtons::Ok, PromptIcon::Exclamation);
@@ -32,7 +34,11 @@ bool finishMerge(const FormLoad& load, const QString& title)
         showMessage(load.message, formFileMessageTitle(), PromptButtons::Ok, PromptIcon::Critical);
     } else {
         Editor::instance().setTitle(title);
-        showBuiltReport();
+        if (printAtOnce && !printState().preview) {
+            Editor::instance().printCopies(1);
+        } else {
+            showBuiltReport();
+        }
     }
     WaitSeconds(1);
     ui::TaskFrm::close();
@@ -89,15 +95,15 @@ bool MergeFormFile(const QString& fileName, int screenCode, const QString& capti
     return finishMerge(load, caseReportTitle(caption.isEmpty() ? QFileInfo(fileName).completeBaseName() : caption));
 }
 
-bool mergeAndShow(const QString& path, int screenCode, const Addressee& addressee, const QString& party,
-                  const QString& caption, EmptyLines lines)
+bool mergeAndPrint(const QString& path, int screenCode, const Addressee& addressee, const QString& party,
+                   const QString& caption, EmptyLines lines)
 {
     ui::TaskFrm::open(QStringLiteral("Printing to default printer..."));
     Editor& editor = Editor::instance();
     editor.clearBuffers();
     editor.setOrigin(QString());
     const FormLoad load = mergeTemplate(editor.ReportBuffer(), path, screenCode, addressee, party, lines);
-    return finishMerge(load, caseReportTitle(caption));
+    return finishMerge(load, caseReportTitle(caption), true);
 }
 
 void showBuiltReport()
@@ -122,6 +128,9 @@ void showBuiltReport()
     if (!notepad.askToSaveChanges()) {
         return;
     }
+    // The clerk edits the letter as it will print: its logo and signature
+    // are pictures, or gone while none is chosen.
+    ExpandPictureTokens(editor.ReportBuffer());
     QString folder = session().TempFolder;
     if (folder.isEmpty()) {
         folder = QDir::tempPath();

@@ -34,10 +34,12 @@ PrintChoice doprint(int screenCode, const QStringList& builtIn, QWidget* parent 
 // file's name.
 bool MergeFormFile(const QString& fileName, int screenCode, const QString& caption = QString());
 
-// The same for a template of the screen's own, such as a detail page, with an
-// addressee of the screen's choice; `party` names the addressee's role.
-bool mergeAndShow(const QString& path, int screenCode, const Addressee& addressee, const QString& party,
-                  const QString& caption, EmptyLines lines = EmptyLines::Keep);
+// A template of the screen's own, such as a detail page or a billing letter,
+// with an addressee of the screen's choice (`party` names the addressee's
+// role), printed at once; with "Allow view /edit before printing" ticked it is
+// opened for editing instead.
+bool mergeAndPrint(const QString& path, int screenCode, const Addressee& addressee, const QString& party,
+                   const QString& caption, EmptyLines lines = EmptyLines::Keep);
 
 // The title of a report of the current case: the caption and the case number.
 QString caseReportTitle(const QString& caption);
