@@ -190,6 +190,10 @@ void DemoInstallation::writeMunicipality()
     QString error;
     if (replaceTextLines(path, *lines, &error)) {
         m_created << QStringLiteral("PVardo.ini (municipality)");
+        // The letterhead and the receipt as shipped take the name.
+        Installation forms(m_folder);
+        forms.nameShippedForms();
+        m_failures << forms.failures();
     } else {
         m_failures << QStringLiteral("PVardo.ini: ") + error;
     }

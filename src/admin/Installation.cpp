@@ -74,6 +74,90 @@ void Installation::copyShipped(const QString& folder, const QString& into)
     }
 }
 
+namespace {
+
+// Text for an RTF file: the three special characters escaped, anything past
+// ASCII as a Unicode escape.
+QByteArray rtfText(const QString& text)
+{
+    QByteArray out;
+    for (const QChar c : text) {
+        if (c == QLatin1Char('\\') || c == QLatin1Char('{') || c == QLatin1Char('}')) {
+            out += '\\';
+            out += char(c.unicode());
+        } else if (c.unicode() < 0x80 && c.isPrint()) {
+            out += char(c.unicode());
+        } else if (c.isPrint()) {
+            out += "\\u" + QByteArray::number(qint16(c.unicode())) + '?';
+        }
+    }
+    return out;
+}
+
+} // namespace
+
+QByteArray Installation::namedForm(const QString& fileName, const QByteArray& shipped, const QStringList& lines)
+{
+    const QString name = lines.value(0).trimmed();
+    if (name.isEmpty()) {
+        return shipped;
+    }
+    QStringList place;
+    if (const QString street = lines.value(1).trimmed(); !street.isEmpty()) {
+        place << street;
+    }
+    const QString city = lines.value(2).trimmed();
+    const QString stateZip = (lines.value(3).trimmed() + QLatin1Char(' ') + lines.value(4).trimmed()).trimmed();
+    if (!city.isEmpty() || !stateZip.isEmpty()) {
+        place << (city.isEmpty() ? stateZip : stateZip.isEmpty() ? city : city + QStringLiteral(", ") + stateZip);
+    }
+    if (const QString phone = lines.value(5).trimmed(); !phone.isEmpty()) {
+        place << QStringLiteral("Telephone ") + phone;
+    }
+    QByteArray named = shipped;
+    if (fileName.compare(QLatin1String("gTitle.rtf"), Qt::CaseInsensitive) == 0) {
+        named.replace("\\b PLANNING BOARD\\b0", "\\b " + rtfText(name.toUpper()) + "\\line PLANNING BOARD\\b0");
+        if (!place.isEmpty()) {
+            named.replace("Office of the Planning Board Clerk\\par",
+                          "Office of the Planning Board Clerk\\line " + rtfText(place.join(QStringLiteral(" - ")))
+                              + "\\par");
+        }
+    } else if (fileName.compare(QLatin1String("receipt.rtf"), Qt::CaseInsensitive) == 0) {
+        named.replace("\\b RECEIPT\\b0",
+                      "\\b " + rtfText(name.toUpper()) + "\\line PLANNING BOARD\\line RECEIPT\\b0");
+        named.replace("\\tab Planning Board Clerk\\par",
+                      "\\tab Planning Board Clerk\\line\\tab " + rtfText(name) + "\\par");
+    }
+    return named;
+}
+
+void Installation::nameShippedForms()
+{
+    const std::optional<QStringList> settings = readTextLines(path(QStringLiteral("PVardo.ini")));
+    if (!settings || settings->size() < 7) {
+        return;
+    }
+    const QStringList municipality = settings->mid(1, 6);
+    for (const char* name : {"gTitle.rtf", "receipt.rtf"}) {
+        const QString fileName = QString::fromLatin1(name);
+        QFile resource(QStringLiteral(":/shipped/forms/") + fileName);
+        QFile installed(path(QStringLiteral("forms/") + fileName));
+        if (!resource.open(QIODevice::ReadOnly) || !installed.open(QIODevice::ReadOnly)) {
+            continue;
+        }
+        const QByteArray shipped = resource.readAll();
+        if (installed.readAll() != shipped) {
+            continue; // the office's own, or named already
+        }
+        installed.close();
+        const QByteArray named = namedForm(fileName, shipped, municipality);
+        QString error;
+        if (named != shipped && !replaceFile(installed.fileName(), named, &error)) {
+            m_failures << QStringLiteral("forms/") + fileName + QStringLiteral(": ") + error;
+        }
+    }
+}
+
 bool Installation::looksLikeInstallation() const
 {
     for (const char* marker : {"PVardo.ini", "Users.Set", "wrk", "databases"}) {
@@ -282,6 +366,7 @@ bool Installation::make(const QString& adminPassword)
     }
     // The header, detail pages, heads of listings and letters of the office.
     copyShipped(QStringLiteral("forms"), QStringLiteral("forms"));
+    nameShippedForms();
     // The label sheets, their template and the pictures of the sheets, drawn
     // from the definitions in place (the office's own included).
     copyShipped(QStringLiteral("labels"), QStringLiteral("labels"));

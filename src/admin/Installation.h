@@ -43,6 +43,16 @@ public:
     // own ("forms" for every installation, "demo" for the demonstration).
     static QStringList shippedFiles(const QString& folder);
 
+    // The letterhead (forms/gTitle.rtf) and the receipt (forms/receipt.rtf)
+    // name the municipality of the settings (PVardo.ini, lines 2 to 7) above
+    // "PLANNING BOARD". Only files still as the program ships them are
+    // changed: an office's own letterhead is never touched. The settings
+    // naming no municipality leave them as shipped.
+    void nameShippedForms();
+    // A shipped form as it reads for a municipality: `lines` are the six
+    // municipality settings (name, street, city, state, ZIP, telephone).
+    static QByteArray namedForm(const QString& fileName, const QByteArray& shipped, const QStringList& lines);
+
 private:
     // Copies the shipped files of `folder` into the installation's folder
     // `into`, keeping any that is there.

@@ -137,6 +137,19 @@ TEST(InitCommand, CompletesAnInstallationWithoutReplacingItsFiles)
         readTextLines(home + QStringLiteral("/PVardo.ini"))->value(1), QStringLiteral("Town of Example"));
     EXPECT_TRUE(QFile::exists(home + QStringLiteral("/databases/bonds.db")));
     EXPECT_TRUE(QFileInfo(home + QStringLiteral("/labels")).isDir());
+    // The letterhead and receipt as shipped take the municipality's name; once
+    // they are no longer as shipped they are the office's and stay.
+    auto form = [&](const char* name) {
+        QFile file(home + QStringLiteral("/forms/") + QLatin1String(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    EXPECT_TRUE(form("gTitle.rtf").contains("TOWN OF EXAMPLE\\line PLANNING BOARD"));
+    EXPECT_TRUE(form("receipt.rtf").contains("Town of Example"));
+    settings[1] = QStringLiteral("Town of Other");
+    ASSERT_TRUE(replaceTextLines(home + QStringLiteral("/PVardo.ini"), settings));
+    ASSERT_EQ(runAdmin({QStringLiteral("--home"), home, QStringLiteral("init")}).code, 0);
+    EXPECT_TRUE(form("gTitle.rtf").contains("TOWN OF EXAMPLE"));
+    EXPECT_FALSE(form("receipt.rtf").contains("Other"));
 
     // The roll extract of the demonstration reads whole, and its target
     // SWIS narrows it.

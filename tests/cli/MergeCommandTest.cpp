@@ -92,6 +92,14 @@ TEST_F(MergeCommand, mergesALetterIntoAPdf)
     EXPECT_TRUE(pages.first().contains(contact.section(q(" "), 0, 0))) << pages.first().toStdString();
     EXPECT_FALSE(pages.first().contains(q("%PB")));
     EXPECT_FALSE(pages.first().contains(q("%nm")));
+    // The letterhead names the municipality of the settings.
+    EXPECT_TRUE(pages.first().contains(q("TOWN OF HOLLIS FERRY"))) << pages.first().toStdString();
+
+    const QString receipt = folder->filePath(q("receipt.pdf"));
+    ASSERT_EQ(merge({q("receipt.rtf"), q("--case"), caseNumber, q("--pdf"), receipt}).code, 0);
+    const QString receiptText = test::pdfPageTexts(receipt).join(q("\n"));
+    EXPECT_TRUE(receiptText.contains(q("TOWN OF HOLLIS FERRY"))) << receiptText.toStdString();
+    EXPECT_TRUE(receiptText.contains(q("Town of Hollis Ferry")));
 }
 
 TEST_F(MergeCommand, writesTheMergedRtf)
