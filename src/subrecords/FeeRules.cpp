@@ -101,6 +101,8 @@ FeeTotals buildFeeReport(QTextDocument& report, store::Recordset& rows, const Fe
     FeeTotals totals;
     const int dateWidth = head.kind == FeeReport::Case ? 12 : 11;
     QString lines;
+    QString credits;
+    Cents credited = 0;
     if (rows.RecordCount() > 0) {
         rows.MoveFirst();
     }
@@ -112,10 +114,22 @@ FeeTotals buildFeeReport(QTextDocument& report, store::Recordset& rows, const Fe
         if (head.kind == FeeReport::AllCases || head.kind == FeeReport::Receivables) {
             description = QLatin1Char('(') + rows.text(column("PBFCASE")).trimmed() + QStringLiteral(") ") + description;
         }
-        lines += pad(dateColumn(rows, "PBFFILEDATE"), dateWidth) + pad(description, 35)
+        const QString line = pad(dateColumn(rows, "PBFFILEDATE"), dateWidth) + pad(description, 35)
             + pad(dateColumn(rows, "PBFPAIDDATE"), 12) + moneyCell(rows, "PBFAMOUNT") + moneyCell(rows, "PBFPAID")
             + moneyCell(rows, "PBFBALDUE") + QLatin1Char('\n');
+        // Paid over the charge is owed to the payer, not to the office: the
+        // receivables list such fees apart and leave them out of what is due.
+        const Cents balance = centsOf(rows.value(column("PBFBALDUE")));
+        if (head.kind == FeeReport::Receivables && balance < 0) {
+            credits += line;
+            credited += balance;
+        } else {
+            lines += line;
+        }
         totals.add(rows);
+    }
+    if (head.kind == FeeReport::Receivables) {
+        totals.balance -= credited;
     }
     if (totals.rows == 0 && !head.emptyLine.isEmpty()) {
         lines += head.emptyLine + QLatin1Char('\n');
@@ -128,7 +142,10 @@ FeeTotals buildFeeReport(QTextDocument& report, store::Recordset& rows, const Fe
         lines += QStringLiteral("TOTAL FEES: ") + moneyText(totals.charged) + QLatin1Char('\n');
         lines += QStringLiteral("TOTAL PAID: ") + moneyText(totals.paid) + QLatin1Char('\n');
     }
-    lines += QStringLiteral("*TOTAL DUE: ") + moneyText(totals.balance) + QLatin1Char('\n');
+    lines += QStringLiteral("*TOTAL DUE: ") + moneyText(totals.balance) + QLatin1Char('\n');    if (!credits.isEmpty()) {
+        lines += QStringLiteral("\nCREDITS (PAID OVER THE CHARGE)\n") + credits + QStringLiteral("TOTAL CREDITS: ")
+            + moneyText(-credited) + QLatin1Char('\n');
+    }
     listing.append(lines);
     return totals;
 }

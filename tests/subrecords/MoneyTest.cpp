@@ -77,6 +77,16 @@ TEST_F(FeeFile, aThousandDimesComeToOneHundredDollarsOnDiskAndOnPaper)
     }
     EXPECT_EQ(moneyText(all.charged), QStringLiteral("$100.00"));
 
+    // An overpaid fee is a credit: listed apart, never netted into what is due.
+    rows->AddNew();
+    rows->setValue(QStringLiteral("PBFCASE"), QStringLiteral("C-9"));
+    rows->setValue(QStringLiteral("PBFSTATUS"), QStringLiteral("A"));
+    rows->setValue(QStringLiteral("PBFPAYDESC"), QStringLiteral("Overpaid filing fee"));
+    rows->setValue(QStringLiteral("PBFAMOUNT"), 46.5);
+    rows->setValue(QStringLiteral("PBFPAID"), 100.0);
+    rows->setValue(QStringLiteral("PBFBALDUE"), -53.5);
+    ASSERT_TRUE(rows->Update().ok());
+
     // Receivables leave the rows with no balance out and give no count.
     auto owing = store::openRecordsetAt(path, QStringLiteral("Select * from PBFEES WHERE [PBFBALDUE] <> 0 order by SEQ"),
                                         &status);
@@ -85,6 +95,12 @@ TEST_F(FeeFile, aThousandDimesComeToOneHundredDollarsOnDiskAndOnPaper)
     head.kind = FeeReport::Receivables;
     const FeeTotals due = buildFeeReport(receivables, *owing, head);
     EXPECT_EQ(due.balance, 5000); // the 500 unpaid dimes
+    const QString owed = receivables.toPlainText();
+    EXPECT_TRUE(owed.contains(QStringLiteral("*TOTAL DUE: $50.00\n\nCREDITS (PAID OVER THE CHARGE)\n")))
+        << owed.toStdString();
+    EXPECT_TRUE(owed.section(QStringLiteral("CREDITS"), 1).contains(QStringLiteral("(C-9) Overpaid filing fee")));
+    EXPECT_FALSE(owed.section(QStringLiteral("CREDITS"), 0, 0).contains(QStringLiteral("Overpaid")));
+    EXPECT_TRUE(owed.contains(QStringLiteral("TOTAL CREDITS: $53.50")));
     EXPECT_FALSE(receivables.toPlainText().contains(QStringLiteral("TOTAL =")));
     EXPECT_FALSE(receivables.toPlainText().contains(QStringLiteral("TOTAL FEES")));
 }
