@@ -323,4 +323,12 @@ QString CaseRecord::filedRecordsText(const QString& caseNumber, const QStringLis
                          "them with it.");
 }
 
+QString CaseRecord::renameRefusedText(const QString& caseNumber, const QStringList& filed)
+{
+    return QStringLiteral("The number of case ") + caseNumber
+        + QStringLiteral(" cannot be changed while records are filed under it:\n\n") + filed.join(QLatin1Char('\n'))
+        + QStringLiteral("\n\nThey are filed by the case number and would stay behind under ") + caseNumber
+        + QStringLiteral(". The case keeps its number; the other changes can be saved.");
+}
+
 } // namespace pvardo::cases

@@ -108,6 +108,9 @@ public:
     static QStringList recordsFiledUnder(const QString& databaseFolder, const QString& caseNumber);
     static QString filedRecordsTitle() { return QStringLiteral(" Delete"); }
     static QString filedRecordsText(const QString& caseNumber, const QStringList& filed);
+    // The refusal of a new number for a case with records filed under its
+    // number: they are filed by number, so they would stay behind.
+    static QString renameRefusedText(const QString& caseNumber, const QStringList& filed);
 
     // The texts of the dialog `dupe`.
     static QString dupeTitle() { return QStringLiteral("  Duplicate Record Number"); }

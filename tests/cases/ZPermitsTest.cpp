@@ -318,24 +318,29 @@ TEST_F(CaseScreenTest, DeleteIsAnAdministratorsHiddenCommand)
     EXPECT_EQ(text(1), q("12-201"));
 }
 
+// Files one record of the table under the case number, as its screen would.
+static void fileUnder(TestInstallation& installation, store::Table table, const char* column, const QString& caseNumber)
+{
+    store::StoreStatus status;
+    const QString path
+        = store::databaseFile(installation.databaseFolder(), QString::fromLatin1(store::tableDef(table).fileName));
+    if (!QFileInfo::exists(path)) {
+        installation.createDatabase(table);
+    }
+    auto rows = store::openRecordsetAt(
+        path, QStringLiteral("Select * from ") + QString::fromLatin1(store::tableDef(table).tableName), &status);
+    ASSERT_TRUE(rows) << status.description.toStdString();
+    rows->AddNew();
+    rows->setValue(QString::fromLatin1(column), caseNumber);
+    ASSERT_TRUE(rows->Update().ok());
+}
+
 TEST_F(CaseScreenTest, ACaseWithRecordsFiledUnderItIsNotDeleted)
 {
     seedCase(q("12-200"));
-    for (const auto& [table, column] : {std::pair{store::Table::PBFEES, "PBFCASE"}, {store::Table::ADJ, "ACASE"},
-             {store::Table::ADJ, "ACASE"}}) {
-        store::StoreStatus status;
-        const QString path = store::databaseFile(installation.databaseFolder(),
-            QString::fromLatin1(store::tableDef(table).fileName));
-        if (!QFileInfo::exists(path)) {
-            installation.createDatabase(table);
-        }
-        auto rows = store::openRecordsetAt(
-            path, q("Select * from ") + QString::fromLatin1(store::tableDef(table).tableName), &status);
-        ASSERT_TRUE(rows) << status.description.toStdString();
-        rows->AddNew();
-        rows->setValue(QString::fromLatin1(column), q("12-200"));
-        ASSERT_TRUE(rows->Update().ok());
-    }
+    fileUnder(installation, store::Table::PBFEES, "PBFCASE", q("12-200"));
+    fileUnder(installation, store::Table::ADJ, "ACASE", q("12-200"));
+    fileUnder(installation, store::Table::ADJ, "ACASE", q("12-200"));
     open();
     session().UserLevel = q("ADMIN");
     session().IsAdmin = true;
@@ -350,6 +355,33 @@ TEST_F(CaseScreenTest, ACaseWithRecordsFiledUnderItIsNotDeleted)
     EXPECT_TRUE(prompts().shown().last().text.contains(q("1 fee\n2 surrounding parcels")))
         << prompts().shown().last().text.toStdString();
     EXPECT_EQ(casesOnDisk(), 1);
+}
+
+TEST_F(CaseScreenTest, ACaseWithRecordsFiledUnderItKeepsItsNumber)
+{
+    seedCase(q("12-200"),
+        {{q("SEC"), q("9")}, {q("BLK"), q("1")}, {q("LOT"), q("5")}, {q("PBLOCN1"), q("X")},
+            {q("PBAPPNAME1"), q("ANN")}, {q("PBAPPADDR1"), q("1 ELM")}, {q("PBSTATUS"), q("P")}});
+    fileUnder(installation, store::Table::PBFEES, "PBFCASE", q("12-200"));
+    open();
+    click("IEdit");
+    type(1, q("12-299"));
+    click("ISave");
+
+    // Refused, naming the fee; still editing, and nothing written under either number.
+    ASSERT_FALSE(prompts().shown().isEmpty());
+    EXPECT_TRUE(prompts().shown().last().text.startsWith(
+        q("The number of case 12-200 cannot be changed while records are filed under it:\n\n1 fee")))
+        << prompts().shown().last().text.toStdString();
+    EXPECT_EQ(screen->mode(), RecordMode::Edit);
+    EXPECT_TRUE(caseOnDisk(q("12-200")));
+    EXPECT_FALSE(caseOnDisk(q("12-299")));
+
+    // With its number back, the other changes save.
+    type(1, q("12-200"));
+    click("ISave");
+    EXPECT_EQ(screen->mode(), RecordMode::Browse);
+    EXPECT_TRUE(caseOnDisk(q("12-200")));
 }
 
 TEST_F(CaseScreenTest, AReadOnlyUserHasNoEntryCommands)

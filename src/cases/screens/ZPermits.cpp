@@ -1041,6 +1041,18 @@ void ZPermits::ISave()
         ui::TaskFrm::close();
         return;
     }
+    // Fees, maps and the other records are filed under the case's number:
+    // a new number would leave them behind, reachable from no case.
+    const QString storedNumber = m_rows->text(QStringLiteral("PBCASE"));
+    if (m_form->inputs().caseNumber.trimmed() != storedNumber) {
+        const QStringList filed = CaseRecord::recordsFiledUnder(session().DatabaseFolder, storedNumber);
+        if (!filed.isEmpty()) {
+            ui::TaskFrm::close();
+            showMessage(CaseRecord::renameRefusedText(storedNumber, filed), QStringLiteral(" Projects"),
+                PromptButtons::Ok, PromptIcon::Exclamation);
+            return; // still editing
+        }
+    }
     // Voided through the status list: its earlier status is noted as the
     // File menu's void notes it, so that restoring brings it back.
     if (CaseStatus::letterOf(m_form->inputs().statusText) == QLatin1String("V")) {
