@@ -88,6 +88,20 @@ QString activeApplicationsTitle(const QDate& today)
     return QStringLiteral("ACTIVE CASES (PENDING, INITIAL APPLICATION, ON APPEAL) AS OF ") + shortDate(today);
 }
 
+QList<documents::Addressee> caseOwners(store::Recordset& rows)
+{
+    QList<documents::Addressee> owners;
+    if (rows.RecordCount() <= 0) {
+        return owners;
+    }
+    for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) {
+        if (!CaseStatus::isVoided(rows)) {
+            owners << documents::SplitAddress(column(rows, "PBOWNRNAME1"), column(rows, "PBOWNRADDR1"));
+        }
+    }
+    return owners;
+}
+
 QString applicationLines(const store::Recordset& row)
 {
     const QString filed = FixDateText(column(row, "FILEMONTH") + QLatin1Char('/') + column(row, "FILEDATE")

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "documents/PrintState.h"
+
 #include <QDate>
+#include <QList>
 #include <QString>
 
 #include <functional>
@@ -21,15 +24,19 @@ namespace pvardo::cases {
 QString applicationsByMonthQuery(int month, int year);
 QString applicationsByMonthTitle(int month, int year);
 
-// "Report of Project Status..": the cases filed strictly after `start` and
-// strictly before `end`, of one permit type or, empty, of any.
+// "Report of Project Status..": the cases filed from `start` through `end`,
+// both days included, of one permit type (the case's type) or, empty, of any.
 QString projectStatusQuery(const QDate& start, const QDate& end, const QString& permitType);
 QString projectStatusTitle(const QDate& start, const QDate& end);
 
 // "Report of Active Application": every case pending, initial or on
-// appeal; the sixty days of its title do not limit it.
+// appeal, whenever filed, under a title that says so.
 QString activeApplicationsQuery();
 QString activeApplicationsTitle(const QDate& today);
+
+// The owners of the rows that are not voided, each with the address split
+// into its street and city lines, for a run of mailing labels.
+QList<documents::Addressee> caseOwners(store::Recordset& rows);
 
 // The heading files in the forms folder.
 inline QString applicationsHead() { return QStringLiteral("apphead.rtf"); }

@@ -1,4 +1,4 @@
-#include "CaseScreenFixture.h"
+#include "CasePrintingFixture.h"
 
 #include "documents/PdfPages.h"
 #include "documents/PrintState.h"
@@ -32,17 +32,12 @@ QString longDescription()
              "Phase two follows once the road is dedicated.");
 }
 
-class CaseLetters : public CaseScreenTest
+class CaseLetters : public CasePrintingTest
 {
 protected:
     void SetUp() override
     {
-        CaseScreenTest::SetUp();
-        documents::resetPrintState();
-        ASSERT_TRUE(pdfFolder.isValid());
-        documents::Editor::setPdfFolder(pdfFolder.path());
-        documents::Editor::instance().clearBuffers();
-        session().TempFolder = pdfFolder.path();
+        CasePrintingTest::SetUp();
         seedCase(q("24-017"), {{q("PBAPPNAME1"), q("Ann Applicant")},
                                {q("PBAPPADDR1"), q("1 Elm Rd, Elmford NY 12000")},
                                {q("PBCONTACTNAME1"), q("Carl Contact")},
@@ -54,13 +49,6 @@ protected:
                                {q("PBFILEDATE"), q("2012-02-03")},
                                {q("PBSTATUS"), q("P")}});
     }
-    void TearDown() override
-    {
-        documents::Editor::instance().hide();
-        documents::resetPrintState();
-        CaseScreenTest::TearDown();
-    }
-
     // A template the program ships, put in the installation's forms folder.
     void shipTemplate(const QString& name, const QString& from = q("forms"))
     {
@@ -93,8 +81,6 @@ protected:
     }
 
     QString report() { return documents::Editor::instance().ReportBuffer().toPlainText(); }
-
-    QTemporaryDir pdfFolder;
 };
 
 } // namespace

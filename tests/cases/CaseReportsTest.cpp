@@ -1,4 +1,4 @@
-#include "CaseScreenFixture.h"
+#include "CasePrintingFixture.h"
 
 #include "common/Clock.h"
 #include "documents/PdfPages.h"
@@ -20,16 +20,13 @@ namespace {
 
 // The case screen's Reports menu over cases filed in 2012, with the shipped
 // heading files in the forms folder.
-class CaseReports : public CaseScreenTest
+class CaseReports : public CasePrintingTest
 {
 protected:
     void SetUp() override
     {
-        CaseScreenTest::SetUp();
-        documents::resetPrintState();
+        CasePrintingTest::SetUp();
         setClockDay(QDate(2012, 3, 1));
-        ASSERT_TRUE(pdfFolder.isValid());
-        documents::Editor::setPdfFolder(pdfFolder.path());
         for (const char* name : {"apphead.rtf", "exphead.rtf"}) {
             QFile shipped(q(":/shipped/forms/") + q(name));
             ASSERT_TRUE(shipped.open(QIODevice::ReadOnly)) << name;
@@ -41,17 +38,15 @@ protected:
                   {q("PBOWNRNAME1"), q("Owen Owner")}, {q("PBTYPE"), q("Site Plan")},
                   {q("SEC"), q("12")}, {q("BLK"), q("1")},
                   {q("LOT"), q("5")}});
-        fileCase(q("12-003"), QDate(2012, 3, 15), q("V"), q("Withdrawn lot line change"));
+        fileCase(q("12-003"), QDate(2012, 3, 15), q("V"), q("Withdrawn lot line change"),
+                 {{q("PBOWNRNAME1"), q("Vera Voided")}});
         fileCase(q("12-004"), QDate(2012, 3, 20), q("I"), QString(), {{q("PRMFOR"), q("Sign")}});
         fileCase(q("12-005"), QDate(2012, 4, 2), q("O"), q("Appeal of denial"));
     }
     void TearDown() override
     {
-        documents::Editor::instance().hide();
-        documents::Editor::instance().clearBuffers();
-        documents::resetPrintState();
         setClockDay({});
-        CaseScreenTest::TearDown();
+        CasePrintingTest::TearDown();
     }
 
     void fileCase(const QString& number, const QDate& filed, const QString& status, const QString& description,
@@ -93,7 +88,6 @@ protected:
         EXPECT_EQ(label("recpos"), q("Record 3 of 5"));
     }
 
-    QTemporaryDir pdfFolder;
     QString ownQuery;
 };
 
@@ -219,6 +213,41 @@ TEST_F(CaseReports, statusOfASpanHoldsBothItsDays)
     trigger("exppermits");
     EXPECT_TRUE(session().StopFlag);
     EXPECT_TRUE(report().isEmpty());
+}
+
+TEST_F(CaseReports, labelsForTheOwnersOfTheCasesOfASpan)
+{
+    openOnThirdCase();
+    auto span = [this](QDate start, QDate end) {
+        prompts().onDialog(q("dtrange"), [=](QDialog& dialog) {
+            dialog.findChild<ui::DateInput*>(q("DTPicker1"))->setDate(start);
+            dialog.findChild<ui::DateInput*>(q("DTPicker2"))->setDate(end);
+            dialog.findChild<QPushButton*>(q("cmdOK"))->click();
+            return dialog.result();
+        });
+    };
+    prompts().onDialog(q("LabelFrm"), [](QDialog& dialog) {
+        dialog.findChild<QPushButton*>(q("command3"))->click();
+        return dialog.result();
+    });
+    // A span without cases says so, and no label window opens.
+    span(QDate(2013, 1, 1), QDate(2013, 12, 31));
+    trigger("lettersofexppermits");
+    EXPECT_EQ(lastText(), q("No records meet the criteria."));
+    EXPECT_EQ(prompts().dialogsRun().count(q("LabelFrm")), 0);
+
+    span(QDate(2012, 3, 1), QDate(2012, 3, 31));
+    trigger("lettersofexppermits");
+    EXPECT_EQ(prompts().dialogsRun().count(q("LabelFrm")), 1);
+    expectScreenAsBefore();
+    if (!documents::defaultPrinterName().isEmpty()) {
+        GTEST_SKIP() << "a printer is set up on this machine";
+    }
+    const QStringList pdfs = QDir(pdfFolder.path()).entryList({q("*.pdf")});
+    ASSERT_EQ(pdfs.size(), 1) << lastText().toStdString();
+    const QString labels = pdfPageTexts(pdfFolder.filePath(pdfs.first())).join(q("\n"));
+    EXPECT_TRUE(labels.contains(q("Owen Owner"))) << labels.toStdString();
+    EXPECT_FALSE(labels.contains(q("Vera Voided"))) << "a voided case gets no label";
 }
 
 TEST_F(CaseReports, activeApplicationsAreTheSameOnAnyDay)

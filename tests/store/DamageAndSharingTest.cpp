@@ -4,6 +4,7 @@
 #include "store/Catalogue.h"
 #include "store/DatabaseCheck.h"
 #include "store/Recordset.h"
+#include "support/DamagedPage.h"
 #include "support/FullDisk.h"
 #include "support/TestInstallation.h"
 #include "support/Text.h"
@@ -171,23 +172,7 @@ TEST(StoreDamage, AZeroedPageIsDamageNotAnEmptyRecord)
         }
     }
     // The table page of the first case, zeroed as a failing disk leaves it.
-    sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open(QFile::encodeName(cases).constData(), &db), SQLITE_OK);
-    sqlite3_stmt* statement = nullptr;
-    ASSERT_EQ(sqlite3_prepare_v2(db,
-                  "SELECT pageno FROM dbstat WHERE name = 'PBPROJ' AND pagetype = 'leaf' ORDER BY pageno LIMIT 1",
-                  -1, &statement, nullptr),
-        SQLITE_OK);
-    ASSERT_EQ(sqlite3_step(statement), SQLITE_ROW);
-    const qint64 page = sqlite3_column_int64(statement, 0);
-    sqlite3_finalize(statement);
-    sqlite3_close(db);
-    {
-        QFile file(cases);
-        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-        ASSERT_TRUE(file.seek((page - 1) * 4096));
-        file.write(QByteArray(4096, '\0'));
-    }
+    test::zeroFirstLeafPage(cases, "PBPROJ");
 
     auto rows = open(cases, q("Select * from PBPROJ order by PBCASE"));
     ASSERT_TRUE(rows);

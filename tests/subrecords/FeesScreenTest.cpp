@@ -1,4 +1,4 @@
-#include "cases/CaseScreenFixture.h"
+#include "cases/CasePrintingFixture.h"
 
 #include "common/ExitApp.h"
 #include "support/ProgramEndRecorder.h"
@@ -35,17 +35,12 @@ namespace pvardo::test {
 
 namespace {
 
-class FeesScreen : public CaseScreenTest
+class FeesScreen : public CasePrintingTest
 {
 protected:
     void SetUp() override
     {
-        CaseScreenTest::SetUp();
-        documents::resetPrintState();
-        ASSERT_TRUE(pdfFolder.isValid());
-        documents::Editor::setPdfFolder(pdfFolder.path());
-        documents::Editor::instance().clearBuffers();
-        session().TempFolder = pdfFolder.path();
+        CasePrintingTest::SetUp();
         setClockDay(QDate(2012, 3, 1));
         feesPath = installation.createDatabase(store::Table::PBFEES);
         seedCase(q("24-017"), {{q("PBAPPNAME1"), q("Ann Applicant")},
@@ -59,9 +54,7 @@ protected:
     {
         subrecords::closeSubRecordScreens();
         setClockDay({});
-        documents::Editor::instance().hide();
-        documents::resetPrintState();
-        CaseScreenTest::TearDown();
+        CasePrintingTest::TearDown();
     }
 
     subrecords::FeesFrm& openFees()
@@ -140,7 +133,6 @@ protected:
         fees->findChild<QAction*>(q("doprint"))->trigger();
     }
 
-    QTemporaryDir pdfFolder;
     QString feesPath;
     subrecords::FeesFrm* fees = nullptr;
 };

@@ -496,9 +496,10 @@ void ZPermits::buildMenus()
         &ZPermits::projectStatus);
     connect(addAction(m_reportsMenu, "expiringsoon", "Report of Active Application"), &QAction::triggered, this,
         &ZPermits::activeApplications);
-    // These two do nothing on this screen.
-    addAction(m_reportsMenu, "lettersofexppermits", "Print Labels for Anticipated Expiring Zoning Permits");
-    addAction(m_reportsMenu, "reportfu", "Report of Application Status");
+    connect(addAction(m_reportsMenu, "lettersofexppermits", "Print Labels for Anticipated Expiring Zoning Permits"),
+        &QAction::triggered, this, &ZPermits::labexpexpired);
+    connect(addAction(m_reportsMenu, "reportfu", "Report of Application Status"), &QAction::triggered, this,
+        [] { ui::showNotAvailable(QStringLiteral("Report of Application Status")); });
     // One case: its detail page and the office's letters, as from the Print
     // button.
     m_reportsMenu->addSeparator();
@@ -540,6 +541,35 @@ void ZPermits::activeApplications()
 {
     runReport(activeApplicationsQuery(), QStringLiteral("Active Applications"),
         CaseReportHead{activeApplicationsTitle(todaysDate()), statusHead()}, statusLine);
+}
+
+void ZPermits::labexpexpired()
+{
+    if (m_mode != RecordMode::Browse && m_mode != RecordMode::Empty) {
+        return;
+    }
+    const ui::DateRange range = ui::chooseDateRange(this);
+    if (!range.chosen) {
+        return;
+    }
+    store::StoreStatus status;
+    auto rows = store::openRecordsetAt(m_path, projectStatusQuery(range.start, range.end, range.permitType), &status);
+    if (!rows) {
+        showMessage(status.description + QStringLiteral("\n") + m_path, QStringLiteral(" Projects"),
+            PromptButtons::Ok, PromptIcon::Critical);
+        return;
+    }
+    const QList<documents::Addressee> owners = caseOwners(*rows);
+    rows.reset();
+    if (owners.isEmpty()) {
+        showMessage(QStringLiteral("No records meet the criteria."), QStringLiteral(" Record(s) not Found"),
+            PromptButtons::Ok, PromptIcon::Information);
+        return;
+    }
+    documents::labelState().single = false;
+    documents::printState().reportCaption = QStringLiteral("Expiring Permit Labels");
+    documents::printMailingLabels(owners, this);
+    documents::printState().reportCaption.clear();
 }
 
 void ZPermits::runReport(const QString& query, const QString& caption, CaseReportHead head,

@@ -86,6 +86,8 @@ public:
     void applicationsByMonth();
     void projectStatus();
     void activeApplications();
+    // Labels for the owners of the cases filed over a span.
+    void labexpexpired();
     void moveFirst() { step(ui::RecordNavigation::Step::First); }
     void movePrevious() { step(ui::RecordNavigation::Step::Previous); }
     void moveNext() { step(ui::RecordNavigation::Step::Next); }
