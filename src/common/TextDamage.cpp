@@ -42,16 +42,7 @@ std::optional<QStringList> readCheckedTextLines(const QString& path, bool* damag
         *damaged = true;
         return std::nullopt;
     }
-    QStringList lines = decodeText(bytes).split(QLatin1Char('\n'));
-    if (!lines.isEmpty() && lines.last().isEmpty()) {
-        lines.removeLast();
-    }
-    for (QString& line : lines) {
-        if (line.endsWith(QLatin1Char('\r'))) {
-            line.chop(1);
-        }
-    }
-    return lines;
+    return textLines(decodeText(bytes));
 }
 
 std::optional<QStringList> readListLines(const QString& path, const QString& instead)

@@ -45,16 +45,8 @@ QString decodeText(const QByteArray& bytes)
     return text;
 }
 
-std::optional<QStringList> readTextLines(const QString& path)
+QStringList textLines(const QString& text)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return std::nullopt;
-    }
-    const QString text = decodeText(file.readAll());
-    if (file.error() != QFileDevice::NoError) {
-        return std::nullopt;
-    }
     QStringList lines = text.split(QLatin1Char('\n'));
     if (!lines.isEmpty() && lines.last().isEmpty()) {
         lines.removeLast();
@@ -65,6 +57,19 @@ std::optional<QStringList> readTextLines(const QString& path)
         }
     }
     return lines;
+}
+
+std::optional<QStringList> readTextLines(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return std::nullopt;
+    }
+    const QString text = decodeText(file.readAll());
+    if (file.error() != QFileDevice::NoError) {
+        return std::nullopt;
+    }
+    return textLines(text);
 }
 
 bool replaceFile(const QString& path, const QByteArray& bytes, QString* error)

@@ -15,6 +15,10 @@ namespace pvardo {
 // Decodes bytes as UTF-8, falling back to Windows-1252.
 QString decodeText(const QByteArray& bytes);
 
+// The lines of a text: split at line feeds, a carriage return before one
+// dropped, no empty line for a final line feed.
+QStringList textLines(const QString& text);
+
 // The lines of a text file without their line ends; nullopt when the file
 // cannot be read. A last line without a line end counts; an empty file has no
 // lines.
